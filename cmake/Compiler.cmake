@@ -1,0 +1,23 @@
+# One place for the language level, warnings and sanitizers that every target of ours is built with.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# Assertions stay on in every build: those of the wrapper library are part of the behaviour.
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g1")
+set(CMAKE_CXX_FLAGS_DEBUG "-Og -g")
+
+add_library(quiravent_build INTERFACE)
+target_compile_options(quiravent_build INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -ffunction-sections -fdata-sections)
+target_link_options(quiravent_build INTERFACE -Wl,--gc-sections)
+if(QUIRAVENT_SANITIZE)
+  add_compile_options(-fsanitize=${QUIRAVENT_SANITIZE} -fno-omit-frame-pointer
+                      -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=${QUIRAVENT_SANITIZE})
+endif()
