@@ -186,6 +186,53 @@ export const dataServices: {
   getPersistent(context: string): Persistent | undefined;
 };
 
+/** The data listener of an event worker: what happened, and the detail, both as text. */
+export type DataListener = (name: string, data: string) => void;
+/** Called once, without arguments, after the last event of a worker that was closed. */
+export type CompletionListener = () => void;
+/** Called with the reason when a worker ends by a fault. */
+export type ErrorListener = (error: Error) => void;
+
+/**
+ * Everything that has no player of its own, in the order in which it happened:
+ * "keypress" and "keyrelease" with the decimal text of the key code, "runtimestatechange" with the
+ * new state's name, and the messages that other processes write into the service selector pipe.
+ *
+ * An application makes one. It occupies a thread of the pool until it is closed; a second one takes
+ * over all events for good.
+ */
+export interface InputWorker {
+  /** Ends the worker with the next event, which is still delivered. */
+  closeInput(): void;
+}
+
+export const InputWorker: {
+  new (data: DataListener, completion?: CompletionListener, error?: ErrorListener): InputWorker;
+  (data: DataListener, completion?: CompletionListener, error?: ErrorListener): InputWorker;
+};
+
+/** The states in which the platform runs an application. */
+export type RuntimeState =
+  'paused' | 'running' | 'low_profile' | 'overlay' | 'suspended' | 'advertising';
+
+export const platformServices: {
+  /** The platform's properties, all texts; also starts reports of state changes and the pipe. */
+  initProperties(): { [key: string]: string };
+  /** Leaves the application. Blocks until a byte reaches the service selector pipe. */
+  exit(): void;
+  getRuntimeState(): RuntimeState | 'unknown';
+  /** Asks for a state; true if its name is one, whether or not the platform obeys. */
+  setRuntimeState(state: RuntimeState | string): boolean;
+  toggleLiveDTV(on: boolean): void;
+  getLiveDTVStatus(): boolean;
+  /** Sets the platform's clock, in seconds since 1970. */
+  setReferenceDate(timestamp: number): void;
+  /** Starts the application anew; false if the platform refuses. */
+  restart(): boolean;
+  /** Asks for the events of digital television. Ends the process where the platform has none. */
+  enableDTVEvents(): void;
+};
+
 /**
  * The constructors are exported for `instanceof`. Called by a script they give an object without a
  * native side, and any method call on it ends the process.

@@ -5,7 +5,9 @@
 #include "wrappers/DataServicesWrapper.h"
 #include "wrappers/FontWrapper.h"
 #include "wrappers/GraphicServicesWrapper.h"
+#include "wrappers/InputWorkerWrapper.h"
 #include "wrappers/PersistentWrapper.h"
+#include "wrappers/PlatformServicesWrapper.h"
 
 /// Fills the exports object, on the script thread. The order of the calls is the order of the
 /// properties.
@@ -14,8 +16,10 @@ void InitAll(v8::Local<v8::Object> exports) {
     GraphicServicesWrapper::Init(exports);
     FontWrapper::Init(exports);
     CanvasWrapper::Init(exports);
+    InputWorkerWrapper::Init(exports);
     DataServicesWrapper::Init(exports);
     PersistentWrapper::Init(exports);
+    PlatformServicesWrapper::Init(exports);
 }
 
 namespace {
