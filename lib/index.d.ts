@@ -186,6 +186,181 @@ export const dataServices: {
   getPersistent(context: string): Persistent | undefined;
 };
 
+/** The data listener of an event worker: what happened, and the detail, both as text. */
+export type DataListener = (name: string, data: string) => void;
+/** Called once, without arguments, after the last event of a worker that was closed. */
+export type CompletionListener = () => void;
+/** Called with the reason when a worker ends by a fault. */
+export type ErrorListener = (error: Error) => void;
+
+/**
+ * Everything that has no player of its own, in the order in which it happened:
+ * "keypress" and "keyrelease" with the decimal text of the key code, "runtimestatechange" with the
+ * new state's name, and the messages that other processes write into the service selector pipe.
+ *
+ * An application makes one. It occupies a thread of the pool until it is closed; a second one takes
+ * over all events for good.
+ */
+export interface InputWorker {
+  /** Ends the worker with the next event, which is still delivered. */
+  closeInput(): void;
+}
+
+export const InputWorker: {
+  new (data: DataListener, completion?: CompletionListener, error?: ErrorListener): InputWorker;
+  (data: DataListener, completion?: CompletionListener, error?: ErrorListener): InputWorker;
+};
+
+/** What a player reports, with a value in decimal text; an unknown event has an empty name. */
+export type PlayerEvent =
+  | 'fetch_in_progress'
+  | 'fetch_ready'
+  | 'fetch_error'
+  | 'playback_ready'
+  | 'playback_error'
+  | 'playback_stalled'
+  | 'playback_recovering'
+  | 'playback_completed'
+  | 'playback_abort'
+  | 'playback_suspend';
+
+export type TrackType = 'video' | 'audio' | 'subtitle' | 'unknown';
+
+/** A stretch of a medium, in milliseconds. */
+export interface BufferedRange {
+  begin: number;
+  end: number;
+}
+
+/** What both kinds of player have. Media times are in milliseconds. */
+export interface Player {
+  start(): void;
+  pause(): void;
+  resume(): void;
+  stop(): void;
+  /**
+   * Ends the player, and the event worker made last by `registerListener` for this kind of player.
+   * Without a `registerListener` before it, it ends the process.
+   */
+  unload(): void;
+  getTime(): { now: number; begin: number; end: number };
+  /** Whole numbers: 1 is the medium's own loudness. What is no number is ignored. */
+  setVolume(volume: number): void;
+  /**
+   * Has events reported from now on; call it before `fetch` or `start` to see the first ones. All
+   * reports of one kind of player go to the listener registered last. Repeats of an event are told
+   * only when their value rises.
+   */
+  registerListener(
+    data: (name: PlayerEvent | '', value: string) => void,
+    completion?: CompletionListener,
+    error?: ErrorListener
+  ): void;
+}
+
+export interface MediaPlayer extends Player {
+  /** Fetches without playing. */
+  fetch(): void;
+  /** Throws a TypeError for undefined. */
+  setBounds(bounds: Rectangle): void;
+  seek(position: number): void;
+  /** Gives the speed that the device took; undefined for what is no number. */
+  setPlaybackSpeed(speed: number): number;
+  /** Does nothing. */
+  getThumbnail(): void;
+  getBufferedTimes(): BufferedRange[];
+  /** The id is one that `getTracks` gave for the type. */
+  selectTrack(type: TrackType, id: number): void;
+  /** Undefined without any track of the type. */
+  getTracks(type: TrackType): { id: number; language: string }[] | undefined;
+}
+
+export interface AdPlayer extends Player {
+  /** The last range; undefined without any. */
+  getBufferedTimes(): BufferedRange | undefined;
+}
+
+export const mediaServices: {
+  /** Makes a player in the background. */
+  getPlayer(url: string, bounds: Rectangle, callback: JobCallback<MediaPlayer>): void;
+  /** Makes a player for an advertisement; the rectangle is not used, but must not be undefined. */
+  getAdPlayer(url: string, bounds: Rectangle, callback: JobCallback<AdPlayer>): void;
+};
+
+/** A live player of digital television. After `release` every method does nothing. */
+export interface DTVPlayer {
+  start(): void;
+  stop(): void;
+  /** Throws a TypeError for undefined. */
+  setBounds(bounds: Rectangle): void;
+  /** 0.0 to 1.0; fractions count. */
+  setVolume(volume: number): void;
+  /** `true` or the text of a service number switches on; `false` and every number off. */
+  toggleClosedCaption(value: boolean | string | number): void;
+  release(): void;
+}
+
+export const tunerServices: {
+  /** Reserved; does nothing. */
+  getAllTransportStreams(): void;
+  /** Reserved; does nothing. */
+  getTableInfo(): void;
+  /** Reserved; does nothing. */
+  unselectTransportStream(): void;
+  /** A player for three packet identifiers; undefined if the device refuses. */
+  getPlayer(videoPid: number, audioPid: number, pcrPid: number): DTVPlayer | undefined;
+  /** Reserved; does nothing. */
+  openDemuxFilter(): void;
+};
+
+/**
+ * The selection of a transport stream, for as long as it is open. Each report is an event
+ * "tunerlock" whose data is "1," when the stream is received, or "0," and the reason.
+ */
+export interface TunerWorker {
+  /** Unselects the stream; the completion listener follows. */
+  closeTuner(): void;
+}
+
+export const TunerWorker: {
+  new (
+    selector: string,
+    option: string,
+    data: DataListener,
+    completion?: CompletionListener,
+    error?: ErrorListener
+  ): TunerWorker;
+  (
+    selector: string,
+    option: string,
+    data: DataListener,
+    completion?: CompletionListener,
+    error?: ErrorListener
+  ): TunerWorker;
+};
+
+/** The states in which the platform runs an application. */
+export type RuntimeState =
+  'paused' | 'running' | 'low_profile' | 'overlay' | 'suspended' | 'advertising';
+
+export const platformServices: {
+  /** The platform's properties, all texts; also starts reports of state changes and the pipe. */
+  initProperties(): { [key: string]: string };
+  /** Leaves the application. Blocks until a byte reaches the service selector pipe. */
+  exit(): void;
+  getRuntimeState(): RuntimeState | 'unknown';
+  /** Asks for a state; true if its name is one, whether or not the platform obeys. */
+  setRuntimeState(state: RuntimeState | string): boolean;
+  toggleLiveDTV(on: boolean): void;
+  getLiveDTVStatus(): boolean;
+  /** Sets the platform's clock, in seconds since 1970. */
+  setReferenceDate(timestamp: number): void;
+  /** Starts the application anew; false if the platform refuses. */
+  restart(): boolean;
+  /** Asks for the events of digital television. Ends the process where the platform has none. */
+  enableDTVEvents(): void;
+};
+
 /**
  * The constructors are exported for `instanceof`. Called by a script they give an object without a
  * native side, and any method call on it ends the process.
@@ -193,3 +368,6 @@ export const dataServices: {
 export const font: { new (): Font; (): Font };
 export const canvas: { new (): Canvas; (): Canvas };
 export const persistent: { new (): Persistent; (): Persistent };
+export const mediaPlayer: { new (): MediaPlayer; (): MediaPlayer };
+export const adPlayer: { new (): AdPlayer; (): AdPlayer };
+export const dtvplayer: { new (): DTVPlayer; (): DTVPlayer };

@@ -1,21 +1,37 @@
 #include <nan.h>
 
 #include "support/PropertyNames.h"
+#include "wrappers/AdPlayerWrapper.h"
 #include "wrappers/CanvasWrapper.h"
+#include "wrappers/DTVPlayerWrapper.h"
 #include "wrappers/DataServicesWrapper.h"
 #include "wrappers/FontWrapper.h"
 #include "wrappers/GraphicServicesWrapper.h"
+#include "wrappers/InputWorkerWrapper.h"
+#include "wrappers/MediaPlayerWrapper.h"
+#include "wrappers/MediaServicesWrapper.h"
 #include "wrappers/PersistentWrapper.h"
+#include "wrappers/PlatformServicesWrapper.h"
+#include "wrappers/TunerServicesWrapper.h"
+#include "wrappers/TunerWorkerWrapper.h"
 
 /// Fills the exports object, on the script thread. The order of the calls is the order of the
 /// properties.
 void InitAll(v8::Local<v8::Object> exports) {
     quiravent::InitPropertyNames();
     GraphicServicesWrapper::Init(exports);
+    MediaServicesWrapper::Init(exports);
+    MediaPlayerWrapper::Init(exports);
+    AdPlayerWrapper::Init(exports);
     FontWrapper::Init(exports);
     CanvasWrapper::Init(exports);
+    InputWorkerWrapper::Init(exports);
     DataServicesWrapper::Init(exports);
     PersistentWrapper::Init(exports);
+    PlatformServicesWrapper::Init(exports);
+    TunerWorkerWrapper::Init(exports);
+    TunerServicesWrapper::Init(exports);
+    DTVPlayerWrapper::Init(exports);
 }
 
 namespace {

@@ -29,6 +29,12 @@ inline uint32_t ReadUint32(v8::Local<v8::Value> value) {
     return value->Uint32Value(Nan::GetCurrentContext()).FromMaybe(0);
 }
 
+/// As above, with the bits taken as a signed number; a fraction is cut off.
+inline int32_t ReadInt32(v8::Local<v8::Value> value) {
+    if (value->IsInt32()) return value.As<v8::Int32>()->Value();
+    return value->Int32Value(Nan::GetCurrentContext()).FromMaybe(0);
+}
+
 /// What is no number gives not-a-number.
 inline double ReadDouble(v8::Local<v8::Value> value) {
     if (value->IsNumber()) return value.As<v8::Number>()->Value();

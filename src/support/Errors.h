@@ -19,4 +19,10 @@ inline void ThrowMissingCallback(const std::string& method) {
                    "quiravent/docs/application-guide.md.");
 }
 
+/// The TypeError of every "setBounds". The closing parenthesis is missing in the text as
+/// applications know it.
+inline void ThrowMissingBounds() {
+    ThrowTypeError("setBounds() error. This argument must be a rectangle object ({x, y, w, h}.");
+}
+
 }  // namespace quiravent

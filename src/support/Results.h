@@ -14,6 +14,7 @@ namespace quiravent {
 void ReturnIntegers(const Info& info, std::initializer_list<std::pair<Property, int32_t>> values);
 
 /// An object of unsigned 32-bit values.
+v8::Local<v8::Object> MakeUnsigned(std::initializer_list<std::pair<Property, uint32_t>> values);
 void ReturnUnsigned(const Info& info, std::initializer_list<std::pair<Property, uint32_t>> values);
 
 }  // namespace quiravent

@@ -16,4 +16,13 @@ auto WithUtf8(v8::Local<v8::Value> value, Use use) {
     return use(*text);
 }
 
+/// Has a function called when the process exits in an orderly way, on the script thread.
+inline void AtProcessExit(void (*hook)(void*)) {
+#if NODE_MAJOR_VERSION >= 12
+    node::AtExit(node::GetCurrentEnvironment(Nan::GetCurrentContext()), hook, nullptr);
+#else
+    node::AtExit(hook, nullptr);
+#endif
+}
+
 }  // namespace quiravent

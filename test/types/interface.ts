@@ -29,3 +29,9 @@ quiravent.graphicServices.loadFont('font.ttf', 24, (error, font) => {
 const store = quiravent.dataServices.getPersistent('types');
 const value: string | undefined = store && store.get('key');
 if (store) store.set('key', value);
+
+const input = new quiravent.InputWorker((name, data) => console.log(name, Number(data)));
+input.closeInput();
+quiravent.platformServices.setRuntimeState('low_profile');
+// @ts-expect-error only a boolean
+quiravent.platformServices.toggleLiveDTV(1);

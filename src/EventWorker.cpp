@@ -1,0 +1,95 @@
+#include "EventWorker.h"
+
+#include <set>
+
+#include "support/Arguments.h"
+#include "support/Runtime.h"
+
+namespace quiravent {
+
+namespace {
+
+/// The workers whose jobs run, so that they can be woken when the process exits: runtimes since 14
+/// join the pool's threads then.
+std::set<EventWorkerBase*>& RunningWorkers() {
+    static auto& workers = *new std::set<EventWorkerBase*>;
+    return workers;
+}
+
+void CloseAllForExit(void*) {
+    for (EventWorkerBase* worker : RunningWorkers()) worker->CloseForExit();
+}
+
+void RegisterExitHook() {
+    static const bool registered = [] {
+        AtProcessExit(CloseAllForExit);
+        return true;
+    }();
+    (void)registered;
+}
+
+}  // namespace
+
+/// What the runtime runs for a worker. Made and ended on the script thread.
+class EventJob : public Nan::AsyncProgressWorkerBase<char> {
+  public:
+    explicit EventJob(std::shared_ptr<EventWorkerBase> worker)
+        : AsyncProgressWorkerBase(worker->m_listeners.completion), m_worker(std::move(worker)) {
+        RegisterExitHook();
+        RunningWorkers().insert(m_worker.get());
+    }
+
+    void Execute(const ExecutionProgress& progress) override { m_worker->Execute(progress); }
+
+    void HandleProgressCallback(const char*, size_t) override {
+        m_worker->drainQueue(async_resource);
+    }
+
+    void HandleOKCallback() override {
+        RunningWorkers().erase(m_worker.get());
+        m_worker->End();
+        m_worker->drainQueue(async_resource);
+        const Nan::HandleScope scope;
+        (void)callback->Call(0, nullptr, async_resource);
+    }
+
+    /// For a worker that ended with an error text. None of them sets one.
+    void HandleErrorCallback() override {
+        const Nan::HandleScope scope;
+        v8::Local<v8::Value> error = Nan::Error(ErrorMessage());
+        (void)m_worker->m_listeners.error->Call(1, &error, async_resource);
+    }
+
+  private:
+    std::shared_ptr<EventWorkerBase> m_worker;
+};
+
+Listeners::Listeners(v8::Local<v8::Value> dataValue, v8::Local<v8::Value> completionValue,
+                     v8::Local<v8::Value> errorValue)
+    : data(NewCallback(dataValue)),
+      completion(NewCallback(completionValue)),
+      error(NewCallback(errorValue)) {}
+
+EventWorkerBase::EventWorkerBase(const Listeners& listeners) : m_listeners(listeners) {}
+
+EventWorkerBase::~EventWorkerBase() = default;
+
+void EventWorkerBase::Queue() { Nan::AsyncQueueWorker(new EventJob(shared_from_this())); }
+
+void EventWorkerBase::writeToNode(const Progress& progress, Message message) {
+    m_messageQueue.Append(std::move(message));
+    progress.Signal();
+}
+
+void EventWorkerBase::drainQueue(Nan::AsyncResource* resource) {
+    const Nan::HandleScope scope;
+    for (const Message& message : m_messageQueue.TakeAll()) {
+        // A scope for each, since one turn may bring a great many.
+        const Nan::HandleScope messageScope;
+        v8::Local<v8::Value> arguments[] = {Nan::New(message.name.c_str()).ToLocalChecked(),
+                                            Nan::New(message.data.c_str()).ToLocalChecked()};
+        (void)m_listeners.data->Call(2, arguments, resource);
+    }
+}
+
+}  // namespace quiravent
