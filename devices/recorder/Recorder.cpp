@@ -1,5 +1,8 @@
 #include "Recorder.h"
 
+#include <unistd.h>
+
+#include <cstdio>
 #include <memory>
 #include <utility>
 
@@ -56,6 +59,11 @@ uint32_t Recorder::waitingAt(const std::string& gate) const {
     return found == m_waiting.end() ? 0 : found->second;
 }
 
+void Recorder::echo() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_echoes = true;
+}
+
 void Recorder::setChangeListener(std::function<void()> listener) {
     const std::lock_guard<std::mutex> lock(m_listenerMutex);
     m_listener = std::move(listener);
@@ -69,6 +77,7 @@ void Recorder::notifyChange() {
 Behaviour Recorder::enter(const char* fn, List args) {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_calls.push_back({m_nextSeq++, fn, std::move(args), threadKind()});
+    if (m_echoes) dprintf(STDOUT_FILENO, "%s\n", fn);
     Behaviour behaviour = takeBehaviour(fn);
     if (!behaviour.gate.empty()) waitAtGate(behaviour, lock);
     lock.unlock();

@@ -62,6 +62,10 @@ class __attribute__((visibility("default"))) Recorder {
     /// How many calls wait at a gate at this moment.
     uint32_t waitingAt(const std::string& gate) const;
 
+    /// Writes the name of each call from now on to standard output at once, a line each, for tests
+    /// that end their process.
+    void echo();
+
     /// Who is told, on any thread, that a call was logged, began to wait or that a burst of events
     /// is over; none when empty. When this returns, no call of the former one is under way.
     void setChangeListener(std::function<void()> listener);
@@ -88,6 +92,7 @@ class __attribute__((visibility("default"))) Recorder {
     std::set<std::string> m_openGates;
     std::map<std::string, uint32_t> m_waiting;
     uint64_t m_resets = 0;
+    bool m_echoes = false;
 
     std::mutex m_listenerMutex;
     std::function<void()> m_listener;

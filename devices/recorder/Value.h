@@ -17,7 +17,8 @@ using Record = std::vector<std::pair<std::string, Value>>;
 
 /// What crosses between the C interface and the tests' scripts: null, a boolean, a number, a text
 /// of any bytes, a list or a record.
-struct Value : std::variant<std::nullptr_t, bool, double, std::string, List, Record> {
+struct __attribute__((visibility("default"))) Value
+    : std::variant<std::nullptr_t, bool, double, std::string, List, Record> {
     using variant::variant;
 
     /// The number or 0; the text or an empty one; the elements or none.

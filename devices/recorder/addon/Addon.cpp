@@ -42,6 +42,8 @@ void calls(const Info& info) {
 
 void clear(const Info&) { Recorder::instance().clear(); }
 
+void echo(const Info&) { Recorder::instance().echo(); }
+
 /// answerOnce(fn, behaviour)
 void answerOnce(const Info& info) {
     Recorder::instance().answerOnce(textArgument(info, 0), toBehaviour(fromScript(info[1])));
@@ -90,6 +92,7 @@ NAN_MODULE_INIT(init) {
     Nan::SetMethod(target, "functions", functions);
     Nan::SetMethod(target, "calls", calls);
     Nan::SetMethod(target, "clear", clear);
+    Nan::SetMethod(target, "echo", echo);
     Nan::SetMethod(target, "answerOnce", answerOnce);
     Nan::SetMethod(target, "answerAlways", answerAlways);
     Nan::SetMethod(target, "resetAnswers", resetAnswers);

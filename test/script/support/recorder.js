@@ -57,6 +57,11 @@ function clear() {
   native.clear();
 }
 
+/** Writes the name of each call from now on to standard output, for a process about to end. */
+function echo() {
+  native.echo();
+}
+
 /** Prepares the answer to the next call of a function that has none prepared yet. */
 function once(fn, behaviour) {
   checkFunction(fn);
@@ -161,6 +166,7 @@ module.exports = {
   sequence,
   argsOf,
   clear,
+  echo,
   once,
   always,
   reset,
