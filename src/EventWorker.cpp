@@ -16,7 +16,7 @@ std::set<EventWorkerBase*>& RunningWorkers() {
     return workers;
 }
 
-void CloseAllForExit(void*) {
+void CloseAllForExit() {
     for (EventWorkerBase* worker : RunningWorkers()) worker->CloseForExit();
 }
 

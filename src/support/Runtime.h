@@ -2,6 +2,8 @@
 
 #include <nan.h>
 
+#include <cstdlib>
+
 /// The differences between script runtimes that Nan doesn't hide, in one place.
 namespace quiravent {
 
@@ -16,12 +18,15 @@ auto WithUtf8(v8::Local<v8::Value> value, Use use) {
     return use(*text);
 }
 
-/// Has a function called when the process exits in an orderly way, on the script thread.
-inline void AtProcessExit(void (*hook)(void*)) {
+/// Has a function called, once or twice, when the process exits in an orderly way. It runs on the
+/// script thread, before the runtime waits for the threads of its pool: those since 14 wait when
+/// their environment ends, the earlier ones when the process does.
+inline void AtProcessExit(void (*hook)()) {
+    static void (*const kept)() = hook;
+    std::atexit(kept);
 #if NODE_MAJOR_VERSION >= 12
-    node::AtExit(node::GetCurrentEnvironment(Nan::GetCurrentContext()), hook, nullptr);
-#else
-    node::AtExit(hook, nullptr);
+    node::AtExit(
+        node::GetCurrentEnvironment(Nan::GetCurrentContext()), [](void*) { kept(); }, nullptr);
 #endif
 }
 
