@@ -1,0 +1,69 @@
+#include "resources/Location.h"
+
+#include <gtest/gtest.h>
+
+namespace quiravent::desktop {
+namespace {
+
+using Kind = Location::Kind;
+
+TEST(LocationTest, TellsPathsFromUrls) {
+    const struct {
+        const char* text;
+        Kind kind;
+        const char* target;
+    } kCases[] = {
+        {"/a/b.png", Kind::file, "/a/b.png"},
+        {"b%20c.png", Kind::file, "b%20c.png"},
+        {"a:b.png", Kind::file, "a:b.png"},
+        {"1a://b", Kind::file, "1a://b"},
+        {"./file:///x", Kind::file, "./file:///x"},
+        {"file:///a/b.png", Kind::file, "/a/b.png"},
+        {"FILE:///a", Kind::file, "/a"},
+        {"file:/a", Kind::file, "/a"},
+        {"file://localhost/a", Kind::file, "/a"},
+        {"file://LocalHost/a", Kind::file, "/a"},
+        {"file:///a%20b%C3%a9%25", Kind::file, "/a b\xC3\xA9%"},
+        {"file:///a.png?v=2#x", Kind::file, "/a.png"},
+        {"file:///a%3F%23", Kind::file, "/a?#"},
+        {"http://h/p?q%20", Kind::http, "http://h/p?q%20"},
+        {"HTTPS://h/", Kind::http, "HTTPS://h/"},
+    };
+    for (const auto& expected : kCases) {
+        const auto location = parseLocation(expected.text);
+        ASSERT_TRUE(location) << expected.text << ": " << location.reason();
+        EXPECT_EQ(location->kind, expected.kind) << expected.text;
+        EXPECT_EQ(location->target, expected.target) << expected.text;
+    }
+}
+
+TEST(LocationTest, RefusesWhatCanNotBeRead) {
+    const struct {
+        std::string text;
+        const char* reason;
+    } kCases[] = {
+        {"", "the location is empty"},
+        {std::string("/a\0b", 4), "the location contains a NUL"},
+        {"ftp://h/p", "the scheme 'ftp' is none of file, http and https"},
+        {"file://other/a", "a file URL can't name another host"},
+        {"file://", "the file URL has no path"},
+        {"file://localhost", "the file URL has no path"},
+        {"file:///a%", "the file URL is not properly percent-encoded"},
+        {"file:///a%2", "the file URL is not properly percent-encoded"},
+        {"file:///a%g0", "the file URL is not properly percent-encoded"},
+        {"file:///a%00", "the file URL is not properly percent-encoded"},
+    };
+    for (const auto& expected : kCases) {
+        const auto location = parseLocation(expected.text);
+        ASSERT_FALSE(location) << expected.text;
+        EXPECT_EQ(location.reason(), expected.reason) << expected.text;
+    }
+}
+
+TEST(LocationTest, QuotesOnOneLine) {
+    EXPECT_EQ(quoted("/a\nb\x7F\xC3\xA9"), "'/a?b?\xC3\xA9'");
+    EXPECT_EQ(quoted(std::string(1000, 'x')), "'" + std::string(300, 'x') + "...'");
+}
+
+}  // namespace
+}  // namespace quiravent::desktop

@@ -1,0 +1,180 @@
+#include "resources/Resource.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+
+#include "resources/HttpServer.h"
+#include "support/TemporaryFolder.h"
+
+namespace quiravent::desktop {
+namespace {
+
+using std::chrono::milliseconds;
+using test::HttpExchange;
+using test::HttpServer;
+using test::TemporaryFolder;
+
+const Bytes kContent{'c', 0, 'n', 255};
+const std::string kContentText(kContent.begin(), kContent.end());
+
+std::string failureOf(const std::string& location, const ResourceLimits& limits = {}) {
+    const auto bytes = readResource(location, limits);
+    return bytes ? "read " + std::to_string(bytes->size()) + " bytes" : bytes.reason();
+}
+
+std::string expectedFailure(const std::string& location, const std::string& why) {
+    return "cannot read '" + location + "': " + why;
+}
+
+TEST(ResourceFileTest, ReadsByPathAndByUrl) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a b.bin", kContent);
+    for (const std::string& location : {path, "file://" + folder.path("a%20b.bin"),
+                                        "file://localhost" + folder.path("a%20b.bin")}) {
+        const auto bytes = readResource(location);
+        ASSERT_TRUE(bytes) << bytes.reason();
+        EXPECT_EQ(*bytes, kContent) << location;
+    }
+}
+
+TEST(ResourceFileTest, ReadsUpToTheLimit) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("x", Bytes(5000, 7));
+    ResourceLimits limits;
+    limits.maxBytes = 5000;
+    EXPECT_EQ(failureOf(path, limits), "read 5000 bytes");
+    limits.maxBytes = 4999;
+    EXPECT_EQ(failureOf(path, limits),
+              expectedFailure(path, "it is larger than the limit of 4999 bytes"));
+}
+
+TEST(ResourceFileTest, ReadsFilesWhoseSizeIsNotKnownBeforehand) {
+    EXPECT_NE(failureOf("/proc/self/maps").find("read "), std::string::npos);
+    ResourceLimits limits;
+    limits.maxBytes = 10;
+    EXPECT_EQ(failureOf("/proc/self/maps", limits),
+              expectedFailure("/proc/self/maps", "it is larger than the limit of 10 bytes"));
+}
+
+TEST(ResourceFileTest, NamesWhatIsWrong) {
+    const TemporaryFolder folder;
+    const std::string pipe = folder.path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const struct {
+        std::string location;
+        const char* why;
+    } kCases[] = {
+        {folder.path("missing"), "no such file"},
+        {folder.path(""), "it is a directory"},
+        {folder.write("empty", {}), "it is empty"},
+        {folder.write("plain", kContent) + "/x", "Not a directory"},
+        {pipe, "it is not a regular file"},
+        {"/dev/zero", "it is not a regular file"},
+        {"gopher://h/", "the scheme 'gopher' is none of file, http and https"},
+    };
+    for (const auto& expected : kCases)
+        EXPECT_EQ(failureOf(expected.location), expectedFailure(expected.location, expected.why));
+}
+
+std::string answer(const std::string& status, const std::string& headers, const std::string& body) {
+    return "HTTP/1.1 " + status + "\r\nConnection: close\r\n" + headers + "\r\n" + body;
+}
+
+std::string redirectTo(const std::string& location) {
+    return answer("302 Found", "Location: " + location + "\r\n", "");
+}
+
+void sendForEver(const HttpExchange& exchange) {
+    exchange.send(answer("200 OK", "", ""));
+    while (exchange.send(std::string(10000, 'x'))) {
+    }
+}
+
+void handle(const HttpExchange& exchange) {
+    const std::string& request = exchange.request();
+    const std::string path = request.substr(4, request.find(' ', 4) - 4);
+    if (path == "/ok") exchange.send(answer("200 OK", "", kContentText));
+    if (path == "/agent") exchange.send(answer("200 OK", "", request));
+    if (path == "/empty") exchange.send(answer("200 OK", "Content-Length: 0\r\n", ""));
+    if (path == "/short") exchange.send(answer("200 OK", "Content-Length: 9\r\n", kContentText));
+    if (path == "/huge") exchange.send(answer("200 OK", "Content-Length: 99999999999\r\n", "x"));
+    if (path == "/missing") exchange.send(answer("404 Not Found", "", kContentText));
+    if (path == "/broken") exchange.send(answer("500 Broken", "", ""));
+    if (path == "/moved") exchange.send(redirectTo("/moved-again"));
+    if (path == "/moved-again") exchange.send(redirectTo("/ok"));
+    if (path == "/circle") exchange.send(redirectTo("/circle"));
+    if (path == "/to-file") exchange.send(redirectTo("file:///proc/self/maps"));
+    if (path == "/endless") sendForEver(exchange);
+    if (path == "/silent") exchange.waitUntilClientLeaves();
+    if (path == "/stalled") {
+        exchange.send(answer("200 OK", "Content-Length: 9\r\n", kContentText));
+        exchange.waitUntilClientLeaves();
+    }
+}
+
+class ResourceHttpTest : public testing::Test {
+  protected:
+    static void SetUpTestSuite() { ::setenv("no_proxy", "127.0.0.1", 1); }
+
+    HttpServer m_server{handle};
+};
+
+TEST_F(ResourceHttpTest, ReadsTheBodyAndFollowsRedirects) {
+    for (const char* path : {"/ok", "/moved"}) {
+        const auto bytes = readResource(m_server.url(path));
+        ASSERT_TRUE(bytes) << bytes.reason();
+        EXPECT_EQ(*bytes, kContent) << path;
+    }
+    const auto request = readResource(m_server.url("/agent"));
+    ASSERT_TRUE(request) << request.reason();
+    EXPECT_NE(std::string(request->begin(), request->end()).find("User-Agent: quiravent\r\n"),
+              std::string::npos);
+}
+
+TEST_F(ResourceHttpTest, NamesWhatIsWrong) {
+    ResourceLimits limits;
+    limits.maxBytes = 100000;
+    limits.maxRedirects = 3;
+    const struct {
+        const char* path;
+        const char* why;
+    } kCases[] = {
+        {"/missing", "the server answered with status 404"},
+        {"/broken", "the server answered with status 500"},
+        {"/empty", "it is empty"},
+        {"/endless", "it is larger than the limit of 100000 bytes"},
+        {"/huge", "it is larger than the limit of 100000 bytes"},
+        {"/circle", "more than 3 redirects"},
+    };
+    for (const auto& expected : kCases) {
+        const std::string url = m_server.url(expected.path);
+        EXPECT_EQ(failureOf(url, limits), expectedFailure(url, expected.why));
+    }
+    for (const char* path : {"/short", "/to-file", "/nothing-at-all"}) {
+        const std::string url = m_server.url(path);
+        EXPECT_EQ(failureOf(url, limits).find(expectedFailure(url, "")), 0U) << path;
+    }
+}
+
+TEST_F(ResourceHttpTest, GivesUpAfterTheTimeLimit) {
+    ResourceLimits limits;
+    limits.timeout = milliseconds(100);
+    for (const char* path : {"/silent", "/stalled"}) {
+        const std::string url = m_server.url(path);
+        EXPECT_EQ(failureOf(url, limits), expectedFailure(url, "not received within 100 ms"));
+    }
+}
+
+TEST(ResourceHttpFailureTest, NobodyListens) {
+    std::string url;
+    {
+        const HttpServer gone([](const HttpExchange&) {});
+        url = gone.url("/");
+    }
+    EXPECT_EQ(failureOf(url).find(expectedFailure(url, "")), 0U);
+}
+
+}  // namespace
+}  // namespace quiravent::desktop
