@@ -118,7 +118,7 @@ std::shared_ptr<Surface> SurfacePool::create(uint32_t width, uint32_t height, Fi
     if (fill == Fill::transparent) std::memset(block.get(), 0, layout.byteSize);
     std::shared_ptr<Surface> surface(
         new Surface(m_state, width, height, layout.stride, layout.byteSize, block.get()));
-    block.release();
+    static_cast<void>(block.release());
     return surface;
 }
 

@@ -1,0 +1,146 @@
+#include "graphics/Canvas.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "graphics/PixelMath.h"
+#include "graphics/Shapes.h"
+
+namespace quiravent::desktop {
+
+Canvas::Canvas(std::shared_ptr<Surface> surface)
+    : m_surface(std::move(surface)),
+      m_surfaceBox{0, 0, m_surface->width(), m_surface->height()},
+      m_kernels(kernels()),
+      m_clip{0, 0, m_surface->width(), m_surface->height()},
+      m_bounds(m_surfaceBox),
+      m_fillRow(m_kernels.fill) {}
+
+void Canvas::setColor(const Color& color) {
+    m_color = color;
+    m_premultiplied = premultiplied(color.red, color.green, color.blue, color.alpha);
+    resolvePaint();
+}
+
+void Canvas::setClip(const Rect& clip) {
+    m_clip = clip;
+    m_bounds = intersection(toBox(clip), m_surfaceBox);
+}
+
+bool Canvas::setOpacity(double opacity) {
+    if (std::isnan(opacity)) return false;
+    m_opacity = static_cast<uint32_t>(std::lround(std::clamp(opacity, 0.0, 1.0) * 255));
+    resolvePaint();
+    return true;
+}
+
+bool Canvas::setRotation(double degrees) {
+    if (!std::isfinite(degrees)) return false;
+    m_rotated = std::fmod(degrees, 360) != 0;
+    m_direction = directionAt(degrees);
+    return true;
+}
+
+void Canvas::setPorterDuff(uint32_t code) {
+    m_mode = code != 0 && code < kPorterDuffModes ? code : kSourceOver;
+    resolvePaint();
+}
+
+void Canvas::resolvePaint() {
+    m_source = scalePixel(m_premultiplied, m_opacity);
+    const bool replaces = m_mode == kSourceOver && alphaOf(m_source) == 255;
+    m_fillRow = replaces ? m_kernels.fill : m_kernels.modes[m_mode].fill;
+    m_invisible = alphaOf(m_source) == 0 && transparentIsIgnored();
+}
+
+void Canvas::drew(bool sourceOpaque, bool wholeSurface) {
+    const PorterDuff& mode = kPorterDuff[m_mode];
+    m_surface->touch();
+    if (m_surface->isOpaque()) {
+        m_surface->setOpaque(keepsOpaque(mode, sourceOpaque));
+    } else if (wholeSurface && sourceOpaque) {
+        m_surface->setOpaque(makesOpaque(mode));
+    }
+}
+
+void Canvas::fillBox(const Box& box) {
+    const Box visible = intersection(box, m_bounds);
+    if (visible.empty() || m_invisible) return;
+    const auto width = static_cast<size_t>(visible.width());
+    for (int64_t y = visible.top; y < visible.bottom; ++y) {
+        m_fillRow(pixelsAt(visible.left, y), width, m_source);
+    }
+    drew(alphaOf(m_source) == 255, visible == m_surfaceBox);
+}
+
+void Canvas::fillRect(const Rect& rect) { fillBox(toBox(rect)); }
+
+void Canvas::clearRect(const Rect& rect) {
+    const Box visible = intersection(toBox(rect), m_bounds);
+    if (visible.empty()) return;
+    const auto width = static_cast<size_t>(visible.width());
+    for (int64_t y = visible.top; y < visible.bottom; ++y) {
+        m_kernels.fill(pixelsAt(visible.left, y), width, 0);
+    }
+    m_surface->touch();
+    m_surface->setOpaque(false);
+}
+
+void Canvas::drawRect(const Rect& rect) {
+    const Box box = toBox(rect);
+    if (box.empty()) return;
+    const Box inner{box.left + 1, box.top + 1, box.right - 1, box.bottom - 1};
+    fillBox({box.left, box.top, box.right, box.top + 1});
+    if (box.height() > 1) fillBox({box.left, inner.bottom, box.right, box.bottom});
+    fillBox({box.left, inner.top, box.left + 1, inner.bottom});
+    if (box.width() > 1) fillBox({inner.right, inner.top, box.right, inner.bottom});
+}
+
+void Canvas::drawLine(uint32_t x1, uint32_t y1, uint32_t x2, uint32_t y2) {
+    const int64_t fromX = signedCoordinate(x1);
+    const int64_t fromY = signedCoordinate(y1);
+    const int64_t toX = signedCoordinate(x2);
+    const int64_t toY = signedCoordinate(y2);
+    const Box bounds = boundsOfLine(fromX, fromY, toX, toY);
+    if (fromX == toX || fromY == toY) {
+        fillBox(bounds);
+        return;
+    }
+    const Box visible = intersection(bounds, m_bounds);
+    if (visible.empty() || m_invisible) return;
+    m_rasterizer.start(visible);
+    addLine(m_rasterizer, fromX, fromY, toX, toY);
+    paintShape();
+}
+
+void Canvas::drawEllipse(EllipseStyle style, uint32_t centerX, uint32_t centerY, uint32_t radiusX,
+                         uint32_t radiusY, double startAngle, double endAngle) {
+    const std::optional<Arc> arc = arcBetween(startAngle, endAngle);
+    const int64_t x = signedCoordinate(centerX);
+    const int64_t y = signedCoordinate(centerY);
+    const Box bounds = boxAt(x - radiusX, y - radiusY, int64_t{2} * radiusX, int64_t{2} * radiusY);
+    const Box visible = intersection(bounds, m_bounds);
+    if (!arc || visible.empty() || m_invisible) return;
+    const Ellipse ellipse{{static_cast<double>(x), static_cast<double>(y)},
+                          static_cast<double>(radiusX),
+                          static_cast<double>(radiusY)};
+    m_rasterizer.start(visible);
+    if (style == EllipseStyle::fill) {
+        addSector(m_rasterizer, ellipse, *arc);
+    } else {
+        addArcOutline(m_rasterizer, ellipse, *arc);
+    }
+    paintShape();
+}
+
+void Canvas::paintShape() {
+    const FillSpansRow fillSpans = m_kernels.modes[m_mode].fillSpans;
+    const int64_t left = m_rasterizer.limits().left;
+    m_rasterizer.sweep([&](int64_t y, const std::vector<CoverageSpan>& spans) {
+        fillSpans(pixelsAt(left, y), spans.data(), spans.size(), m_source);
+    });
+    drew(alphaOf(m_source) == 255, false);
+}
+
+}  // namespace quiravent::desktop

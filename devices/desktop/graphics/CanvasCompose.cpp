@@ -1,0 +1,196 @@
+#include <algorithm>
+
+#include "graphics/Canvas.h"
+#include "graphics/PixelMath.h"
+
+namespace quiravent::desktop {
+
+namespace {
+
+/// Where the existing part of a picture lies in its destination's frame.
+Region regionOf(const Placement& placement, const Box& inside, double scaleX, double scaleY) {
+    const Box& part = placement.part;
+    return {static_cast<double>(inside.left - part.left) / scaleX,
+            static_cast<double>(inside.top - part.top) / scaleY,
+            static_cast<double>(inside.right - part.left) / scaleX,
+            static_cast<double>(inside.bottom - part.top) / scaleY};
+}
+
+Pixmap scaledTo(Scaler& scaler, const Box& visible) {
+    Pixmap scaled(static_cast<uint32_t>(visible.width()), static_cast<uint32_t>(visible.height()));
+    for (int64_t y = visible.top; y < visible.bottom; ++y) {
+        scaler.scaleRow(y, scaled.row(static_cast<uint32_t>(y - visible.top)));
+    }
+    return scaled;
+}
+
+}  // namespace
+
+ComposeRow Canvas::composeRowFor(bool opaqueSource) const {
+    const bool faded = m_opacity != 255;
+    if (m_mode == kSourceOver && opaqueSource) return faded ? m_kernels.fade : m_kernels.copy;
+    if (m_mode == kSourceOver && !faded) return m_kernels.over;
+    if (m_mode == kSource && !faded) return m_kernels.copy;
+    return m_kernels.modes[m_mode].compose;
+}
+
+void Canvas::compose(const Surface& source, uint32_t x, uint32_t y, const Rect* part) {
+    const Box taken = part != nullptr ? toBox(*part) : viewOf(source).bounds();
+    place(source,
+          {taken, boxAt(signedCoordinate(x), signedCoordinate(y), taken.width(), taken.height())});
+}
+
+void Canvas::composeScaled(const Surface& source, const Rect& destination, const Rect* part) {
+    const Box taken = part != nullptr ? toBox(*part) : viewOf(source).bounds();
+    place(source, {taken, toBox(destination)});
+}
+
+void Canvas::place(const Surface& source, const Placement& placement) {
+    const Box inside = intersection(placement.part, viewOf(source).bounds());
+    if (inside.empty() || placement.destination.empty() || m_bounds.empty()) return;
+    if (m_opacity == 0 && transparentIsIgnored()) return;
+    if (!m_rotated && placement.sameSize()) {
+        blit(source, placement);
+        return;
+    }
+    const auto draw = m_rotated ? &Canvas::drawRotated : &Canvas::drawScaled;
+    if (&source != m_surface.get()) {
+        (this->*draw)(viewOf(source), placement);
+        return;
+    }
+    const Pixmap before(viewOf(source).part(inside));
+    (this->*draw)(before.view(source.isOpaque()),
+                  {placement.part.shifted(-inside.left, -inside.top), placement.destination});
+}
+
+// On its own surface rows are taken in the order in which none is overwritten before it is read.
+void Canvas::blit(const Surface& source, const Placement& placement) {
+    const int64_t dx = placement.destination.left - placement.part.left;
+    const int64_t dy = placement.destination.top - placement.part.top;
+    const PixelView view = viewOf(source);
+    const Box inside = intersection(placement.part, view.bounds());
+    const Box visible = intersection(inside.shifted(dx, dy), m_bounds);
+    if (visible.empty()) return;
+    const bool ownSurface = &source == m_surface.get();
+    const bool withinRows = ownSurface && dy == 0;
+    const bool bottomUp = ownSurface && dy > 0;
+    const ComposeRow composeRow = composeRowFor(view.opaque);
+    const auto width = static_cast<size_t>(visible.width());
+    if (withinRows) m_line.resize(std::max(m_line.size(), width));
+    for (int64_t i = 0; i < visible.height(); ++i) {
+        const int64_t y = bottomUp ? visible.bottom - 1 - i : visible.top + i;
+        const uint32_t* from = view.row(y - dy) + (visible.left - dx);
+        if (withinRows) {
+            std::copy(from, from + width, m_line.data());
+            from = m_line.data();
+        }
+        composeRow(pixelsAt(visible.left, y), from, width, m_opacity);
+    }
+    drew(sourceIsOpaque(view.opaque), visible == m_surfaceBox);
+}
+
+void Canvas::drawScaled(const PixelView& source, const Placement& placement) {
+    Scaler scaler(source, placement, m_bounds);
+    const Box& visible = scaler.visible();
+    if (visible.empty()) return;
+    const ComposeRow composeRow = composeRowFor(source.opaque);
+    const auto width = static_cast<size_t>(visible.width());
+    m_line.resize(std::max(m_line.size(), width));
+    for (int64_t y = visible.top; y < visible.bottom; ++y) {
+        uint32_t* pixels = pixelsAt(visible.left, y);
+        if (composeRow == m_kernels.copy) {
+            scaler.scaleRow(y, pixels);
+        } else {
+            scaler.scaleRow(y, m_line.data());
+            composeRow(pixels, m_line.data(), width, m_opacity);
+        }
+    }
+    drew(sourceIsOpaque(source.opaque), visible == m_surfaceBox);
+}
+
+// Reducing needs the scaler's wide filter, so an axis that is reduced is reduced first; enlarging
+// is left to the bilinear sampler, however large the destination.
+void Canvas::drawRotated(const PixelView& source, const Placement& placement) {
+    const Box& part = placement.part;
+    const Box& destination = placement.destination;
+    const Box reduced = boxAt(0, 0, std::min(part.width(), destination.width()),
+                              std::min(part.height(), destination.height()));
+    const Placement reduction{part, reduced};
+    if (reduction.sameSize()) {
+        drawSampled(source, placement);
+        return;
+    }
+    Scaler scaler(source, reduction, reduced);
+    const Box& visible = scaler.visible();
+    if (visible.empty()) return;
+    const Pixmap scaled = scaledTo(scaler, visible);
+    drawSampled(scaled.view(source.opaque),
+                {reduced.shifted(-visible.left, -visible.top), destination});
+}
+
+void Canvas::drawSampled(const PixelView& source, const Placement& placement) {
+    const Box inside = intersection(placement.part, source.bounds());
+    const double scaleX = placement.horizontal(inside).ratio();
+    const double scaleY = placement.vertical(inside).ratio();
+    const Region region = regionOf(placement, inside, scaleX, scaleY);
+    const PixelView view = source.part(inside);
+    const SampleSource<uint32_t> sampled{view.pixels, view.stride, view.width, view.height};
+    const ComposeRow composeRow = composeRowFor(source.opaque);
+    const ComposeMaskRow composeMaskRow = m_kernels.modes[m_mode].composeMask;
+    m_line.resize(std::max(m_line.size(), static_cast<size_t>(m_bounds.width())));
+    Rotation rotation(placement.destination, m_direction);
+    rotation.cover(region, m_bounds, [&](const Rotation::Run& run) {
+        const SampleSteps steps = rotation.stepsOf(run, region, scaleX, scaleY);
+        m_kernels.samplePixels(m_line.data(), sampled, steps, run.length);
+        uint32_t* pixels = pixelsAt(run.x, run.y);
+        if (run.coverage == nullptr) {
+            composeRow(pixels, m_line.data(), run.length, m_opacity);
+        } else {
+            composeMaskRow(pixels, m_line.data(), run.coverage, run.length, m_opacity);
+        }
+    });
+    drew(sourceIsOpaque(source.opaque), false);
+}
+
+void Canvas::drawMasks(const CoverageMask* masks, size_t count, const Box& bounds) {
+    if (m_invisible || m_bounds.empty()) return;
+    Rotation rotation(bounds, m_direction);
+    for (const CoverageMask* mask = masks; mask != masks + count; ++mask) {
+        if (mask->width == 0 || mask->height == 0) continue;
+        if (m_rotated) {
+            drawRotatedMask(*mask, bounds, rotation);
+        } else {
+            drawMask(*mask);
+        }
+    }
+    drew(alphaOf(m_source) == 255, false);
+}
+
+void Canvas::drawMask(const CoverageMask& mask) {
+    const Box visible = intersection(boxAt(mask.x, mask.y, mask.width, mask.height), m_bounds);
+    const FillMaskRow fillMask = m_kernels.modes[m_mode].fillMask;
+    for (int64_t y = visible.top; y < visible.bottom && !visible.empty(); ++y) {
+        const uint8_t* row = mask.coverage + static_cast<size_t>(y - mask.y) * mask.stride;
+        fillMask(pixelsAt(visible.left, y), row + (visible.left - mask.x),
+                 static_cast<size_t>(visible.width()), m_source);
+    }
+}
+
+void Canvas::drawRotatedMask(const CoverageMask& mask, const Box& bounds, Rotation& rotation) {
+    const Box box = boxAt(mask.x - bounds.left, mask.y - bounds.top, mask.width, mask.height);
+    const Region region{static_cast<double>(box.left), static_cast<double>(box.top),
+                        static_cast<double>(box.right), static_cast<double>(box.bottom)};
+    const SampleSource<uint8_t> sampled{mask.coverage, mask.stride, mask.width, mask.height};
+    const FillMaskRow fillMask = m_kernels.modes[m_mode].fillMask;
+    m_coverage.resize(std::max(m_coverage.size(), static_cast<size_t>(m_bounds.width())));
+    rotation.cover(region, m_bounds, [&](const Rotation::Run& run) {
+        const SampleSteps steps = rotation.stepsOf(run, region, 1, 1);
+        m_kernels.sampleCoverage(m_coverage.data(), sampled, steps, run.length);
+        for (size_t i = 0; run.coverage != nullptr && i < run.length; ++i) {
+            m_coverage[i] = static_cast<uint8_t>(divideBy255(m_coverage[i] * run.coverage[i]));
+        }
+        fillMask(pixelsAt(run.x, run.y), m_coverage.data(), run.length, m_source);
+    });
+}
+
+}  // namespace quiravent::desktop

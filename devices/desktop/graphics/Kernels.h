@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "graphics/PorterDuff.h"
+
+namespace quiravent::desktop {
+
+/// A run of pixels with one coverage (1 to 255); `x` counts from the start of the row it is in.
+struct CoverageSpan {
+    uint32_t x;
+    uint32_t length;
+    uint32_t coverage;
+};
+
+/// Pixels (ARGB32) or coverage (bytes) that a bilinear sampler reads; sides are at least 1.
+template <typename Value>
+struct SampleSource {
+    const Value* values;
+    size_t stride;  ///< values between rows
+    uint32_t width;
+    uint32_t height;
+};
+
+/// Where a row is sampled, in 32.32 fixed point: the position of its first value, 0 being the
+/// centre of the source's first, and the step from each to the next.
+struct SampleSteps {
+    int64_t x;
+    int64_t y;
+    int64_t stepX;
+    int64_t stepY;
+};
+
+/// Filter weights of one axis of a scaled picture: each sum of `taps` weights is 1 << shift.
+struct FilterRow {
+    const uint32_t* first;   ///< per output pixel, the input pixel of its first weight
+    const int16_t* weights;  ///< `taps` per output pixel, none negative
+    uint32_t taps;
+    uint32_t shift;  ///< 7 or 14
+};
+
+/// What works on a row of pixels, all premultiplied ARGB32. Destination and source rows must not
+/// overlap. `opacity` and mask bytes run from 0 to 255 and are applied as follows: opacity
+/// multiplies the source, then the mode is applied, then the result replaces the destination in
+/// the proportion of the coverage. Each of those steps is rounded once, to nearest, so that every
+/// implementation agrees bit for bit.
+using FillRow = void (*)(uint32_t* destination, size_t count, uint32_t color);
+using ComposeRow = void (*)(uint32_t* destination, const uint32_t* source, size_t count,
+                            uint32_t opacity);
+using FillMaskRow = void (*)(uint32_t* destination, const uint8_t* mask, size_t count,
+                             uint32_t color);
+using ComposeMaskRow = void (*)(uint32_t* destination, const uint32_t* source, const uint8_t* mask,
+                                size_t count, uint32_t opacity);
+using FillSpansRow = void (*)(uint32_t* row, const CoverageSpan* spans, size_t count,
+                              uint32_t color);
+
+/// The row operations of one Porter-Duff mode.
+struct ModeKernels {
+    FillRow fill;
+    ComposeRow compose;
+    FillMaskRow fillMask;
+    ComposeMaskRow composeMask;
+    FillSpansRow fillSpans;
+};
+
+/// One implementation of all row operations, for one level of processor.
+struct Kernels {
+    ModeKernels modes[kPorterDuffModes];  ///< by mode code
+
+    FillRow fill;     ///< stores the colour, whatever its alpha
+    ComposeRow copy;  ///< stores the source; ignores opacity
+    ComposeRow over;  ///< source-over; ignores opacity
+    ComposeRow fade;  ///< source-over of an opaque source by opacity, rounded once
+
+    /// Weighted mean of `taps` rows: one weight per row, their sum 1 << shift.
+    void (*mixRows)(uint32_t* destination, const uint32_t* const* rows, const int16_t* weights,
+                    uint32_t taps, uint32_t shift, size_t count);
+    /// Weighted means along one row.
+    void (*filterRow)(uint32_t* destination, const uint32_t* source, const FilterRow& filter,
+                      size_t count);
+    /// Mean of 2 by 2 pixels, halves rounded up: reads 2 * count pixels of both rows.
+    void (*halveRows)(uint32_t* destination, const uint32_t* upper, const uint32_t* lower,
+                      size_t count);
+
+    /// Bilinear samples with weights of 1/256; positions outside read the nearest edge.
+    void (*samplePixels)(uint32_t* destination, const SampleSource<uint32_t>& source,
+                         const SampleSteps& steps, size_t count);
+    void (*sampleCoverage)(uint8_t* destination, const SampleSource<uint8_t>& source,
+                           const SampleSteps& steps, size_t count);
+};
+
+/// Portable implementation, and the reference for all others.
+extern const Kernels kScalarKernels;
+
+/// The implementation that suits this machine.
+const Kernels& kernels();
+
+}  // namespace quiravent::desktop

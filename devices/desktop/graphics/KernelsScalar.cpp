@@ -1,0 +1,222 @@
+#include <cstring>
+
+#include "graphics/Kernels.h"
+#include "graphics/PixelMath.h"
+
+namespace quiravent::desktop {
+
+namespace {
+
+template <uint32_t mode>
+uint32_t blend(uint32_t source, uint32_t destination) {
+    constexpr PorterDuff kMode = kPorterDuff[mode];
+    const uint32_t sourceAlpha = alphaOf(source);
+    const uint32_t destinationAlpha = alphaOf(destination);
+    const uint32_t keep = factorOf(kMode.destination, sourceAlpha, destinationAlpha, 255);
+    if constexpr (mode == kAdd) return addSaturated(source, destination);
+    // Rounds as weightedSum does, since source * 255 / 255 leaves no remainder.
+    if constexpr (kMode.source == Factor::one) return source + scalePixel(destination, keep);
+    const uint32_t take = factorOf(kMode.source, sourceAlpha, destinationAlpha, 255);
+    return weightedSum(source, take, destination, keep);
+}
+
+template <uint32_t mode>
+uint32_t blendCovered(uint32_t source, uint32_t destination, uint32_t coverage) {
+    return interpolate(destination, blend<mode>(source, destination), coverage);
+}
+
+void storeColor(uint32_t* destination, size_t count, uint32_t color) {
+    for (size_t i = 0; i < count; ++i) destination[i] = color;
+}
+
+template <uint32_t mode>
+void fillRow(uint32_t* destination, size_t count, uint32_t color) {
+    for (size_t i = 0; i < count; ++i) destination[i] = blend<mode>(color, destination[i]);
+}
+
+template <uint32_t mode>
+void composeRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t opacity) {
+    for (size_t i = 0; i < count; ++i) {
+        destination[i] = blend<mode>(scalePixel(source[i], opacity), destination[i]);
+    }
+}
+
+template <uint32_t mode>
+void fillMaskRow(uint32_t* destination, const uint8_t* mask, size_t count, uint32_t color) {
+    for (size_t i = 0; i < count; ++i) {
+        if (mask[i] != 0) destination[i] = blendCovered<mode>(color, destination[i], mask[i]);
+    }
+}
+
+template <uint32_t mode>
+void composeMaskRow(uint32_t* destination, const uint32_t* source, const uint8_t* mask,
+                    size_t count, uint32_t opacity) {
+    for (size_t i = 0; i < count; ++i) {
+        if (mask[i] == 0) continue;
+        const uint32_t faded = scalePixel(source[i], opacity);
+        destination[i] = blendCovered<mode>(faded, destination[i], mask[i]);
+    }
+}
+
+template <uint32_t mode>
+void fillSpansRow(uint32_t* row, const CoverageSpan* spans, size_t count, uint32_t color) {
+    for (const CoverageSpan* span = spans; span != spans + count; ++span) {
+        uint32_t* pixels = row + span->x;
+        if (span->coverage == 255) {
+            fillRow<mode>(pixels, span->length, color);
+            continue;
+        }
+        for (uint32_t i = 0; i < span->length; ++i) {
+            pixels[i] = blendCovered<mode>(color, pixels[i], span->coverage);
+        }
+    }
+}
+
+template <uint32_t mode>
+constexpr ModeKernels modeKernels() {
+    return {mode == kSource ? storeColor : fillRow<mode>, composeRow<mode>, fillMaskRow<mode>,
+            composeMaskRow<mode>, fillSpansRow<mode>};
+}
+
+void copyRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t /*opacity*/) {
+    std::memcpy(destination, source, count * sizeof(uint32_t));
+}
+
+void overRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t /*opacity*/) {
+    for (size_t i = 0; i < count; ++i) {
+        const uint32_t alpha = alphaOf(source[i]);
+        if (alpha == 255) {
+            destination[i] = source[i];
+        } else if (alpha != 0) {
+            destination[i] = blend<kSourceOver>(source[i], destination[i]);
+        }
+    }
+}
+
+void fadeRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t opacity) {
+    for (size_t i = 0; i < count; ++i) {
+        destination[i] = interpolate(destination[i], source[i], opacity);
+    }
+}
+
+struct ChannelSums {
+    uint32_t blue = 0;
+    uint32_t green = 0;
+    uint32_t red = 0;
+    uint32_t alpha = 0;
+
+    void add(uint32_t pixel, uint32_t weight) {
+        blue += (pixel & 255) * weight;
+        green += (pixel >> 8 & 255) * weight;
+        red += (pixel >> 16 & 255) * weight;
+        alpha += (pixel >> 24) * weight;
+    }
+
+    uint32_t rounded(uint32_t shift) const {
+        const uint32_t half = 1U << (shift - 1);
+        return ((alpha + half) >> shift) << 24 | ((red + half) >> shift) << 16 |
+               ((green + half) >> shift) << 8 | (blue + half) >> shift;
+    }
+};
+
+void mixRows(uint32_t* destination, const uint32_t* const* rows, const int16_t* weights,
+             uint32_t taps, uint32_t shift, size_t count) {
+    for (size_t i = 0; i < count; ++i) {
+        ChannelSums sums;
+        for (uint32_t tap = 0; tap < taps; ++tap) {
+            sums.add(rows[tap][i], static_cast<uint32_t>(weights[tap]));
+        }
+        destination[i] = sums.rounded(shift);
+    }
+}
+
+void filterRow(uint32_t* destination, const uint32_t* source, const FilterRow& filter,
+               size_t count) {
+    const int16_t* weights = filter.weights;
+    for (size_t i = 0; i < count; ++i, weights += filter.taps) {
+        const uint32_t* pixels = source + filter.first[i];
+        ChannelSums sums;
+        for (uint32_t tap = 0; tap < filter.taps; ++tap) {
+            sums.add(pixels[tap], static_cast<uint32_t>(weights[tap]));
+        }
+        destination[i] = sums.rounded(filter.shift);
+    }
+}
+
+uint32_t meanOfHalves(uint32_t a, uint32_t b, uint32_t c, uint32_t d) {
+    const uint32_t sum = (a & kEvenChannels) + (b & kEvenChannels) + (c & kEvenChannels) +
+                         (d & kEvenChannels) + 0x00020002U;
+    return (sum >> 2) & kEvenChannels;
+}
+
+void halveRows(uint32_t* destination, const uint32_t* upper, const uint32_t* lower, size_t count) {
+    for (size_t i = 0; i < count; ++i, upper += 2, lower += 2) {
+        const uint32_t even = meanOfHalves(upper[0], upper[1], lower[0], lower[1]);
+        const uint32_t odd =
+            meanOfHalves(upper[0] >> 8, upper[1] >> 8, lower[0] >> 8, lower[1] >> 8);
+        destination[i] = even | odd << 8;
+    }
+}
+
+/// From a (weight 0) to b (weight 256), halves rounded up.
+uint32_t mix256(uint32_t a, uint32_t b, uint32_t weight) {
+    const uint32_t even =
+        (a & kEvenChannels) * (256 - weight) + (b & kEvenChannels) * weight + 0x00800080U;
+    const uint32_t odd = ((a >> 8) & kEvenChannels) * (256 - weight) +
+                         ((b >> 8) & kEvenChannels) * weight + 0x00800080U;
+    return ((even >> 8) & kEvenChannels) | (odd & ~kEvenChannels);
+}
+
+/// The two neighbours of a position on one axis, held to the source, and the weight of the second.
+struct Neighbours {
+    size_t first;
+    size_t second;
+    uint32_t weight;
+};
+
+Neighbours neighboursAt(int64_t position, uint32_t size) {
+    constexpr int64_t kOne = int64_t{1} << 32;
+    const int64_t last = static_cast<int64_t>(size) - 1;
+    if (position <= 0) return {0, 0, 0};
+    if (position >= last * kOne) return {size - 1, size - 1, 0};
+    const int64_t rounded = position + (kOne >> 9);
+    const auto index = static_cast<size_t>(position / kOne);
+    // May reach 256, all of the second, when the position rounds up to it.
+    const auto weight = static_cast<uint32_t>((rounded >> 24) - (static_cast<int64_t>(index) << 8));
+    return {index, index + 1, weight};
+}
+
+template <typename Value>
+void sampleRow(Value* destination, const SampleSource<Value>& source, const SampleSteps& steps,
+               size_t count) {
+    int64_t x = steps.x;
+    int64_t y = steps.y;
+    for (size_t i = 0; i < count; ++i, x += steps.stepX, y += steps.stepY) {
+        const Neighbours across = neighboursAt(x, source.width);
+        const Neighbours down = neighboursAt(y, source.height);
+        const Value* upper = source.values + down.first * source.stride;
+        const Value* lower = source.values + down.second * source.stride;
+        const uint32_t above = mix256(upper[across.first], upper[across.second], across.weight);
+        const uint32_t below = mix256(lower[across.first], lower[across.second], across.weight);
+        destination[i] = static_cast<Value>(mix256(above, below, down.weight));
+    }
+}
+
+}  // namespace
+
+const Kernels kScalarKernels = {
+    {modeKernels<0>(), modeKernels<1>(), modeKernels<2>(), modeKernels<3>(), modeKernels<4>(),
+     modeKernels<5>(), modeKernels<6>(), modeKernels<7>(), modeKernels<8>(), modeKernels<9>(),
+     modeKernels<10>(), modeKernels<11>()},
+    storeColor,
+    copyRow,
+    overRow,
+    fadeRow,
+    mixRows,
+    filterRow,
+    halveRows,
+    sampleRow<uint32_t>,
+    sampleRow<uint8_t>,
+};
+
+}  // namespace quiravent::desktop

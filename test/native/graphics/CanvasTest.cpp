@@ -1,0 +1,259 @@
+#include "graphics/Canvas.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+#include "TestPixels.h"
+
+namespace quiravent::desktop::test {
+namespace {
+
+constexpr uint32_t kBackground = 0xFF204060;
+constexpr Color kHalfRed{255, 0, 0, 128};
+
+uint32_t minus(uint32_t value) { return 0U - value; }
+
+/// How many pixels of a fresh surface of 20 by 20 an operation changes, and of what they become.
+struct Changes {
+    int count = 0;
+    uint32_t pixel = 0;
+};
+
+Changes changesOf(const std::function<void(Canvas&)>& draw) {
+    const auto surface = newSurface(20, 20, kBackground);
+    Canvas canvas(surface);
+    canvas.setColor(kHalfRed);
+    draw(canvas);
+    Changes changes;
+    for (const uint32_t pixel : pixelsOf(*surface)) {
+        if (pixel == kBackground) continue;
+        ++changes.count;
+        changes.pixel = pixel;
+    }
+    return changes;
+}
+
+TEST(Canvas, StartsInOpaqueWhiteOnAllOfTheSurface) {
+    const auto surface = newSurface(5, 3);
+    Canvas canvas(surface);
+    canvas.fillRect({0, 0, 100, 100});
+    EXPECT_EQ(pixelsOf(*surface), std::vector<uint32_t>(15, 0xFFFFFFFF));
+    EXPECT_EQ(canvas.clip().width, 5U);
+    EXPECT_EQ(canvas.color().alpha, 255);
+}
+
+TEST(Canvas, PaintsRectanglesOnPixelsOnceEach) {
+    constexpr uint32_t kBlended = 0xFF902030;  // half red over the background, rounded
+    struct {
+        Rect rect;
+        int filled;
+        int outlined;
+    } const cases[] = {
+        {{2, 3, 6, 5}, 30, 18},
+        {{2, 3, 1, 5}, 5, 5},
+        {{2, 3, 6, 1}, 6, 6},
+        {{2, 3, 2, 2}, 4, 4},
+        {{2, 3, 0, 5}, 0, 0},
+        {{minus(3), minus(2), 5, 5}, 6, 4},
+        {{18, 18, 0xFFFFFFFF, 0xFFFFFFFF}, 4, 3},
+        {{0x80000000, 0x80000000, 0xFFFFFFFF, 0xFFFFFFFF}, 400, 0},
+        {{0x7FFFFFFF, 0x7FFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}, 0, 0},
+    };
+    for (const auto& c : cases) {
+        const Changes filled = changesOf([&](Canvas& canvas) { canvas.fillRect(c.rect); });
+        const Changes outlined = changesOf([&](Canvas& canvas) { canvas.drawRect(c.rect); });
+        EXPECT_EQ(filled.count, c.filled) << c.rect.x << "," << c.rect.width;
+        EXPECT_EQ(outlined.count, c.outlined) << c.rect.x << "," << c.rect.width;
+        EXPECT_EQ(filled.pixel, c.filled > 0 ? kBlended : 0);
+        EXPECT_EQ(outlined.pixel, c.outlined > 0 ? kBlended : 0);
+    }
+}
+
+TEST(Canvas, DrawsWithinTheClipAndReportsItAsSet) {
+    const auto source = newSurface(20, 20, 0xFFFFFFFF);
+    const std::vector<uint8_t> bytes(400, 255);
+    const CoverageMask mask{0, 0, 20, 20, 20, bytes.data()};
+    const std::function<void(Canvas&)> draws[] = {
+        [](Canvas& c) {
+            c.fillRect({0, 0, 20, 20});
+        },
+        [](Canvas& c) {
+            c.clearRect({0, 0, 20, 20});
+        },
+        [](Canvas& c) { c.drawEllipse(EllipseStyle::fill, 10, 10, 90, 90, 0, 360); },
+        [&](Canvas& c) { c.compose(*source, 0, 0); },
+        [&](Canvas& c) {
+            c.composeScaled(*source, {minus(5), minus(5), 90, 90});
+        },
+        [&](Canvas& c) {
+            c.drawMasks(&mask, 1, {0, 0, 20, 20});
+        },
+        [&](Canvas& c) {
+            c.setRotation(45);
+            c.composeScaled(*source, {minus(30), minus(30), 80, 80});
+        },
+    };
+    for (const auto& draw : draws) {
+        const Changes changes = changesOf([&](Canvas& canvas) {
+            canvas.setClip({16, minus(2), 50, 5});
+            draw(canvas);
+            EXPECT_EQ(canvas.clip().y, minus(2));
+            EXPECT_EQ(canvas.clip().width, 50U);
+        });
+        EXPECT_EQ(changes.count, 4 * 3);
+        const auto nowhere = [&](Canvas& canvas) {
+            canvas.setClip({30, 0, 10, 10});
+            draw(canvas);
+        };
+        EXPECT_EQ(changesOf(nowhere).count, 0);
+    }
+}
+
+TEST(Canvas, HoldsOpacityToItsRange) {
+    const auto pixelAt = [](double opacity) {
+        const auto surface = newSurface(1, 1);
+        Canvas canvas(surface);
+        canvas.setOpacity(opacity);
+        EXPECT_FALSE(canvas.setOpacity(NAN));
+        canvas.fillRect({0, 0, 1, 1});
+        return surface->row(0)[0];
+    };
+    EXPECT_EQ(pixelAt(0.5), 0x80808080);
+    EXPECT_EQ(pixelAt(7), 0xFFFFFFFF);
+    EXPECT_EQ(pixelAt(-1), 0U);
+}
+
+TEST(Canvas, TakesUnknownModesAsSourceOver) {
+    for (const uint32_t code : {0U, 1U, 12U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(changesOf([&](Canvas& canvas) {
+                      canvas.setPorterDuff(11);
+                      canvas.setPorterDuff(code);
+                      canvas.fillRect({0, 0, 1, 1});
+                  }).pixel,
+                  0xFF902030U);
+    }
+}
+
+TEST(Canvas, ClearsWhateverIsSet) {
+    const Changes changes = changesOf([](Canvas& canvas) {
+        canvas.setOpacity(0);
+        canvas.setPorterDuff(7);
+        canvas.clearRect({5, 5, 3, 3});
+        EXPECT_FALSE(canvas.surface()->isOpaque());
+    });
+    EXPECT_EQ(changes.count, 9);
+    EXPECT_EQ(changes.pixel, 0U);
+}
+
+/// The flag must never claim too much, in any mode and for any operation.
+TEST(Canvas, KnowsWhenTheSurfaceIsOpaque) {
+    const auto opaque = newSurface(8, 8, 0xFF808080);
+    const auto translucent = newSurface(8, 8, 0x80404040);
+    const std::function<void(Canvas&)> draws[] = {
+        [](Canvas& c) {
+            c.fillRect({0, 0, 8, 8});
+        },
+        [](Canvas& c) { c.drawEllipse(EllipseStyle::fill, 4, 4, 3, 3, 0, 360); },
+        [&](Canvas& c) { c.compose(*opaque, 0, 0); },
+        [&](Canvas& c) { c.compose(*translucent, 0, 0); },
+        [&](Canvas& c) {
+            c.composeScaled(*opaque, {minus(1), minus(1), 16, 16});
+        },
+        [&](Canvas& c) {
+            c.composeScaled(*opaque, {1, 1, 5, 5});
+        },
+    };
+    for (uint32_t mode = 1; mode < 12; ++mode) {
+        for (const auto& draw : draws) {
+            for (const uint32_t background : {kBackground, 0x40202020U, 0U}) {
+                for (const double opacity : {1.0, 0.5}) {
+                    const auto surface = newSurface(8, 8, background);
+                    const uint64_t before = surface->generation();
+                    Canvas canvas(surface);
+                    canvas.setPorterDuff(mode);
+                    canvas.setOpacity(opacity);
+                    draw(canvas);
+                    bool allOpaque = true;
+                    for (const uint32_t pixel : pixelsOf(*surface)) {
+                        allOpaque = allOpaque && pixel >> 24 == 255;
+                    }
+                    EXPECT_GT(surface->generation(), before);
+                    EXPECT_FALSE(surface->isOpaque() && !allOpaque) << "mode " << mode;
+                }
+            }
+        }
+    }
+    const auto surface = newSurface(8, 8);
+    Canvas(surface).compose(*opaque, 0, 0);
+    EXPECT_TRUE(surface->isOpaque());
+}
+
+TEST(Canvas, ComposesThePartThatExists) {
+    const auto source = newSurface(10, 10);
+    RandomPixels().fill(*source, true);
+    const auto surface = newSurface(20, 20);
+    const Rect part{minus(2), 6, 6, 9};
+    Canvas(surface).compose(*source, 10, minus(1), &part);
+    for (uint32_t y = 0; y < 20; ++y) {
+        for (uint32_t x = 0; x < 20; ++x) {
+            const bool drawn = x >= 12 && x < 16 && y < 3;
+            ASSERT_EQ(surface->row(y)[x], drawn ? source->row(y + 7)[x - 12] : 0U) << x << "," << y;
+        }
+    }
+}
+
+TEST(Canvas, ComposesItselfAsItWasBefore) {
+    const int moves[][2] = {{3, 0}, {-3, 0}, {0, 2}, {0, -2}, {4, 3}, {-4, 3}, {4, -3}, {0, 0}};
+    for (const double degrees : {0.0, 30.0}) {
+        for (const uint32_t width : {20U, 27U}) {
+            for (const auto& move : moves) {
+                for (const double opacity : {1.0, 0.6}) {
+                    const auto surface = newSurface(24, 24);
+                    RandomPixels().fill(*surface, false);
+                    const auto copy = newSurface(24, 24);
+                    Canvas(copy).compose(*surface, 0, 0);
+                    const auto wanted = newSurface(24, 24);
+                    Canvas(wanted).compose(*surface, 0, 0);
+                    const Rect part{2, 2, 20, 20};
+                    const Rect place{static_cast<uint32_t>(2 + move[0]),
+                                     static_cast<uint32_t>(2 + move[1]), width, 20};
+                    const auto draw = [&](Canvas&& canvas, const Surface& source) {
+                        canvas.setRotation(degrees);
+                        canvas.setOpacity(opacity);
+                        canvas.composeScaled(source, place, &part);
+                    };
+                    draw(Canvas(wanted), *copy);
+                    draw(Canvas(surface), *surface);
+                    ASSERT_EQ(pixelsOf(*surface), pixelsOf(*wanted)) << move[0] << "," << move[1];
+                }
+            }
+        }
+    }
+}
+
+TEST(Canvas, DrawsPicturesOfAnySizeFromAnyPart) {
+    const auto source = newSurface(10, 10, 0xFFFFFFFF);
+    const uint32_t values[] = {0, 1, 9, 0x7FFFFFFF, 0x80000000, 0xFFFFFFF6, 0xFFFFFFFF};
+    const auto surface = newSurface(16, 16, 0xFF000000);
+    Canvas canvas(surface);
+    for (const double degrees : {0.0, 33.0, 90.0}) {
+        canvas.setRotation(degrees);
+        for (const uint32_t x : values) {
+            for (const uint32_t width : values) {
+                for (const uint32_t partX : values) {
+                    for (const uint32_t partWidth : values) {
+                        const Rect part{partX, 1, partWidth, width};
+                        canvas.composeScaled(*source, {x, partX, width, partWidth}, &part);
+                        canvas.compose(*source, x, width, &part);
+                    }
+                }
+            }
+        }
+    }
+    for (const uint32_t pixel : pixelsOf(*surface)) EXPECT_EQ(pixel >> 24, 255U);
+}
+
+}  // namespace
+}  // namespace quiravent::desktop::test

@@ -1,0 +1,193 @@
+#include "graphics/Kernels.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <functional>
+
+#include "TestPixels.h"
+
+namespace quiravent::desktop::test {
+namespace {
+
+using Pixel = std::array<double, 4>;  // blue, green, red, alpha from 0 to 1
+
+Pixel unpack(uint32_t pixel) {
+    Pixel out{};
+    for (int i = 0; i < 4; ++i) out[i] = channel(pixel, i) / 255.0;
+    return out;
+}
+
+uint32_t pack(const Pixel& pixel) {
+    uint32_t out = 0;
+    for (int i = 0; i < 4; ++i) {
+        out |= static_cast<uint32_t>(std::floor(pixel[i] * 255 + 0.5 + 1e-9)) << (8 * i);
+    }
+    return out;
+}
+
+Pixel combine(const Pixel& a, double fa, const Pixel& b, double fb) {
+    Pixel out{};
+    for (int i = 0; i < 4; ++i) out[i] = std::min(1.0, a[i] * fa + b[i] * fb);
+    return out;
+}
+
+/// The operators as they are written in the textbook, sa and da being the alphas.
+struct Operator {
+    const char* name;
+    std::function<double(double sa, double da)> source;
+    std::function<double(double sa, double da)> destination;
+};
+
+double one(double, double) { return 1; }
+double none(double, double) { return 0; }
+double inSource(double sa, double) { return sa; }
+double outsideSource(double sa, double) { return 1 - sa; }
+double inDestination(double, double da) { return da; }
+double outsideDestination(double, double da) { return 1 - da; }
+
+const Operator kOperators[] = {
+    {"unnamed", one, outsideSource},
+    {"SRC_OVER", one, outsideSource},
+    {"SRC_ATOP", inDestination, outsideSource},
+    {"SRC_IN", inDestination, none},
+    {"SRC_OUT", outsideDestination, none},
+    {"DST_OVER", outsideDestination, one},
+    {"DST_ATOP", outsideDestination, inSource},
+    {"DST_IN", none, inSource},
+    {"DST_OUT", none, outsideSource},
+    {"ADD", one, one},
+    {"XOR", outsideDestination, outsideSource},
+    {"SRC", one, none},
+};
+
+/// Rounds once after each step, as the kernels promise to.
+uint32_t expected(const Operator& op, uint32_t source, uint32_t destination, uint32_t opacity,
+                  uint32_t coverage) {
+    const Pixel faded = unpack(pack(combine(unpack(source), opacity / 255.0, Pixel{}, 0)));
+    const Pixel under = unpack(destination);
+    const double take = op.source(faded[3], under[3]);
+    const double keep = op.destination(faded[3], under[3]);
+    const Pixel result = unpack(pack(combine(faded, take, under, keep)));
+    return pack(combine(result, coverage / 255.0, under, 1 - coverage / 255.0));
+}
+
+/// The same without rounding in between, to measure what the rounding costs.
+uint32_t ideal(const Operator& op, uint32_t source, uint32_t destination, uint32_t opacity,
+               uint32_t coverage) {
+    const Pixel faded = combine(unpack(source), opacity / 255.0, Pixel{}, 0);
+    const Pixel under = unpack(destination);
+    const double take = op.source(faded[3], under[3]);
+    const double keep = op.destination(faded[3], under[3]);
+    const Pixel result = combine(faded, take, under, keep);
+    return pack(combine(result, coverage / 255.0, under, 1 - coverage / 255.0));
+}
+
+constexpr size_t kCount = 4001;
+
+struct Rows {
+    std::vector<uint32_t> source = std::vector<uint32_t>(kCount);
+    std::vector<uint32_t> destination = std::vector<uint32_t>(kCount);
+    std::vector<uint8_t> mask = std::vector<uint8_t>(kCount);
+
+    Rows() {
+        RandomPixels random;
+        for (size_t i = 0; i < kCount; ++i) {
+            source[i] = random.next();
+            destination[i] = random.next();
+            mask[i] = static_cast<uint8_t>(i % 3 == 0 ? random.below(2) * 255 : random.below(256));
+        }
+    }
+};
+
+class EveryMode : public testing::TestWithParam<uint32_t> {
+  protected:
+    const Operator& op() const { return kOperators[GetParam()]; }
+    const ModeKernels& mode() const { return kernels().modes[GetParam()]; }
+    Rows m_rows;
+    std::vector<uint32_t> m_out = m_rows.destination;
+
+    void expectRow(const std::function<uint32_t(size_t)>& wanted) const {
+        for (size_t i = 0; i < kCount; ++i) {
+            ASSERT_EQ(m_out[i], wanted(i)) << op().name << " at " << i << std::hex << " source "
+                                           << m_rows.source[i] << " on " << m_rows.destination[i];
+            ASSERT_TRUE(isPremultiplied(m_out[i])) << op().name << " " << std::hex << m_out[i];
+        }
+    }
+};
+
+TEST_P(EveryMode, ComposesAsDefined) {
+    for (const uint32_t opacity : {255U, 128U, 1U, 0U}) {
+        m_out = m_rows.destination;
+        mode().compose(m_out.data(), m_rows.source.data(), kCount, opacity);
+        int worst = 0;
+        expectRow([&](size_t i) {
+            const uint32_t s = m_rows.source[i];
+            const uint32_t d = m_rows.destination[i];
+            worst = std::max(worst, distance(m_out[i], ideal(op(), s, d, opacity, 255)));
+            return expected(op(), s, d, opacity, 255);
+        });
+        EXPECT_LE(worst, opacity == 255 ? 0 : 1);
+    }
+}
+
+TEST_P(EveryMode, AppliesCoverageLast) {
+    mode().composeMask(m_out.data(), m_rows.source.data(), m_rows.mask.data(), kCount, 200);
+    expectRow([&](size_t i) {
+        const uint32_t d = m_rows.destination[i];
+        const uint32_t wanted = expected(op(), m_rows.source[i], d, 200, m_rows.mask[i]);
+        EXPECT_LE(distance(wanted, ideal(op(), m_rows.source[i], d, 200, m_rows.mask[i])), 1);
+        return wanted;
+    });
+}
+
+TEST_P(EveryMode, FillsWholeRowsMasksAndSpans) {
+    for (const uint32_t color : {0x80402010U, 0xFF102030U, 0U}) {
+        const auto at = [&](size_t i, uint32_t coverage) {
+            return expected(op(), color, m_rows.destination[i], 255, coverage);
+        };
+        m_out = m_rows.destination;
+        mode().fill(m_out.data(), kCount, color);
+        expectRow([&](size_t i) { return at(i, 255); });
+
+        m_out = m_rows.destination;
+        mode().fillMask(m_out.data(), m_rows.mask.data(), kCount, color);
+        expectRow([&](size_t i) { return at(i, m_rows.mask[i]); });
+
+        m_out = m_rows.destination;
+        const CoverageSpan spans[] = {{3, 5, 255}, {8, 1, 17}, {100, 900, 128}};
+        mode().fillSpans(m_out.data(), spans, 3, color);
+        expectRow([&](size_t i) {
+            if (i >= 3 && i < 8) return at(i, 255);
+            if (i == 8) return at(i, 17);
+            return at(i, i >= 100 && i < 1000 ? 128 : 0);
+        });
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kernels, EveryMode, testing::Range(0U, 12U),
+                         [](const auto& info) { return kOperators[info.param].name; });
+
+TEST(Kernels, SpecialRowsAgreeWithTheirMode) {
+    Rows rows;
+    std::vector<uint32_t> plain = rows.destination;
+    std::vector<uint32_t> fast = rows.destination;
+    kernels().modes[kSourceOver].compose(plain.data(), rows.source.data(), kCount, 255);
+    kernels().over(fast.data(), rows.source.data(), kCount, 255);
+    EXPECT_EQ(plain, fast);
+    kernels().copy(fast.data(), rows.source.data(), kCount, 9);
+    EXPECT_EQ(fast, rows.source);
+
+    for (uint32_t& pixel : rows.source) pixel |= 0xFF000000;
+    plain = rows.destination;
+    kernels().fade(plain.data(), rows.source.data(), kCount, 77);
+    for (size_t i = 0; i < kCount; ++i) {
+        const uint32_t d = rows.destination[i];
+        ASSERT_EQ(plain[i], ideal(kOperators[kSourceOver], rows.source[i], d, 77, 255));
+    }
+}
+
+}  // namespace
+}  // namespace quiravent::desktop::test
