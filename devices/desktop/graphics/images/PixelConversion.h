@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+namespace quiravent::desktop {
+
+// In-place conversions of a row from what a decoder wrote to the pixels of a surface.
+
+/// From bytes R, G, B, A, the alpha being 255 everywhere.
+void fromOpaqueRgba(uint32_t* row, uint32_t width);
+
+/// From bytes R, G, B, A, not premultiplied. Returns the lowest alpha of the row.
+uint32_t fromRgba(uint32_t* row, uint32_t width);
+
+/// From the order of a surface, but not premultiplied. Returns the lowest alpha of the row.
+uint32_t premultiply(uint32_t* row, uint32_t width);
+
+/// From bytes C, M, Y, K, where 255 is no ink (as Adobe's programs store them) if `inverted`, else
+/// full ink. Without colour management: each ink takes away its part of one primary, black of all.
+void fromCmyk(uint32_t* row, uint32_t width, bool inverted);
+
+}  // namespace quiravent::desktop

@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "images/Encoders.h"
+#include "support/MalformedInput.h"
+
+namespace quiravent::test {
+namespace {
+
+struct Sample {
+    const char* name;
+    Bytes bytes;
+
+    /// Bytes without which there is no picture: all, but for the checksum of a PNG's empty last
+    /// chunk, which its decoder does without.
+    size_t needed() const {
+        return bytes.size() - (std::string(name).find("PNG") == std::string::npos ? 0 : 4);
+    }
+};
+
+std::vector<Sample> samples() {
+    return {
+        {"PNG", encodePng(fadingGradient)},
+        {"interlaced PNG", encodePng(fadingGradient, true)},
+        {"JPEG", encodeJpeg(gradient, TJSAMP_420)},
+        {"progressive JPEG", encodeJpeg(gradient, TJSAMP_444, TJFLAG_PROGRESSIVE)},
+        {"CMYK JPEG", encodeJpeg(rgbaOf(gradient), TJPF_CMYK, TJSAMP_444)},
+        {"lossless WebP", encodeWebp(fadingGradient)},
+        {"lossy WebP", encodeWebp(fadingGradient, 80)},
+        {"animated WebP", encodeWebpAnimation(fadingGradient, 2, 2, 60, 50)},
+    };
+}
+
+bool isValid(const desktop::Surface& surface) {
+    for (uint32_t y = 0; y < surface.height(); ++y)
+        for (uint32_t x = 0; x < surface.width(); ++x) {
+            const uint32_t pixel = surface.row(y)[x];
+            const uint32_t alpha = pixel >> 24;
+            if ((pixel >> 16 & 0xFF) > alpha || (pixel >> 8 & 0xFF) > alpha ||
+                (pixel & 0xFF) > alpha || (surface.isOpaque() && alpha != 255))
+                return false;
+        }
+    return true;
+}
+
+/// Decoding what is broken, with an eye on memory and on what libraries print.
+class MalformedImageTest : public testing::Test {
+  protected:
+    void SetUp() override { testing::internal::CaptureStderr(); }
+    void TearDown() override {
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_EQ(m_pool.usedBytes(), 0U);
+    }
+
+    /// The reason of the failure; empty when a valid picture came out.
+    std::string failureOf(const Bytes& bytes) {
+        const auto image = desktop::decodeImage(bytes.data(), bytes.size(), m_pool);
+        if (!image) return image.reason().empty() ? "no reason" : image.reason();
+        EXPECT_TRUE(isValid(**image));
+        return {};
+    }
+
+    desktop::SurfacePool m_pool{size_t{1} << 24};
+};
+
+TEST_F(MalformedImageTest, RefusesEveryTruncation) {
+    for (const Sample& sample : samples())
+        for (const Bytes& bytes : truncations(sample.bytes, sample.needed()))
+            EXPECT_NE(failureOf(bytes), "") << sample.name << " of " << bytes.size() << " bytes";
+}
+
+TEST_F(MalformedImageTest, SurvivesChangedBytes) {
+    for (const Sample& sample : samples()) {
+        for (const Bytes& bytes : byteFlips(sample.bytes, 300, sample.bytes.size()))
+            failureOf(bytes);
+        for (const Bytes& bytes : byteFlips(sample.bytes, 300, 64)) failureOf(bytes);
+    }
+}
+
+TEST_F(MalformedImageTest, RefusesAPngWithAnyByteChanged) {
+    const Bytes png = encodePng(fadingGradient);
+    for (size_t i = 0; i < png.size(); ++i) {
+        Bytes changed = png;
+        changed[i] ^= 0x10;
+        EXPECT_NE(failureOf(changed), "") << "byte " << i;
+    }
+}
+
+TEST_F(MalformedImageTest, RefusesWhatIsNoPicture) {
+    const std::string reason = "it is none of a PNG, JPEG and WebP picture";
+    EXPECT_EQ(failureOf({}), reason);
+    EXPECT_EQ(failureOf({0x89}), reason);
+    EXPECT_EQ(failureOf({'G', 'I', 'F', '8', '9', 'a', 1, 0, 1, 0, 0, 0, 0, ';'}), reason);
+    EXPECT_EQ(failureOf(Bytes(1000, 0)), reason);
+}
+
+void putBigEndian(Bytes& bytes, size_t at, uint32_t value, size_t count) {
+    for (size_t i = 0; i < count; ++i)
+        bytes[at + i] = static_cast<uint8_t>(value >> 8 * (count - 1 - i));
+}
+
+uint32_t crc32(const uint8_t* data, size_t size) {
+    uint32_t crc = ~0U;
+    for (size_t i = 0; i < size; ++i) {
+        crc ^= data[i];
+        for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
+    }
+    return ~crc;
+}
+
+Bytes pngOfDeclaredSize(uint32_t side) {
+    Bytes png = encodePng(gradient);
+    putBigEndian(png, 16, side, 4);
+    putBigEndian(png, 20, side, 4);
+    putBigEndian(png, 29, crc32(&png[12], 17), 4);
+    return png;
+}
+
+Bytes jpegOfDeclaredSize(uint32_t side) {
+    Bytes jpeg = encodeJpeg(gradient);
+    const uint8_t kFrameHeader[] = {0xFF, 0xC0};
+    const auto found =
+        std::search(jpeg.begin(), jpeg.end(), std::begin(kFrameHeader), std::end(kFrameHeader));
+    const auto at = static_cast<size_t>(found - jpeg.begin());
+    putBigEndian(jpeg, at + 5, side, 2);
+    putBigEndian(jpeg, at + 7, side, 2);
+    return jpeg;
+}
+
+Bytes webpOfDeclaredSize(uint32_t side) {
+    return encodeWebpAnimation(gradient, 0, 0, static_cast<int>(side), static_cast<int>(side));
+}
+
+TEST_F(MalformedImageTest, RefusesWhatIsTooLargeBeforeTakingMemory) {
+    for (const auto& ofSize : {pngOfDeclaredSize, jpegOfDeclaredSize, webpOfDeclaredSize}) {
+        EXPECT_EQ(failureOf(ofSize(60000)),
+                  "its 60000 x 60000 pixels exceed the 16384 x 16384 pixels that a picture may "
+                  "have");
+        EXPECT_EQ(failureOf(ofSize(10000)),
+                  "the graphics memory that is left can't hold its 10000 x 10000 pixels");
+    }
+}
+
+}  // namespace
+}  // namespace quiravent::test
