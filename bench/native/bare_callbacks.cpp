@@ -1,0 +1,68 @@
+#include <nan.h>
+
+// The least that an engine callback of the same task can do: no wrapper class, no registry, no
+// device. Results go to a volatile, so that the reads are not optimised away.
+
+namespace {
+
+volatile uint32_t sink;
+Nan::Persistent<v8::String> names[4];
+
+uint32_t Number(v8::Local<v8::Value> value) {
+    return value->Uint32Value(Nan::GetCurrentContext()).FromJust();
+}
+
+void ReadField(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    const auto self = info.This();
+    sink = *static_cast<uint32_t*>(Nan::GetInternalFieldPointer(self, 0));
+}
+
+/// Four numbers and one internal field.
+void FourNumbers(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    ReadField(info);
+    for (int index = 0; index < 4; ++index) sink = Number(info[index]);
+}
+
+/// Four properties by kept names and one internal field.
+void FourProperties(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    ReadField(info);
+    const auto context = Nan::GetCurrentContext();
+    const auto object = info[0].As<v8::Object>();
+    for (const auto& name : names) {
+        sink = Number(object->Get(context, Nan::New(name)).ToLocalChecked());
+    }
+}
+
+void New(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    static uint32_t native = 1;
+    Nan::SetInternalFieldPointer(info.This(), 0, &native);
+}
+
+void AddMethod(v8::Local<v8::FunctionTemplate> made, const char* name,
+               v8::FunctionCallback callback) {
+    v8::Isolate* isolate = v8::Isolate::GetCurrent();
+    made->PrototypeTemplate()->Set(
+        Nan::New(name).ToLocalChecked(),
+        v8::FunctionTemplate::New(isolate, callback, v8::Local<v8::Value>(),
+                                  v8::Signature::New(isolate, made)));
+}
+
+void Init(v8::Local<v8::Object> exports) {
+    v8::Isolate* isolate = v8::Isolate::GetCurrent();
+    const char* texts[] = {"x", "y", "w", "h"};
+    for (int index = 0; index < 4; ++index) {
+        names[index].Reset(
+            v8::String::NewFromUtf8(isolate, texts[index], v8::NewStringType::kInternalized)
+                .ToLocalChecked());
+    }
+    const auto made = v8::FunctionTemplate::New(isolate, New);
+    made->InstanceTemplate()->SetInternalFieldCount(1);
+    AddMethod(made, "fourNumbers", FourNumbers);
+    AddMethod(made, "fourProperties", FourProperties);
+    Nan::Set(exports, Nan::New("Bare").ToLocalChecked(), Nan::GetFunction(made).ToLocalChecked())
+        .Check();
+}
+
+}  // namespace
+
+NAN_MODULE_WORKER_ENABLED(bare_callbacks, Init)

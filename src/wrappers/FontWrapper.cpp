@@ -1,0 +1,3 @@
+#include "FontWrapper.h"
+
+Nan::Persistent<v8::Function> FontWrapper::constructor;

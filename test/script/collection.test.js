@@ -1,0 +1,93 @@
+'use strict';
+
+const test = require('tape');
+const recorder = require('./support/recorder');
+const quiravent = require('./support/module');
+const { newCanvas, newUnkeptCanvas, newFont, loadUnkept, handleOf } = require('./support/graphics');
+const { collect } = require('./support/collection');
+
+function released() {
+  return recorder
+    .argsOf('pl_gfx_ReleaseCanvas')
+    .map((args) => args[0])
+    .sort((a, b) => a - b);
+}
+
+/** Makes canvases and drops them; gives their handles. */
+function dropCanvases(count, use) {
+  const handles = [];
+  for (let index = 0; index < count; index += 1) {
+    const made = newUnkeptCanvas();
+    use(made.canvas, index);
+    handles.push(made.handle);
+  }
+  return handles;
+}
+
+test('each dropped canvas is released once, on the script thread', (t) => {
+  const handles = dropCanvases(30, () => {});
+  recorder.clear();
+  return collect(() => released().length >= handles.length)
+    .then(() => collect())
+    .then(() => {
+      t.deepEqual(released(), handles);
+      t.ok(recorder.calls().every((call) => call.thread === 'script'));
+    });
+});
+
+test('a canvas that a script has released is not released again', (t) => {
+  const handles = dropCanvases(30, (canvas, index) => {
+    if (index % 2) canvas.release();
+  });
+  recorder.clear();
+  const remaining = handles.filter((handle, index) => index % 2 === 0);
+  return collect(() => released().length >= remaining.length)
+    .then(() => collect())
+    .then(() => t.deepEqual(released(), remaining));
+});
+
+test('a dropped canvas that has a font is released, and the font stays usable', (t) => {
+  return newFont().then((font) => {
+    const handles = dropCanvases(10, (canvas) => canvas.setFont(font));
+    recorder.clear();
+    return collect(() => released().length >= handles.length).then(() => {
+      t.deepEqual(released(), handles);
+      t.deepEqual(recorder.calls('pl_gfx_ReleaseFont'), []);
+      const { canvas } = newCanvas();
+      canvas.setFont(font);
+      t.ok(canvas.measureText('a').width > 0);
+    });
+  });
+});
+
+test('a dropped image is released', (t) => {
+  return loadUnkept('loadImage', 'path')
+    .then((outcome) => {
+      const handle = handleOf(outcome.result);
+      outcome.result = null;
+      return handle;
+    })
+    .then((handle) => {
+      return collect(() => released().length > 0).then(() => t.deepEqual(released(), [handle]));
+    });
+});
+
+test('the target outlives its script objects', (t) => {
+  const services = quiravent.graphicServices;
+  for (let count = 0; count < 20; count += 1) services.getTargetCanvas().setColor('red');
+  recorder.clear();
+  return collect().then(() => {
+    t.deepEqual(recorder.calls(), []);
+    const target = services.getTargetCanvas();
+    t.deepEqual(recorder.calls('pl_gfx_GetTargetCanvas'), [], 'it is the same target');
+    t.equal(target.isInvalid(), false);
+    target.setColor('red');
+    t.deepEqual(recorder.calls('pl_gfx_Canvas_SetColor'), [], 'with what was set on it');
+  });
+});
+
+test('dropped stores are left to the porting layer', (t) => {
+  for (let count = 0; count < 20; count += 1) quiravent.dataServices.getPersistent('a').get('b');
+  recorder.clear();
+  return collect().then(() => t.deepEqual(recorder.calls(), []));
+});

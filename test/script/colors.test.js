@@ -1,0 +1,322 @@
+'use strict';
+
+const test = require('tape');
+const recorder = require('./support/recorder');
+const { newCanvas } = require('./support/graphics');
+const { runScript } = require('./support/process');
+
+const rgba = (r, g, b, a) => ({ r, g, b, a });
+const WHITE = rgba(255, 255, 255, 255);
+
+/** The colours that reached the porting layer, each call setting one after the other. */
+function colorsOf(canvas, arguments_) {
+  recorder.clear();
+  arguments_.forEach((argument) => canvas.setColor(argument));
+  return recorder.argsOf('pl_gfx_Canvas_SetColor').map((args) => args[1]);
+}
+
+/** What a colour becomes on a new canvas; null when nothing reached the porting layer. */
+function colorOf(argument) {
+  const { canvas, handle } = newCanvas();
+  recorder.clear();
+  if (canvas.setColor(argument) !== undefined) throw new Error('setColor gave a result');
+  const calls = recorder.sequence();
+  if (calls.length === 0) return null;
+  if (calls.length !== 1 || calls[0][1] !== handle) throw new Error(JSON.stringify(calls));
+  return calls[0][2];
+}
+
+// The named colours of CSS Color Module Level 4, but that two of the keys have trailing blanks.
+const NAMED = {
+  aliceblue: 0xf0f8ff,
+  antiquewhite: 0xfaebd7,
+  aqua: 0x00ffff,
+  aquamarine: 0x7fffd4,
+  azure: 0xf0ffff,
+  beige: 0xf5f5dc,
+  bisque: 0xffe4c4,
+  black: 0x000000,
+  blanchedalmond: 0xffebcd,
+  blue: 0x0000ff,
+  blueviolet: 0x8a2be2,
+  brown: 0xa52a2a,
+  burlywood: 0xdeb887,
+  cadetblue: 0x5f9ea0,
+  chartreuse: 0x7fff00,
+  chocolate: 0xd2691e,
+  coral: 0xff7f50,
+  cornflowerblue: 0x6495ed,
+  cornsilk: 0xfff8dc,
+  crimson: 0xdc143c,
+  cyan: 0x00ffff,
+  darkblue: 0x00008b,
+  darkcyan: 0x008b8b,
+  darkgoldenrod: 0xb8860b,
+  darkgray: 0xa9a9a9,
+  darkgreen: 0x006400,
+  darkgrey: 0xa9a9a9,
+  darkkhaki: 0xbdb76b,
+  darkmagenta: 0x8b008b,
+  darkolivegreen: 0x556b2f,
+  darkorange: 0xff8c00,
+  darkorchid: 0x9932cc,
+  darkred: 0x8b0000,
+  darksalmon: 0xe9967a,
+  darkseagreen: 0x8fbc8f,
+  darkslateblue: 0x483d8b,
+  darkslategray: 0x2f4f4f,
+  darkslategrey: 0x2f4f4f,
+  darkturquoise: 0x00ced1,
+  darkviolet: 0x9400d3,
+  deeppink: 0xff1493,
+  deepskyblue: 0x00bfff,
+  dimgray: 0x696969,
+  dimgrey: 0x696969,
+  dodgerblue: 0x1e90ff,
+  firebrick: 0xb22222,
+  floralwhite: 0xfffaf0,
+  forestgreen: 0x228b22,
+  fuchsia: 0xff00ff,
+  gainsboro: 0xdcdcdc,
+  ghostwhite: 0xf8f8ff,
+  gold: 0xffd700,
+  goldenrod: 0xdaa520,
+  gray: 0x808080,
+  green: 0x008000,
+  greenyellow: 0xadff2f,
+  grey: 0x808080,
+  honeydew: 0xf0fff0,
+  hotpink: 0xff69b4,
+  'indianred ': 0xcd5c5c,
+  'indigo  ': 0x4b0082,
+  ivory: 0xfffff0,
+  khaki: 0xf0e68c,
+  lavender: 0xe6e6fa,
+  lavenderblush: 0xfff0f5,
+  lawngreen: 0x7cfc00,
+  lemonchiffon: 0xfffacd,
+  lightblue: 0xadd8e6,
+  lightcoral: 0xf08080,
+  lightcyan: 0xe0ffff,
+  lightgoldenrodyellow: 0xfafad2,
+  lightgray: 0xd3d3d3,
+  lightgreen: 0x90ee90,
+  lightgrey: 0xd3d3d3,
+  lightpink: 0xffb6c1,
+  lightsalmon: 0xffa07a,
+  lightseagreen: 0x20b2aa,
+  lightskyblue: 0x87cefa,
+  lightslategray: 0x778899,
+  lightslategrey: 0x778899,
+  lightsteelblue: 0xb0c4de,
+  lightyellow: 0xffffe0,
+  lime: 0x00ff00,
+  limegreen: 0x32cd32,
+  linen: 0xfaf0e6,
+  magenta: 0xff00ff,
+  maroon: 0x800000,
+  mediumaquamarine: 0x66cdaa,
+  mediumblue: 0x0000cd,
+  mediumorchid: 0xba55d3,
+  mediumpurple: 0x9370db,
+  mediumseagreen: 0x3cb371,
+  mediumslateblue: 0x7b68ee,
+  mediumspringgreen: 0x00fa9a,
+  mediumturquoise: 0x48d1cc,
+  mediumvioletred: 0xc71585,
+  midnightblue: 0x191970,
+  mintcream: 0xf5fffa,
+  mistyrose: 0xffe4e1,
+  moccasin: 0xffe4b5,
+  navajowhite: 0xffdead,
+  navy: 0x000080,
+  oldlace: 0xfdf5e6,
+  olive: 0x808000,
+  olivedrab: 0x6b8e23,
+  orange: 0xffa500,
+  orangered: 0xff4500,
+  orchid: 0xda70d6,
+  palegoldenrod: 0xeee8aa,
+  palegreen: 0x98fb98,
+  paleturquoise: 0xafeeee,
+  palevioletred: 0xdb7093,
+  papayawhip: 0xffefd5,
+  peachpuff: 0xffdab9,
+  peru: 0xcd853f,
+  pink: 0xffc0cb,
+  plum: 0xdda0dd,
+  powderblue: 0xb0e0e6,
+  purple: 0x800080,
+  rebeccapurple: 0x663399,
+  red: 0xff0000,
+  rosybrown: 0xbc8f8f,
+  royalblue: 0x4169e1,
+  saddlebrown: 0x8b4513,
+  salmon: 0xfa8072,
+  sandybrown: 0xf4a460,
+  seagreen: 0x2e8b57,
+  seashell: 0xfff5ee,
+  sienna: 0xa0522d,
+  silver: 0xc0c0c0,
+  skyblue: 0x87ceeb,
+  slateblue: 0x6a5acd,
+  slategray: 0x708090,
+  slategrey: 0x708090,
+  snow: 0xfffafa,
+  springgreen: 0x00ff7f,
+  steelblue: 0x4682b4,
+  tan: 0xd2b48c,
+  teal: 0x008080,
+  thistle: 0xd8bfd8,
+  tomato: 0xff6347,
+  turquoise: 0x40e0d0,
+  violet: 0xee82ee,
+  wheat: 0xf5deb3,
+  white: 0xffffff,
+  whitesmoke: 0xf5f5f5,
+  yellow: 0xffff00,
+  yellowgreen: 0x9acd32
+};
+
+test('every colour has its name, in any case of letters', (t) => {
+  const names = Object.keys(NAMED);
+  t.equal(names.length, 148);
+  const wrong = names.filter((name) => {
+    const value = NAMED[name];
+    const expected = rgba(value >> 16, (value >> 8) & 255, value & 255, 255);
+    return [name, name.toUpperCase()].some((text) => {
+      return JSON.stringify(colorOf(text)) !== JSON.stringify(expected);
+    });
+  });
+  t.deepEqual(wrong, []);
+  t.end();
+});
+
+test('a text that names no colour is opaque white', (t) => {
+  const texts = [
+    'indigo',
+    'indianred',
+    'indigo ',
+    'indianred  ',
+    'red ',
+    ' red',
+    'transparent',
+    'none',
+    'vermillón',
+    'rgb(1,2,3)',
+    '#',
+    '#a',
+    '#ab',
+    '#abcd',
+    '#abcde',
+    '#zzzzz',
+    '#abcdefa',
+    '#abcdef012',
+    'abcdef'
+  ];
+  texts.forEach((text) => t.deepEqual(colorOf(text), WHITE, JSON.stringify(text)));
+  t.end();
+});
+
+// With the conversion of strtol: blanks and signs are taken, and the first other character ends it.
+const HEXADECIMAL = {
+  '#3af': rgba(0x33, 0xaa, 0xff, 255),
+  '#33aaff': rgba(0x33, 0xaa, 0xff, 255),
+  '#33AAFF': rgba(0x33, 0xaa, 0xff, 255),
+  '#33aaff80': rgba(0x33, 0xaa, 0xff, 0x80),
+  '#00000080': rgba(0, 0, 0, 128),
+  '#000': rgba(0, 0, 0, 255),
+  '#FFF': WHITE,
+  '#-1-1-1': WHITE,
+  '#-f+a 7': rgba(0xf1, 0x0a, 0x07, 255),
+  '#7g0x12': rgba(0x07, 0, 0x12, 255),
+  '#0X+f\t7-f': rgba(0, 0x0f, 0x07, 0xf1)
+};
+
+test('hexadecimal texts have one or two digits for each part', (t) => {
+  Object.keys(HEXADECIMAL).forEach((text) => {
+    t.deepEqual(colorOf(text), HEXADECIMAL[text], JSON.stringify(text));
+  });
+  t.end();
+});
+
+test('numbers are cut to their low eight bits', (t) => {
+  const rows = [
+    [rgba(1, 2, 3, 4), rgba(1, 2, 3, 4)],
+    [rgba(300, 256, 257, -1), rgba(44, 0, 1, 255)],
+    [{ r: 5 }, rgba(5, 0, 0, 0)],
+    [{}, rgba(0, 0, 0, 0)],
+    [[], rgba(0, 0, 0, 0)],
+    [rgba('16', 1.9, null, true), rgba(16, 1, 0, 1)],
+    [new String('red'), rgba(0, 0, 0, 0)]
+  ];
+  rows.forEach((row) => t.deepEqual(colorOf(row[0]), row[1], JSON.stringify(row[0])));
+  t.end();
+});
+
+test('what is neither text nor object does nothing', (t) => {
+  [undefined, null, 5, 0xff0000, true, Symbol('red')].forEach((argument) => {
+    t.equal(colorOf(argument), null);
+  });
+  const { canvas } = newCanvas();
+  t.equal(canvas.setColor(), undefined);
+  t.deepEqual(recorder.calls(), []);
+  t.end();
+});
+
+const RED = rgba(255, 0, 0, 255);
+const BLUE = rgba(0, 0, 255, 255);
+
+// [what is set, one after the other, and which colours reach the porting layer]
+const REPETITIONS = [
+  ['a repeated text', ['red', 'red'], [RED]],
+  ['another spelling of the present colour', ['red', 'RED', '#f00', '#ff0000', RED], [RED]],
+  ['repeated numbers', [RED, RED, 'red'], [RED]],
+  ['the start value, as numbers', [rgba(0xab, 0xba, 0x57, 0)], []],
+  ['the start value, as a text', ['#abba5700'], []],
+  ['the start value, later', [RED, rgba(0xab, 0xba, 0x57, 0)], [RED, rgba(0xab, 0xba, 0x57, 0)]],
+  ['the empty text on a new canvas', [''], []],
+  ['the empty text later', ['red', ''], [RED, WHITE]],
+  ['a text once more after numbers', ['red', BLUE, 'red'], [RED, BLUE]],
+  ['another spelling after numbers', ['red', BLUE, 'RED'], [RED, BLUE, RED]],
+  // 'RED' changed nothing, so that 'red' is still the text that is remembered.
+  ['the spelling that changed it is kept', ['red', 'RED', BLUE, 'red'], [RED, BLUE]],
+  ['a change of alpha alone', ['#ff0000', '#ff000080'], [RED, rgba(255, 0, 0, 128)]],
+  ['no text at all in between', ['red', BLUE, '', 'red'], [RED, BLUE, WHITE, RED]]
+];
+
+REPETITIONS.forEach((row) => {
+  test(`repetition: ${row[0]}`, (t) => {
+    const { canvas } = newCanvas();
+    t.deepEqual(colorsOf(canvas, row[1]), row[2]);
+    t.end();
+  });
+});
+
+test('a refused colour is tried again, in either form', (t) => {
+  ['red', RED].forEach((argument) => {
+    const { canvas } = newCanvas();
+    recorder.once('pl_gfx_Canvas_SetColor', { status: 7 });
+    t.deepEqual(colorsOf(canvas, [argument, argument, argument]), [RED, RED]);
+  });
+  const { canvas } = newCanvas();
+  canvas.setColor('blue');
+  recorder.once('pl_gfx_Canvas_SetColor', { status: 7 });
+  t.deepEqual(colorsOf(canvas, ['red', 'blue']), [RED], 'the one before still counts as set');
+  t.end();
+});
+
+['#zzzzzz', '#zzz', '#12zz56', '#123456zz', '#  0000', '#+-0000'].forEach((text) => {
+  test(`fatal: ${text} as colour`, (t) => {
+    const source = `
+      const canvas = quiravent.graphicServices.createCanvas(8, 8);
+      recorder.echo();
+      canvas.setColor(${JSON.stringify(text)});
+      say('survived');`;
+    return runScript(source).then((result) => {
+      t.equal(result.signal, 'SIGABRT');
+      t.equal(result.stdout, '', 'no call reached the porting layer');
+      t.ok(/invalid_argument[^]*stoi/.test(result.stderr), 'by an exception that nobody catches');
+    });
+  });
+});

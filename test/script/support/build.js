@@ -1,0 +1,13 @@
+'use strict';
+
+// Where the build lies: QUIRAVENT_BUILD, or the default preset's folder.
+
+const path = require('path');
+
+const projectFolder = path.resolve(__dirname, '..', '..', '..');
+const buildFolder = process.env.QUIRAVENT_BUILD
+  ? path.resolve(process.env.QUIRAVENT_BUILD)
+  : path.join(projectFolder, 'build', 'release');
+const modulePath = path.join(buildFolder, 'quiravent.node');
+
+module.exports = { projectFolder, buildFolder, modulePath };

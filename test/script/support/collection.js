@@ -1,0 +1,26 @@
+'use strict';
+
+/** Rounds of collection after which something that still lives is taken to live for good. */
+const ROUNDS = 20;
+
+/**
+ * Collects garbage, turning the loop in between, until condition() holds; resolves with whether it
+ * came to hold. Without a condition all rounds are made, to give everything a chance to go.
+ */
+function collect(condition) {
+  let round = 0;
+  return new Promise((resolve) => {
+    const turn = () => {
+      if (condition && condition()) return resolve(true);
+      if (round === ROUNDS) return resolve(false);
+      round += 1;
+      global.gc();
+      setImmediate(turn);
+      return undefined;
+    };
+    // Not in this turn: what the caller's frames still hold can't go yet.
+    setImmediate(turn);
+  });
+}
+
+module.exports = { collect };

@@ -1,0 +1,39 @@
+'use strict';
+
+// Runs a piece of script in a process of its own, for all that ends a process.
+
+const path = require('path');
+const { spawn } = require('child_process');
+
+/** A process that isn't over by then is ended; in ms. */
+const PATIENCE = 60000;
+
+const PRELUDE = `
+const recorder = require(${JSON.stringify(path.join(__dirname, 'recorder'))});
+const quiravent = require(${JSON.stringify(path.join(__dirname, 'module'))});
+const say = (text) => require('fs').writeSync(1, text);
+`;
+
+/**
+ * Runs source, in which `recorder`, `quiravent` and `say(text)` (which writes to standard output at
+ * once) are known. Resolves with { code, signal, stdout, stderr }; code is null when a signal ended
+ * the process, and the other way round.
+ */
+function runScript(source) {
+  return new Promise((resolve, reject) => {
+    const child = spawn(process.execPath, ['--expose-gc', '-e', PRELUDE + source], {
+      stdio: ['ignore', 'pipe', 'pipe']
+    });
+    const result = { code: null, signal: null, stdout: '', stderr: '' };
+    const timer = setTimeout(() => child.kill('SIGKILL'), PATIENCE);
+    child.stdout.setEncoding('utf8').on('data', (text) => (result.stdout += text));
+    child.stderr.setEncoding('utf8').on('data', (text) => (result.stderr += text));
+    child.on('error', reject);
+    child.on('close', (code, signal) => {
+      clearTimeout(timer);
+      resolve(Object.assign(result, { code, signal }));
+    });
+  });
+}
+
+module.exports = { runScript };

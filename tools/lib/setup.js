@@ -1,0 +1,122 @@
+'use strict';
+
+// What must be there before anything can be built: system packages, npm packages, the headers of
+// the script runtime. Each is looked at only when what asks for it has changed.
+
+const crypto = require('crypto');
+const fs = require('fs');
+const os = require('os');
+const path = require('path');
+const { Failure, mustRun, root, run } = require('./run');
+const { findNodeHeaders } = require('../node-headers');
+
+const packageList = path.join(root, 'tools', 'packages.txt');
+const stampFolder = path.join(root, 'build', 'setup');
+
+function readPackages(group) {
+  return fs
+    .readFileSync(packageList, 'utf8')
+    .split('\n')
+    .map((line) => line.trim().split(/\s+/))
+    .filter((words) => words[0] === group)
+    .map((words) => words[1]);
+}
+
+function isInstalled(name) {
+  const answer = run('dpkg-query', ['-W', '-f', '${db:Status-Status}', name], { capture: true });
+  return answer.status === 0 && answer.stdout === 'installed';
+}
+
+/** The words in front of apt-get with which this user may install, or null. */
+function installer() {
+  if (process.getuid() === 0) return [];
+  return run('sudo', ['-n', 'true'], { capture: true }).status === 0 ? ['sudo', '-n'] : null;
+}
+
+function installWith(prefix, packages) {
+  const apt = prefix.concat(['env', 'DEBIAN_FRONTEND=noninteractive', 'apt-get', '-q', '-y']);
+  const call = (words) => run(apt[0], apt.slice(1).concat(words), { capture: true });
+  call(['update']);
+  const result = call(['install', '--no-install-recommends'].concat(packages));
+  if (result.status !== 0) process.stderr.write(result.stdout + result.stderr);
+  return result.status === 0;
+}
+
+function installPackages(packages) {
+  const missing = packages.filter((name) => !isInstalled(name));
+  if (missing.length === 0) return;
+  const command = `sudo apt-get install ${missing.join(' ')}`;
+  const prefix = installer();
+  if (!prefix) {
+    throw new Failure(`these Debian packages are missing. Install them with:\n\n  ${command}\n`);
+  }
+  console.log(`Installing Debian packages: ${missing.join(' ')}`);
+  if (!installWith(prefix, missing)) {
+    throw new Failure(
+      `apt-get could not install what is missing. To try by hand:\n\n  ${command}\n`
+    );
+  }
+}
+
+function installModules() {
+  console.log('Installing npm packages');
+  mustRun('npm', ['ci', '--ignore-scripts', '--no-audit', '--no-fund', '--loglevel=error'], {
+    capture: true
+  });
+}
+
+/** Takes the headers out of the npm package that holds this very runtime. */
+function unpackHeaders() {
+  const version = process.versions.node;
+  const spec = `node-linux-${process.arch}@${version}`;
+  const target = path.join(root, '.cache', `node-headers-${version}`);
+  const work = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-headers-'));
+  console.log(`Fetching the headers of runtime ${version}`);
+  try {
+    mustRun('npm', ['pack', spec, '--silent', '--pack-destination', work], { capture: true });
+    const archive = path.join(work, fs.readdirSync(work)[0]);
+    mustRun('tar', ['-xzf', archive, '-C', work, 'package/include/node'], { capture: true });
+    fs.mkdirSync(path.dirname(target), { recursive: true });
+    mustRun('cp', ['-r', path.join(work, 'package', 'include', 'node'), target]);
+  } finally {
+    mustRun('rm', ['-rf', work]);
+  }
+}
+
+function installHeaders() {
+  if (findNodeHeaders()) return;
+  const prefix = installer();
+  if (prefix) installWith(prefix, ['libnode-dev']);
+  if (!findNodeHeaders()) unpackHeaders();
+  if (!findNodeHeaders()) {
+    throw new Failure(
+      `no headers of runtime ${process.versions.node} were found. Install libnode-dev, or a ` +
+        'Node.js that comes with its include folder.'
+    );
+  }
+}
+
+function once(name, inputs, action) {
+  const hash = crypto.createHash('sha256');
+  inputs.forEach((input) => hash.update(input));
+  const digest = hash.digest('hex');
+  const stamp = path.join(stampFolder, name);
+  if (fs.existsSync(stamp) && fs.readFileSync(stamp, 'utf8') === digest) return;
+  action();
+  fs.mkdirSync(stampFolder, { recursive: true });
+  fs.writeFileSync(stamp, digest);
+}
+
+/** Sets up what the groups of tools/packages.txt and the build ask for. */
+function setup(groups) {
+  groups.forEach((group) => {
+    const packages = readPackages(group);
+    once(`packages-${group}`, packages, () => installPackages(packages));
+  });
+  const lock = fs.readFileSync(path.join(root, 'package-lock.json'));
+  const modules = path.join(root, 'node_modules', '.package-lock.json');
+  once('modules', [lock, String(fs.existsSync(modules))], installModules);
+  once('headers', [process.version, process.execPath], installHeaders);
+}
+
+module.exports = { setup };
