@@ -36,7 +36,8 @@ function drawValues(font) {
   screen.setFont(font);
   screen.setTextAlign('left', 'top');
   screen.setColor('white');
-  screen.drawText(name ? `Welcome back, ${name}` : 'Welcome', 150, 120);
+  const welcome = starts === 1 ? 'Welcome' : 'Welcome back';
+  screen.drawText(name ? `${welcome}, ${name}` : welcome, 150, 120);
 
   // getAll lists everything that is stored, in the order of the keys.
   const values = store ? store.getAll() : {};
