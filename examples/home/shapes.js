@@ -36,12 +36,24 @@ function fillRounded(canvas, color, x, y, width, height, radius) {
   canvas.setColor(color);
   canvas.fillRect(left, y, width - 2 * radius, height);
   canvas.fillRect(x, top, width, height - 2 * radius);
+  // A quarter for each corner, not a circle: where circles meet, in a pill or a dot, their soft
+  // edges would be drawn on top of each other and lose their softness.
   [
-    [left, top],
-    [right, top],
     [right, bottom],
-    [left, bottom]
-  ].forEach((centre) => canvas.drawEllipse('fill', centre[0], centre[1], radius, radius, 0, 360));
+    [left, bottom],
+    [left, top],
+    [right, top]
+  ].forEach((centre, quarter) =>
+    canvas.drawEllipse(
+      'fill',
+      centre[0],
+      centre[1],
+      radius,
+      radius,
+      90 * quarter,
+      90 * quarter + 90
+    )
+  );
 }
 
 function rounded(color, width, height, radius) {
