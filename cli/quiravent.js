@@ -7,7 +7,7 @@ const { Failure, UsageError } = require('./lib/failures');
 const { overview, verbHelp } = require('./lib/help');
 const { parse } = require('./lib/options');
 
-const verbs = ['run', 'press', 'screenshot', 'state', 'message', 'keys'].map((name) =>
+const verbs = ['run', 'press', 'screenshot', 'state', 'message', 'keys', 'doctor'].map((name) =>
   require(`./commands/${name}`)
 );
 
