@@ -66,6 +66,9 @@ Event toEvent(const Value& value) {
             event.args.push_back(static_cast<int64_t>(arg.number()));
         }
     }
+    if (const Value* times = value.find("times")) {
+        event.times = static_cast<uint32_t>(times->number());
+    }
     return event;
 }
 

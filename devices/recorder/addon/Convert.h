@@ -22,7 +22,7 @@ Value fromScript(v8::Local<v8::Value> value);
 /// (a list of events).
 Behaviour toBehaviour(const Value& value);
 
-/// From a list of objects with "callback" and "args".
+/// From a list of objects with "callback", "args" and, optionally, "times".
 std::vector<Event> toEvents(const Value& value);
 
 }  // namespace quiravent::recorder

@@ -27,7 +27,12 @@ const PATIENCE = 10000;
 const waiters = new Set();
 let lastGate = 0;
 
-native.onChange(() => waiters.forEach((waiter) => waiter()));
+/** Asks all conditions anew that are waited for: to be called when a test's listener has heard. */
+function recheck() {
+  waiters.forEach((waiter) => waiter());
+}
+
+native.onChange(recheck);
 process.on('exit', () => native.stop());
 
 function checkFunction(fn) {
@@ -147,6 +152,16 @@ function event(callback) {
   return { callback, args: Array.prototype.slice.call(arguments, 1) };
 }
 
+/** The same event `times` times over, its last argument rising by 1 from one to the next. */
+function rising(event, times) {
+  return Object.assign({ times }, event);
+}
+
+/** How many bytes wait in the pipe that a descriptor belongs to. */
+function unread(descriptor) {
+  return native.unread(descriptor);
+}
+
 /**
  * Delivers events one after the other on a device thread: the one of that name, which is kept for
  * later, or with no name a fresh one. Resolves with the number of events that found a callback
@@ -170,9 +185,12 @@ module.exports = {
   once,
   always,
   reset,
+  recheck,
   waitUntil,
   waitForCalls,
   hold,
   event,
-  fire
+  rising,
+  fire,
+  unread
 };
