@@ -9,9 +9,10 @@
  * callback; a lent array's count and the playback speed are given as they came in. `thread` is
  * 'script', 'pool', 'device' or another thread's name.
  *
- * A behaviour says how a call is answered: { status, outputs, patience, inside }, all optional.
- * `outputs` are values by name, written whatever the status (null: the output is left alone);
- * `inside` is a list of events that are delivered before the call returns.
+ * A behaviour says how a call is answered: { status, outputs, patience, opens, inside }, all
+ * optional. `outputs` are values by name, written whatever the status (null: the output is left
+ * alone); `opens` names a gate, see hold(); `inside` is a list of events that are delivered before
+ * the call returns.
  */
 
 const path = require('path');
@@ -131,12 +132,14 @@ function waitForCalls(fn, count) {
 
 /**
  * Makes the next call of a function wait until the gate that this returns is opened, or `patience`
- * ms (10000) are over. Returns { open(), blocked() }; blocked() resolves once the call waits.
+ * ms (10000) are over. Returns { gate, open(), blocked() }; blocked() resolves once the call waits.
+ * Calls of the script thread can only be let go by another call, which opens the gate by name.
  */
 function hold(fn, behaviour) {
   const gate = `gate ${(lastGate += 1)}`;
   once(fn, Object.assign({}, behaviour, { gate }));
   return {
+    gate,
     open: () => native.openGate(gate),
     blocked: () => waitUntil(() => native.waitingAt(gate) > 0, `${fn} to wait`)
   };
