@@ -86,6 +86,36 @@ test('the target outlives its script objects', (t) => {
   });
 });
 
+test('a dropped live player is released once, unless a script has done so', (t) => {
+  const handles = [101, 102, 103, 104];
+  handles.forEach((handle) => {
+    recorder.once('pl_dtv_Action_getPlayer', { outputs: { handle } });
+    const player = quiravent.tunerServices.getPlayer(1, 2, 3);
+    if (handle > 102) player.release();
+  });
+  const releases = () => recorder.argsOf('pl_dtv_Action_releasePlayer').map((args) => args[0]);
+  t.deepEqual(releases(), [103, 104]);
+  recorder.clear();
+  return collect(() => releases().length >= 2)
+    .then(() => collect())
+    .then(() => t.deepEqual(releases().sort(), [101, 102]));
+});
+
+/** Resolves once a player of each kind has been made and dropped. */
+function dropPlayers() {
+  const make = (name) => {
+    return new Promise((resolve) => quiravent.mediaServices[name]('url', {}, () => resolve()));
+  };
+  return Promise.all([make('getPlayer'), make('getAdPlayer')]);
+}
+
+test('dropped players are left to the porting layer', (t) => {
+  return dropPlayers().then(() => {
+    recorder.clear();
+    return collect().then(() => t.deepEqual(recorder.calls(), []));
+  });
+});
+
 test('dropped stores are left to the porting layer', (t) => {
   for (let count = 0; count < 20; count += 1) quiravent.dataServices.getPersistent('a').get('b');
   recorder.clear();

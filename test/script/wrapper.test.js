@@ -8,9 +8,10 @@ const { collect } = require('./support/collection');
 const { runScript } = require('./support/process');
 
 const services = quiravent.graphicServices;
-const CLASSES = ['font', 'canvas', 'persistent'];
+const CLASSES = ['font', 'canvas', 'mediaPlayer', 'adPlayer', 'persistent', 'dtvplayer'];
 
 test('a constructor called by a script gives an object without a native side', (t) => {
+  recorder.clear();
   CLASSES.forEach((name) => {
     const Class = quiravent[name];
     [new Class(), Class(), Class(1, 2), new Class(undefined)].forEach((object) => {
@@ -54,6 +55,17 @@ test('a method refuses a foreign receiver before anything runs', (t) => {
   t.end();
 });
 
+test('so does every method of every class', (t) => {
+  CLASSES.concat('InputWorker', 'TunerWorker').forEach((name) => {
+    const prototype = quiravent[name].prototype;
+    Object.keys(prototype).forEach((method) => {
+      t.throws(() => prototype[method].call({}), TypeError, `${name}.${method}`);
+    });
+  });
+  t.deepEqual(recorder.calls(), []);
+  t.end();
+});
+
 test('each hand-out of the target is another object over the same canvas', (t) => {
   const first = services.getTargetCanvas();
   let second = services.getTargetCanvas();
@@ -85,6 +97,9 @@ const HARD_ENDS = [
   ['a store method without a native side', 'new quiravent.persistent().get("a")', 'SIGSEGV'],
   ['the same, whatever the key', 'quiravent.persistent().set(1, "x")', 'SIGSEGV'],
   ['the same, without a key', 'quiravent.persistent().getAll()', 'SIGSEGV'],
+  ['a player method without a native side', 'quiravent.mediaPlayer().fetch()', 'SIGSEGV'],
+  ['the same, of an ad player', 'new quiravent.adPlayer().getTime()', 'SIGSEGV'],
+  ['the same, of a live player', 'new quiravent.dtvplayer().release()', 'SIGSEGV'],
   ['a font without a native side', 'canvas.setFont(quiravent.font())', 'SIGSEGV'],
   ['a source without a native side', 'canvas.compose(quiravent.canvas(), 0, 0)', 'SIGSEGV'],
   ['a plain object as font', 'canvas.setFont({})', 'SIGABRT'],

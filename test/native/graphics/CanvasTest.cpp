@@ -111,6 +111,23 @@ TEST(Canvas, DrawsWithinTheClipAndReportsItAsSet) {
     }
 }
 
+TEST(Canvas, PremultipliesTheColourToTheNearestLevel) {
+    const auto surface = newSurface(1, 1);
+    Canvas canvas(surface);
+    canvas.setPorterDuff(kSource);
+    for (int alpha = 0; alpha < 256; ++alpha) {
+        for (int level = 0; level < 256; ++level) {
+            const auto red = static_cast<uint8_t>(level);
+            canvas.setColor({red, 255, 0, static_cast<uint8_t>(alpha)});
+            canvas.fillRect({0, 0, 1, 1});
+            const uint32_t pixel = surface->row(0)[0];
+            ASSERT_EQ(channel(pixel, 3), alpha);
+            ASSERT_EQ(channel(pixel, 2), std::lround(level * alpha / 255.0));
+            ASSERT_EQ(channel(pixel, 1), alpha);
+        }
+    }
+}
+
 TEST(Canvas, HoldsOpacityToItsRange) {
     const auto pixelAt = [](double opacity) {
         const auto surface = newSurface(1, 1);

@@ -35,12 +35,14 @@ double reference(const Surface& source, const Box& part, int64_t width, int64_t 
     const double wideY = std::max(1.0, stepY);
     const double centerX = (static_cast<double>(x) + 0.5) * stepX - 0.5;
     const double centerY = (static_cast<double>(y) + 0.5) * stepY - 0.5;
+    const auto lastRow = static_cast<int64_t>(centerY + wideY + 1);
+    const auto lastColumn = static_cast<int64_t>(centerX + wideX + 1);
     double sum = 0;
     double total = 0;
-    for (auto v = static_cast<int64_t>(centerY - wideY - 1); v <= centerY + wideY + 1; ++v) {
+    for (auto v = static_cast<int64_t>(centerY - wideY - 1); v <= lastRow; ++v) {
         const double down = triangle((static_cast<double>(v) - centerY) / wideY);
         const int64_t row = part.top + std::clamp<int64_t>(v, 0, part.height() - 1);
-        for (auto u = static_cast<int64_t>(centerX - wideX - 1); u <= centerX + wideX + 1; ++u) {
+        for (auto u = static_cast<int64_t>(centerX - wideX - 1); u <= lastColumn; ++u) {
             const double weight = down * triangle((static_cast<double>(u) - centerX) / wideX);
             const int64_t column = part.left + std::clamp<int64_t>(u, 0, part.width() - 1);
             sum += weight * channel(source.row(static_cast<uint32_t>(row))[column], index);
@@ -112,11 +114,11 @@ TEST(Scaler, HalvesByTheRoundedMeanOfFour) {
     for (uint32_t y = 0; y < 16; ++y) {
         const uint32_t* upper = source->row(1 + 2 * y) + 2;
         const uint32_t* lower = source->row(2 + 2 * y) + 2;
-        for (uint32_t x = 0; x < 31; ++x) {
+        for (size_t x = 0; x < 31; ++x) {
             for (int k = 0; k < 4; ++k) {
                 const int sum = channel(upper[2 * x], k) + channel(upper[2 * x + 1], k) +
                                 channel(lower[2 * x], k) + channel(lower[2 * x + 1], k);
-                ASSERT_EQ(channel(out[y * 31 + x], k), (sum + 2) / 4);
+                ASSERT_EQ(channel(out[size_t{y} * 31 + x], k), (sum + 2) / 4);
             }
         }
     }

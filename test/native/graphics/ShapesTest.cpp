@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "TestPixels.h"
+#include "graphics/Canvas.h"
 
 namespace quiravent::desktop::test {
 namespace {
@@ -37,7 +38,8 @@ std::vector<int> supersampled(const std::function<bool(double x, double y)>& ins
             int hits = 0;
             for (int i = 0; i < kPoints * kPoints; ++i) {
                 const double dx = (i % kPoints + 0.5) / kPoints;
-                const double dy = (i / kPoints + 0.5) / kPoints;
+                const int row = i / kPoints;
+                const double dy = (row + 0.5) / kPoints;
                 if (inside(x + dx, y + dy)) ++hits;
             }
             coverage.push_back(hits * 255 / (kPoints * kPoints));
@@ -191,7 +193,7 @@ TEST(Shapes, AreTheSameWhateverTheClipCutsOff) {
     });
     for (int y = 0; y < kSide; ++y) {
         for (int x = 0; x < kSide; ++x) {
-            const auto i = static_cast<size_t>(y * kSide + x);
+            const size_t i = static_cast<size_t>(y) * kSide + static_cast<size_t>(x);
             const bool inside = x >= 30 && x < 70 && y >= 20 && y < 70;
             ASSERT_NEAR(cut[i], inside ? whole[i] : 0, inside ? 2 : 0) << x << "," << y;
         }

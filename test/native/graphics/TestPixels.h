@@ -1,12 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <memory>
 #include <random>
 #include <vector>
 
-#include "graphics/Canvas.h"
 #include "graphics/Surface.h"
 
 namespace quiravent::desktop::test {

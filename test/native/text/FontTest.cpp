@@ -51,6 +51,28 @@ TEST(FontTest, KernsAndFormsLigatures) {
     EXPECT_EQ(laidOut(*font, "fi"), laidOut(*font, "\uFB01"));
 }
 
+TEST(FontTest, DrawsEveryCharacter) {
+    const auto font = testFont(24);
+    EXPECT_EQ(countOf(font->layout("One two  three ", {0, 0})), 11U);
+    EXPECT_EQ(font->advance("n n n"), 3 * font->advance("n") + 2 * font->advance(" "));
+}
+
+TEST(FontTest, SetsMarksAboveTheirLetters) {
+    const auto font = testFont(48);
+    const auto small = font->layout("x\u0302", {0, 0});  // has no precomposed character
+    const auto capital = font->layout("X\u0302", {0, 0});
+    ASSERT_EQ(small.masks().size(), 2U);
+    ASSERT_EQ(capital.masks().size(), 2U);
+    for (const auto* run : {&small, &capital}) {
+        const desktop::CoverageMask& letter = run->masks()[0];
+        const desktop::CoverageMask& mark = run->masks()[1];
+        EXPECT_LE(mark.y + static_cast<int>(mark.height),
+                  letter.y + 1);  // soft edges may share a row
+        EXPECT_GT(mark.x, letter.x);
+        EXPECT_LT(mark.x + mark.width, letter.x + letter.width);
+    }
+}
+
 TEST(FontTest, LaysOutEqualTextsEqually) {
     const auto font = testFont(24);
     const struct {

@@ -14,18 +14,18 @@ TEST(TextPlacementTest, AlignsTheBoxOfAdvanceAscentAndDescent) {
     constexpr int64_t kAdvance = 10 * kPixel + 33;
     const struct {
         TextAlignment alignment;
-        int64_t x;
-        int32_t baseline;
+        TextOrigin origin;
     } kCases[] = {
-        {{0, 0}, 100 * kPixel, 50},           {{1, 0}, 100 * kPixel - 336, 50},
-        {{2, 0}, 100 * kPixel - 673, 50},     {{0, 1}, 100 * kPixel, 50 + 19},
-        {{0, 2}, 100 * kPixel, 50 - 12 + 19}, {{0, 3}, 100 * kPixel, 50 - 6},
-        {{3, 4}, 100 * kPixel, 50},           {{0xFFFFFFFF, 0xFFFFFFFF}, 100 * kPixel, 50},
+        {{0, 0}, {100 * kPixel, 50}},           {{1, 0}, {100 * kPixel - 336, 50}},
+        {{2, 0}, {100 * kPixel - 673, 50}},     {{0, 1}, {100 * kPixel, 50 + 19}},
+        {{0, 2}, {100 * kPixel, 50 - 12 + 19}}, {{0, 3}, {100 * kPixel, 50 - 6}},
+        {{3, 4}, {100 * kPixel, 50}},           {{0xFFFFFFFF, 0xFFFFFFFF}, {100 * kPixel, 50}},
     };
     for (const auto& expected : kCases) {
         const TextOrigin origin = alignedOrigin(kMetrics, kAdvance, 100, 50, expected.alignment);
-        EXPECT_EQ(origin.x, expected.x) << "horizontal " << expected.alignment.horizontal;
-        EXPECT_EQ(origin.baseline, expected.baseline) << "vertical " << expected.alignment.vertical;
+        EXPECT_EQ(origin.x, expected.origin.x) << "horizontal " << expected.alignment.horizontal;
+        EXPECT_EQ(origin.baseline, expected.origin.baseline)
+            << "vertical " << expected.alignment.vertical;
     }
 }
 

@@ -4,6 +4,7 @@
 
 const path = require('path');
 const { spawn } = require('child_process');
+const { runtime } = require('./build');
 
 /** A process that isn't over by then is ended; in ms. */
 const PATIENCE = 60000;
@@ -21,7 +22,7 @@ const say = (text) => require('fs').writeSync(1, text);
  */
 function runScript(source) {
   return new Promise((resolve, reject) => {
-    const child = spawn(process.execPath, ['--expose-gc', '-e', PRELUDE + source], {
+    const child = spawn(runtime, ['--expose-gc', '-e', PRELUDE + source], {
       stdio: ['ignore', 'pipe', 'pipe']
     });
     const result = { code: null, signal: null, stdout: '', stderr: '' };

@@ -53,8 +53,8 @@ DecodedImage decodeJpeg(const EncodedImage& image, SurfacePool& pool) {
     const bool hasInks = colourSpace == TJCS_CMYK || colourSpace == TJCS_YCCK;
     auto* pixels = reinterpret_cast<unsigned char*>((*surface)->row(0));
     const int pitch = static_cast<int>((*surface)->stride() * sizeof(uint32_t));
-    // The decoder fills up what is missing with grey and only warns of it. A hostile file may hold
-    // thousands of progressive scans, each of which costs as much as a picture.
+    // What is missing or broken would be filled up with grey, and reported only at the end. A
+    // hostile file may hold thousands of progressive scans, each as costly as a whole picture.
     const int flags = TJFLAG_STOPONWARNING | TJFLAG_LIMITSCANS;
     if (tjDecompress2(handle.get(), image.data, image.size, pixels, width, pitch, height,
                       hasInks ? TJPF_CMYK : TJPF_BGRA, flags) != 0)
