@@ -13,6 +13,7 @@ namespace {
 constexpr int64_t kLocalAhead = 5 * kSecond;
 /// Nothing that was read is as good as played when it is so close to its end.
 constexpr int64_t kNearlyNothing = 100 * kMillisecond;
+constexpr int64_t kStarvingInterval = 10 * kMillisecond;
 /// A medium that ends so much before its stated end is truncated.
 constexpr int64_t kTruncation = kSecond;
 
@@ -132,6 +133,10 @@ int64_t PlayerSession::step() {
     if (m_watchdog.isOverdue(waiting, status.received + m_playback->decodedFrames(), now))
         fail(status.error == MediaError::none ? MediaError::timeout : status.error);
     if (waiting) next = std::min(next, m_watchdog.deadline());
+    // That nothing comes any more is told by nobody.
+    if (m_playback->isStarving() && m_playback->clock().isRunning())
+        next = std::min(next, std::max(m_playback->clock().timeOf(status.end - kNearlyNothing),
+                                       now + kStarvingInterval));
     return m_events.empty() ? next : std::min(next, clock::now());
 }
 

@@ -28,7 +28,7 @@ int whitePixels(const desktop::Surface& surface) {
     int count = 0;
     for (uint32_t y = surface.height() * 3 / 4; y < surface.height(); ++y)
         for (uint32_t x = 0; x < surface.width(); ++x)
-            if (brightness(surface.row(y)[x]) > 230) ++count;
+            if (brightness(surface.row(y)[x]) > 170) ++count;
     return count;
 }
 

@@ -62,6 +62,18 @@ int TestPlayer::waitFor(e_pl_media_event event, size_t times, int seconds) {
     return value;
 }
 
+bool TestPlayer::waitUntil(const std::function<bool()>& isSo) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    size_t known = 0;
+    while (!isSo()) {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        if (!m_told.wait_until(lock, deadline, [&] { return m_events.size() > known; }))
+            return false;
+        known = m_events.size();
+    }
+    return true;
+}
+
 bool TestPlayer::play() {
     return m_player.start() == e_pl_status_ok && waitFor(e_pl_media_event_playback_ready) == 0 &&
            m_output->waitForCount(1);

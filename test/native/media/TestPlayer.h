@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -48,6 +49,10 @@ class TestPlayer {
     /// Waits for the event to have been told so often; its last value, or -1 when it hasn't within
     /// the limit.
     int waitFor(e_pl_media_event event, size_t times = 1, int seconds = 15);
+
+    /// Waits until something that follows from the events is so; false when it isn't in ten
+    /// seconds.
+    bool waitUntil(const std::function<bool()>& isSo);
 
     /// Begins to play and waits for the first picture.
     bool play();
