@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "media/MediaErrors.h"
+#include "support/Result.h"
 
 namespace quiravent::desktop {
 
@@ -24,6 +26,10 @@ struct Fault {
     uint64_t bytesPerSecond = 0;
     bool enabled = true;
 };
+
+/// Reads a list as "slow 2-10 50000; stalled 12-20 off; dropped 30-31": for each fault its kind,
+/// its seconds, for "slow" the bytes per second, and "off" for one that has to be switched on.
+Result<std::vector<Fault>> parseFaults(const std::string& text);
 
 /// The faults that are configured. Each can be switched on and off while players read.
 /// Thread-safe.

@@ -114,6 +114,7 @@ class PacketCache : public PacketSource {
     void forgetOverlapped();
     bool takeLocked(TrackKind kind, uint32_t serial, Read& read);
     bool takeGroupPacket(Slot& slot, Read& read);
+    void takeCachedGroups();
     bool takeCachedGroup();
     void pushGroup(std::vector<PacketRef> group);
     bool nextTask(Task& task);

@@ -13,12 +13,16 @@ constexpr size_t kGroupsAhead = 2;
 }  // namespace
 
 bool PacketCache::nextGroupTask(Task& task) {
-    while (!m_groupsDone && m_groupCount < kGroupsAhead && takeCachedGroup()) {
-    }
+    takeCachedGroups();
     if (m_groupsDone || m_groupCount >= kGroupsAhead) return false;
     task.kind = Task::Kind::group;
     task.time = m_groupBefore;
     return true;
+}
+
+void PacketCache::takeCachedGroups() {
+    while (!m_groupsDone && m_groupCount < kGroupsAhead && takeCachedGroup()) {
+    }
 }
 
 bool PacketCache::takeCachedGroup() {
@@ -66,6 +70,7 @@ void PacketCache::appendGroup(std::vector<PacketRef> group, uint32_t generation)
 }
 
 bool PacketCache::takeGroupPacket(Slot& slot, Read& read) {
+    takeCachedGroups();
     if (m_groups.empty()) {
         if (!m_groupsDone) return false;
         slot.endTold = true;

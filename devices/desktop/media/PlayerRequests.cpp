@@ -79,9 +79,13 @@ e_pl_status PlayerSession::stop() {
 }
 
 void PlayerSession::requestSeek(int64_t position) {
-    m_seeking = true;
+    ++m_pendingSeeks;
     m_position = position;
     post([this, position] {
+        {
+            const Lock begun(m_mutex);
+            --m_pendingSeeks;
+        }
         beginAt(position);
         applyRunning();
     });
@@ -178,7 +182,8 @@ e_pl_status PlayerSession::suspend() {
 Player::Times PlayerSession::times() const {
     const Lock lock(m_mutex);
     if (m_info.tracks.empty()) return {0, 0, 0};
-    const int64_t position = m_seeking ? m_position : m_playback->clock().positionAt(clock::now());
+    const int64_t position =
+        m_pendingSeeks > 0 ? m_position : m_playback->clock().positionAt(clock::now());
     if (m_info.duration > 0)
         return {0, std::clamp<int64_t>(position, 0, m_info.duration), m_info.duration};
     const std::vector<TimeRange> ranges = m_cache.ranges();

@@ -173,9 +173,7 @@ void PlayerSession::beginAt(int64_t position) {
     PacketCache::Start start{};
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_seeking = false;
         if (m_duration > 0) position = std::min(position, m_duration);
-        m_position = position;
         start = {++m_serial, position, modeOf(m_speed), m_speed, m_selected};
         const bool hasVideo = start.tracks[indexOf(TrackKind::video)] != nullptr;
         // What has sound only can't be played by key pictures.
@@ -272,7 +270,7 @@ void PlayerSession::complete() {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         // What was asked for meanwhile goes before.
-        if (m_state != State::playing || m_seeking) return;
+        if (m_state != State::playing || m_pendingSeeks > 0) return;
         m_state = State::completed;
     }
     m_playback->setRunning(false);

@@ -96,7 +96,6 @@ class PlayerSession {
     void fail(MediaError error);
     MediaError endError(const PacketCache::Status& status) const;
     State state() const;
-    bool isLive() const { return m_info.duration <= 0; }
 
     const std::string m_location;
     MediaEngine& m_engine;
@@ -108,7 +107,7 @@ class PlayerSession {
     mutable std::mutex m_mutex;  ///< guards what follows, up to the blank line
     State m_state = State::idle;
     bool m_closed = false;
-    bool m_seeking = false;  ///< a seek was asked for and not begun yet
+    int m_pendingSeeks = 0;  ///< asked for and not begun yet
     int64_t m_position = 0;  ///< where it goes to, or where playing will begin
     double m_speed = 1;
     MediaInfo m_info;  ///< written by the session's thread only, once

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "support/Clock.h"
 #include "support/NamedThread.h"
 
 namespace quiravent::desktop {
@@ -23,9 +24,10 @@ void Reaper::take(std::shared_ptr<void> object) {
     m_changed.notify_all();
 }
 
-void Reaper::waitUntilIdle() {
+bool Reaper::waitUntilIdle(int64_t atMost) {
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_objects.empty() && !m_busy; });
+    return m_changed.wait_until(lock, clock::timePoint(clock::now() + atMost),
+                                [this] { return m_objects.empty() && !m_busy; });
 }
 
 void Reaper::run() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -21,8 +22,9 @@ class Reaper {
     /// Takes the object over; nobody else may hold it.
     void take(std::shared_ptr<void> object);
 
-    /// Waits until all that was taken so far is destroyed.
-    void waitUntilIdle();
+    /// Waits until all that was taken is destroyed, or for so many microseconds. False when some
+    /// of it is left.
+    bool waitUntilIdle(int64_t atMost = 60000000);
 
   private:
     void run();

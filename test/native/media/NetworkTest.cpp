@@ -57,9 +57,11 @@ TEST(Network, FillsTheRangesAsItReads) {
     ASSERT_EQ(player->start(), e_pl_status_ok);
     ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
     const auto ranges = player->bufferedRanges();
-    ASSERT_EQ(ranges.size(), 1U);
-    EXPECT_EQ(ranges[0].begin, 0);
-    EXPECT_NEAR(static_cast<double>(ranges[0].end), 6000000, 50000);
+    ASSERT_FALSE(ranges.empty());
+    EXPECT_EQ(ranges.front().begin, 0);
+    EXPECT_NEAR(static_cast<double>(ranges.back().end), 6000000, 50000);
+    for (size_t index = 1; index < ranges.size(); ++index)
+        EXPECT_GT(ranges[index].begin, ranges[index - 1].end);
 }
 
 TEST(Network, StallsAndRecovers) {
