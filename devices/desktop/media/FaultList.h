@@ -20,9 +20,9 @@ struct Fault {
         dropped,      ///< the connection breaks
         unavailable,  ///< the server answers 503
     };
-    Kind kind;
-    double fromSecond;  ///< since the player began to read
-    double toSecond;    ///< excluded
+    Kind kind = Kind::stalled;
+    double fromSecond = 0;  ///< since the player began to read
+    double toSecond = 0;    ///< excluded
     uint64_t bytesPerSecond = 0;
     bool enabled = true;
 };

@@ -65,10 +65,10 @@ class PacketCache : public PacketSource {
     /// Begins new segments for all kinds; tracks[kind] may be null. The source is asked for what
     /// isn't there.
     struct Start {
-        uint32_t serial;
-        int64_t target;
-        PlayMode mode;
-        double speed;
+        uint32_t serial = 0;
+        int64_t target = 0;
+        PlayMode mode = PlayMode::all;
+        double speed = 1;
         std::array<TrackRef, kTrackKinds> tracks;
     };
     void start(const Start& start);
