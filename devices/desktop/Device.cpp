@@ -29,6 +29,7 @@ Device::Device(const Configuration& configuration)
     : m_screen(createDisplayDriver(configuration.screen.driver),
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
+      m_players(configuration, m_screen),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
 }
 
@@ -57,6 +58,7 @@ Device* Device::start() noexcept {
 void Device::finish() noexcept {
     try {
         m_screen.finish();
+        m_players.finish();
         m_persistence.close();
     } catch (const std::exception& error) {
         log::error("the device's end: ", error.what());

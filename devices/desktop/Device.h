@@ -4,6 +4,7 @@
 #include "display/Screen.h"
 #include "drawing/DrawingService.h"
 #include "persistence/Persistence.h"
+#include "playing/PlayerService.h"
 
 namespace quiravent::desktop {
 
@@ -18,6 +19,7 @@ class Device {
     explicit Device(const Configuration& configuration);
 
     DrawingService& drawing() { return m_drawing; }
+    PlayerService& players() { return m_players; }
     Persistence& persistence() { return m_persistence; }
 
   private:
@@ -26,6 +28,7 @@ class Device {
 
     Screen m_screen;
     DrawingService m_drawing;
+    PlayerService m_players;
     Persistence m_persistence;
 };
 
