@@ -228,7 +228,9 @@ const STREAMS = [
     const source = `
       process.env.UV_THREADPOOL_SIZE = '1';
       // Registers for keys and ends: the press of key 2 then shows in the log when it comes.
+      const registration = recorder.hold('pl_input_SetCallback_KeyRelease');
       new quiravent.InputWorker(() => {}, () => {}).closeInput();
+      registration.open();
       quiravent.mediaServices.${fns.make}('url', {}, (error, player) => {
         player.registerListener(() => {}, () => {}, () => {});
         recorder.waitForCalls('${fns.register}').then(support('threads').quiet).then(() => {
