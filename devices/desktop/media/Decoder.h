@@ -21,6 +21,11 @@ class Decoder {
     /// needed.
     AvFrame receive();
 
+    /// Whether pictures that no other one needs are left out, which is faster.
+    void leaveOutUnreferenced(bool leaveOut) {
+        m_context->skip_frame = leaveOut ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
+    }
+
     /// Forgets what is half decoded.
     void reset() { avcodec_flush_buffers(m_context.get()); }
 

@@ -11,6 +11,9 @@ namespace {
 
 /// So many packets without any picture mean that there will be none.
 constexpr uint32_t kMaxFruitlessPackets = 60;
+/// So much before the target every picture is decoded: where the medium ends before the target,
+/// its last picture is shown.
+constexpr int64_t kDecodedWhole = kSecond;
 /// Beyond this speed only key pictures are shown.
 constexpr double kFastestAllBackwards = -2;
 constexpr int64_t kUsualFrameDuration = 40 * kMillisecond;
@@ -50,6 +53,7 @@ void VideoDecoder::begin(const Segment& segment) {
     if (!segment.track) return;
     if (m_opened == segment.track) {
         m_decoder->reset();
+        m_decoder->leaveOutUnreferenced(false);
         return;
     }
     m_decoder = Decoder::open(*segment.track);
@@ -69,6 +73,7 @@ void VideoDecoder::decode(const PacketSource::Read& read) {
         return;
     }
     if (m_segment.mode == PlayMode::keyFrames && !read.packet->key) return;
+    m_decoder->leaveOutUnreferenced(read.packet->end() < m_segment.target - kDecodedWhole);
     send(read.packet->data.get());
     if (m_segment.mode == PlayMode::keyFrames) {
         // The picture comes at once and not when its successors are there.
