@@ -13,12 +13,15 @@ function milliseconds(argument) {
   return number <= MOST_MS ? number : undefined;
 }
 
+function timed(action, argument) {
+  const ms = milliseconds(argument);
+  return ms === undefined ? undefined : { action, ms };
+}
+
 /** The words that are no keys: each gives its step, or undefined for an argument it can't take. */
 const words = {
-  wait(argument) {
-    const ms = milliseconds(argument);
-    return ms === undefined ? undefined : { action: 'wait', ms };
-  },
+  wait: (argument) => timed('wait', argument),
+  idle: (argument) => timed('idle', argument),
   capture: (argument) =>
     argument ? { action: 'capture', file: path.resolve(argument) } : undefined,
   quit: (argument) => (argument === undefined ? { action: 'quit' } : undefined)
@@ -42,7 +45,7 @@ function readWord(word) {
 
 /**
  * The steps that words stand for: { action: 'press', key, hold (ms, or null for the device's own) },
- * { action: 'wait', ms }, { action: 'capture', file (absolute) }, { action: 'quit' }. Undefined when
+ * { action: 'wait', ms }, { action: 'idle', ms }, { action: 'capture', file (absolute) }, { action: 'quit' }. Undefined when
  * one of the words can't be understood.
  */
 function readSteps(list) {
@@ -60,6 +63,7 @@ const notes = `A key is given by its name, alias or decimal code (see quiravent 
   ArrowDown*3      three times
   ArrowDown:1500   held for 1500 ms, with the repeated presses of a remote
   wait:500         no key: 500 ms more
+  idle:500         no key: until no frame has been shown for 500 ms
   capture:FILE     no key: save the screen as a PNG file
   quit             no key: end the application
 A key comes once the frame that followed the one before has been shown, or after a second.`;

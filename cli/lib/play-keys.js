@@ -10,11 +10,21 @@ const PAUSE_MS = 1000;
 /** For how long the first frame of an application is waited for; in ms. */
 const FIRST_FRAME_MS = 10000;
 
-/** Resolves when a frame after that number has been shown, or the time is over. */
+/**
+ * Resolves with the device's answer when a frame after that number has been shown, or with
+ * undefined when the time is over.
+ */
 function waitForFrame(client, after, timeout) {
   return client.request('waitFlush', { after, timeout }, timeout).catch((error) => {
     if (!(error instanceof Refusal)) throw error;
   });
+}
+
+/** Resolves when no frame after that number has been shown for so long. */
+function waitForRest(client, after, ms) {
+  return waitForFrame(client, after, ms).then(
+    (shown) => shown && waitForRest(client, shown.frame, ms)
+  );
 }
 
 /** Resolves when an application that has just been started shows something. */
@@ -34,6 +44,8 @@ const actions = {
       );
   },
   wait: (client, step) => client.sleep(step.ms),
+  idle: (client, step) =>
+    client.request('frame').then((now) => waitForRest(client, now.frame, step.ms)),
   capture: (client, step) => client.request('capture', { file: step.file }),
   quit: (client) => client.request('quit')
 };

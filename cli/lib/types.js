@@ -68,7 +68,7 @@ const seconds = {
 const key = {
   allowed:
     'the name, alias or decimal code of a key, with :MS to hold it and *N to repeat it, ' +
-    'or wait:MS, capture:FILE, quit',
+    'or wait:MS, idle:MS, capture:FILE, quit',
   read: (word) => readSteps([word])
 };
 

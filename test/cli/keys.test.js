@@ -35,7 +35,7 @@ function play(t, folder, write, source, options) {
 
 test('keys wait for the first frame, then each for the frame of the one before', (t) =>
   inFolder((folder, write) => {
-    const keys = 'ArrowDown*2, Enter:80,capture:a.png,wait:1,GoBack,quit';
+    const keys = 'ArrowDown*2, Enter:80,capture:a.png,wait:1,GoBack,idle:100,quit';
     return play(t, folder, write, APPLICATION + START, ['--keys', keys]).then((result) => {
       t.deepEqual([result.code, result.stderr], [0, '']);
       t.deepEqual(result.stdout.trim().split('\n'), [

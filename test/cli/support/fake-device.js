@@ -91,7 +91,13 @@ FakeDevice.handlers = {
   press: (request) =>
     codes[request.key] ? { code: codes[request.key] } : refuse(`unknown key '${request.key}'`),
   frame: (request, device) => ({ frame: device.frame }),
-  waitFlush: (request, device) => device.frameAfter(request.after).then((frame) => ({ frame })),
+  waitFlush(request, device) {
+    const shown = device.frameAfter(request.after).then((frame) => ({ frame }));
+    const over = new Promise((resolve, reject) =>
+      setTimeout(() => reject(new Error('no frame in time')), request.timeout).unref()
+    );
+    return Promise.race([shown, over]);
+  },
   capture(request, device) {
     fs.writeFileSync(request.file, 'picture');
     return { file: request.file, frame: device.frame, width: 1280, height: 720 };
