@@ -163,7 +163,7 @@ TEST_F(SmallPacketCacheTest, StaysWithinItsBudget) {
     EXPECT_EQ(ahead[0].first, 0);
     const int64_t room = ahead[0].second;
     EXPECT_GT(room, 5);
-    for (int64_t at = 0; at < 40 * kGroup; ++at) {
+    for (int packet = 0; packet < 40 * kGroup; ++packet) {
         EXPECT_GE(take(), 0);
         if (!m_cache.status().full) readPackets(1);
     }

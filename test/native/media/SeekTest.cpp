@@ -40,7 +40,7 @@ TEST(Seeking, GoesThereFromAnywhereInQuickSuccession) {
     ASSERT_EQ(player->pause(), e_pl_status_ok);
     for (const int number : {140, 3, 77, 149, 0, 76, 51}) {
         ASSERT_EQ(player->seek(1000000), e_pl_status_ok);
-        ASSERT_EQ(player->seek(number * 40000), e_pl_status_ok);
+        ASSERT_EQ(player->seek(int64_t{number} * 40000), e_pl_status_ok);
         ASSERT_TRUE(player.output().waitForNumber(number)) << number;
     }
     ASSERT_EQ(player->seek(5600000), e_pl_status_ok);
