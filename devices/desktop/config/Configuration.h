@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "support/Log.h"
+
+namespace quiravent::desktop {
+
+/// When a stored value is safe.
+enum class Durability {
+    process,  ///< once set has returned: against the end of the process, however it comes
+    machine,  ///< also against a loss of power; each set waits for the disk
+};
+
+/// All settings of the device with their defaults; read once, then never changed. How each is
+/// named in the file and in the environment, and what it may be, stands in settings.cpp.
+struct Configuration {
+    struct Screen {
+        std::string driver = "auto";
+        std::string capture;  ///< see CapturePattern; empty: none
+    } screen;
+    struct Storage {
+        std::string folder;  ///< empty: the user's data folder, see defaultStorageFolder()
+        Durability durability = Durability::process;
+    } storage;
+    struct Graphics {
+        uint64_t videoMemory = 64U << 20;  ///< bytes
+    } graphics;
+    struct Network {
+        uint64_t timeLimitSeconds = 15;
+        uint64_t sizeLimitMiB = 64;
+    } network;
+    struct Log {
+        log::Level level = log::Level::warning;
+    } log;
+};
+
+}  // namespace quiravent::desktop

@@ -1,0 +1,198 @@
+#include "config/readConfiguration.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <string_view>
+#include <vector>
+
+#include "config/settings.h"
+#include "resources/LocalFile.h"
+#include "support/DeviceError.h"
+#include "support/Text.h"
+
+namespace quiravent::desktop {
+
+namespace {
+
+using nlohmann::json;
+namespace filesystem = std::filesystem;
+
+constexpr const char* kFileVariable = "QUIRAVENT_CONFIG";
+constexpr const char* kFileName = "quiravent.config.json";
+constexpr size_t kFileSizeLimit = 1U << 20;
+
+[[noreturn]] void refuse(const std::string& reason) {
+    throw DeviceError(e_pl_status_invalid_argument, reason);
+}
+
+std::string readText(const std::string& file) {
+    const Result<Bytes> bytes = readLocalFile(file, kFileSizeLimit);
+    if (!bytes) refuse(joined(file, ": the configuration can't be read: ", bytes.reason()));
+    return {bytes->begin(), bytes->end()};
+}
+
+/// A value as it is shown in a message: on one line and not too long.
+std::string shown(const json& value) {
+    constexpr size_t kMost = 60;
+    std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
+    if (text.size() <= kMost) return text;
+    size_t end = kMost;
+    while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+    return text.substr(0, end) + "...";
+}
+
+const char* nonEmpty(const Environment& environment, const char* name) {
+    const char* const value = environment(name);
+    return value == nullptr || *value == '\0' ? nullptr : value;
+}
+
+/// The parser's own report without its number of the kind of error.
+std::string parseReason(const json::exception& error) {
+    const std::string_view text = error.what();
+    const size_t start = text.find("] ");
+    return std::string(start == std::string_view::npos ? text : text.substr(start + 2));
+}
+
+/// Parses a file, and refuses a key that stands twice in an object, of which the parser would
+/// silently take one.
+json parse(const std::string& file, const std::string& text) {
+    std::vector<std::set<std::string>> keys;
+    const auto watch = [&](int, json::parse_event_t event, json& parsed) {
+        if (event == json::parse_event_t::object_start) keys.emplace_back();
+        if (event == json::parse_event_t::object_end) keys.pop_back();
+        if (event == json::parse_event_t::key && !keys.back().insert(parsed).second) {
+            refuse(joined(file, ": key ", shown(parsed),
+                          " stands twice in one object; allowed: once"));
+        }
+        return true;
+    };
+    try {
+        return json::parse(text, watch);
+    } catch (const json::exception& error) {
+        refuse(joined(file, ": not valid JSON: ", parseReason(error)));
+    }
+}
+
+std::vector<std::string> sectionNames() {
+    std::vector<std::string> names;
+    for (const Setting& setting : settings()) {
+        if (names.empty() || names.back() != setting.place.section) {
+            names.push_back(setting.place.section);
+        }
+    }
+    return names;
+}
+
+std::vector<std::string> keysOf(const std::string& section) {
+    std::vector<std::string> keys;
+    for (const Setting& setting : settings()) {
+        if (setting.place.section == section) keys.push_back(setting.place.key);
+    }
+    return keys;
+}
+
+const Setting* findSetting(const std::string& section, const std::string& key) {
+    for (const Setting& setting : settings()) {
+        if (setting.place.section == section && setting.place.key == key) return &setting;
+    }
+    return nullptr;
+}
+
+/// One configuration file on its way into the configuration.
+class File {
+  public:
+    File(std::string path, Configuration& configuration)
+        : m_path(std::move(path)),
+          m_folder(filesystem::absolute(m_path).parent_path()),
+          m_configuration(configuration) {}
+
+    void read() {
+        const json file = parse(m_path, readText(m_path));
+        if (!file.is_object()) refuseValue("the file", file, "an object of sections");
+        for (const auto& [name, section] : file.items()) {
+            if (name != "$schema") readSection(name, section);
+        }
+    }
+
+  private:
+    void readSection(const std::string& name, const json& section) {
+        const std::vector<std::string> keys = keysOf(name);
+        if (keys.empty()) refuseKey(name, section, sectionNames());
+        if (!section.is_object()) {
+            refuseValue(name, section, joined("an object with ", listed(keys)));
+        }
+        for (const auto& [key, value] : section.items()) {
+            const Setting* const setting = findSetting(name, key);
+            const std::string fullKey = joined(name, '.', key);
+            if (setting == nullptr) refuseKey(fullKey, value, keys);
+            if (!setting->store(m_configuration, value, m_folder)) {
+                refuseValue(fullKey, value, setting->allowed);
+            }
+        }
+    }
+
+    [[noreturn]] void refuseKey(const std::string& key, const json& value,
+                                const std::vector<std::string>& known) const {
+        refuse(joined(m_path, ": unknown key ", key, " with the value ", shown(value),
+                      "; allowed: ", listed(known)));
+    }
+
+    [[noreturn]] void refuseValue(const std::string& key, const json& value,
+                                  const std::string& allowed) const {
+        refuse(joined(m_path, ": ", key, " is ", shown(value), "; allowed: ", allowed));
+    }
+
+    std::string m_path;
+    filesystem::path m_folder;
+    Configuration& m_configuration;
+};
+
+void readFileSettings(const Environment& environment, Configuration& configuration) {
+    const char* const named = nonEmpty(environment, kFileVariable);
+    if (named == nullptr && !filesystem::exists(kFileName)) return;
+    const std::string path = named != nullptr ? named : filesystem::absolute(kFileName).string();
+    File(path, configuration).read();
+}
+
+void readVariables(const Environment& environment, Configuration& configuration) {
+    for (const Setting& setting : settings()) {
+        const char* const name = setting.place.environment.c_str();
+        const char* const text = nonEmpty(environment, name);
+        if (text == nullptr) continue;
+        const json value = setting.fromText(text);
+        if (!setting.store(configuration, value, filesystem::current_path())) {
+            refuse(joined("environment variable ", name, " is ", shown(value),
+                          "; allowed: ", setting.allowed));
+        }
+    }
+}
+
+std::string homeFolder(const Environment& environment) {
+    if (const char* const home = nonEmpty(environment, "HOME")) return home;
+    const passwd* const user = getpwuid(getuid());
+    if (user != nullptr && user->pw_dir != nullptr) return user->pw_dir;
+    refuse("there is no home folder to store values in; set storage.folder, or QUIRAVENT_STORAGE");
+}
+
+}  // namespace
+
+Configuration readConfiguration(const Environment& environment) {
+    Configuration configuration;
+    readFileSettings(environment, configuration);
+    readVariables(environment, configuration);
+    return configuration;
+}
+
+std::string defaultStorageFolder(const Environment& environment) {
+    constexpr const char* kFolder = "quiravent";
+    const char* const data = nonEmpty(environment, "XDG_DATA_HOME");
+    // The standard of the variable says to ignore a relative path.
+    if (data != nullptr && *data == '/') return filesystem::path(data) / kFolder;
+    return filesystem::path(homeFolder(environment)) / ".local" / "share" / kFolder;
+}
+
+}  // namespace quiravent::desktop

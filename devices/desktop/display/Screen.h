@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "display/CapturePattern.h"
+#include "display/DisplayDriver.h"
+#include "display/GraphicsPlane.h"
+#include "graphics/Surface.h"
+
+namespace quiravent::desktop {
+
+/// The television's screen: planes, of which the graphics plane is the topmost, over black. Each
+/// flush that changes it is a frame with a number, from 1. Thread-safe, but for present().
+class Screen {
+  public:
+    static constexpr uint32_t kWidth = 1280;
+    static constexpr uint32_t kHeight = 720;
+
+    Screen(std::unique_ptr<DisplayDriver> driver, CapturePattern capture);
+
+    /// Makes a part of the target, clipped to the screen, the new frame, and captures it where
+    /// that is asked for. An empty part makes no frame. The target, of the screen's size, must not
+    /// change meanwhile; one call at a time.
+    void present(const Surface& target, const Box& part);
+
+    /// Number of the last frame, 0 when there was none.
+    uint64_t frameCount() const;
+
+    /// Waits until the frame of that number has been shown (and written, where it is captured);
+    /// false when it hasn't by the deadline.
+    bool waitForFrame(uint64_t number, std::chrono::steady_clock::time_point deadline) const;
+
+    /// A new opaque picture of the screen as it is.
+    std::shared_ptr<Surface> compose() const;
+
+    /// Writes the one picture that is due when the process ends.
+    void finish() const;
+
+  private:
+    void capture(uint64_t frame) const;
+
+    const std::unique_ptr<DisplayDriver> m_driver;
+    const CapturePattern m_capture;
+    mutable SurfacePool m_pool;  ///< the screen's own pictures are none of the application's memory
+
+    mutable std::mutex m_mutex;  ///< guards what follows
+    mutable std::condition_variable m_frameShown;
+    GraphicsPlane m_graphics;
+    std::vector<const Plane*> m_planes;  ///< from the bottom
+    uint64_t m_frameCount = 0;
+};
+
+}  // namespace quiravent::desktop

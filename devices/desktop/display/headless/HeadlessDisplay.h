@@ -1,0 +1,14 @@
+#pragma once
+
+#include "display/DisplayDriver.h"
+
+namespace quiravent::desktop {
+
+/// A screen without a window: nobody looks on, so the picture stays where captures and whoever
+/// asks the screen find it, in its planes. Works everywhere.
+class HeadlessDisplay : public DisplayDriver {
+  public:
+    void show(const Screen&, uint64_t, const Box&) override {}
+};
+
+}  // namespace quiravent::desktop

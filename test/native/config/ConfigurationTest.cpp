@@ -1,0 +1,195 @@
+#include "config/readConfiguration.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+
+#include "common/TemporaryFolder.h"
+#include "config/settings.h"
+#include "support/DeviceError.h"
+#include "support/Text.h"
+
+namespace quiravent::desktop {
+namespace {
+
+using Variables = std::map<std::string, std::string>;
+
+Configuration read(const Variables& variables) {
+    return readConfiguration([&](const char* name) {
+        const auto found = variables.find(name);
+        return found == variables.end() ? nullptr : found->second.c_str();
+    });
+}
+
+std::string readingError(const Variables& variables) {
+    try {
+        read(variables);
+        return "none";
+    } catch (const DeviceError& error) {
+        return error.what();
+    }
+}
+
+/// A configuration file of that text, in a folder with a percent sign.
+class ConfigurationFile {
+  public:
+    explicit ConfigurationFile(const std::string& text) {
+        std::filesystem::create_directory(folder());
+        std::ofstream(path()) << text;
+    }
+    std::string folder() const { return m_folder / "100%"; }
+    std::string path() const { return folder() + "/device.json"; }
+    Variables variables() const { return {{"QUIRAVENT_CONFIG", path()}}; }
+
+  private:
+    TemporaryFolder m_folder;
+};
+
+TEST(Configuration, HasDefaultsWithoutFileAndVariables) {
+    const Configuration defaults = read({{"QUIRAVENT_LOG", ""}});
+    EXPECT_EQ(defaults.screen.driver, "auto");
+    EXPECT_EQ(defaults.screen.capture, "");
+    EXPECT_EQ(defaults.storage.durability, Durability::process);
+    EXPECT_EQ(defaults.graphics.videoMemory, 64U << 20);
+    EXPECT_EQ(defaults.log.level, log::Level::warning);
+}
+
+TEST(Configuration, TakesEverySettingFromTheFile) {
+    const ConfigurationFile file(R"({
+        "$schema": "quiravent.schema.json",
+        "screen": {"driver": "headless", "capture": "frame-%06d.png"},
+        "storage": {"folder": "/var/store", "durability": "machine"},
+        "graphics": {"videoMemory": "1 GiB"},
+        "network": {"timeLimitSeconds": 1, "sizeLimitMiB": 4095},
+        "log": {"level": "silent"}
+    })");
+    const Configuration configuration = read(file.variables());
+    EXPECT_EQ(configuration.screen.driver, "headless");
+    EXPECT_EQ(configuration.screen.capture, file.folder() + "/frame-%06d.png");
+    EXPECT_EQ(configuration.storage.folder, "/var/store");
+    EXPECT_EQ(configuration.storage.durability, Durability::machine);
+    EXPECT_EQ(configuration.graphics.videoMemory, 1U << 30);
+    EXPECT_EQ(configuration.network.timeLimitSeconds, 1U);
+    EXPECT_EQ(configuration.network.sizeLimitMiB, 4095U);
+    EXPECT_EQ(configuration.log.level, log::Level::silent);
+}
+
+TEST(Configuration, VariablesOverrideTheFile) {
+    const ConfigurationFile file(R"({"log": {"level": "silent"}, "screen": {"capture": "a.png"},
+                                     "graphics": {"videoMemory": 9000000}})");
+    Variables variables = file.variables();
+    variables.insert({{"QUIRAVENT_LOG", "debug"},
+                      {"QUIRAVENT_SCREENSHOT", "b.png"},
+                      {"QUIRAVENT_VIDEO_MEMORY", "16MiB"},
+                      {"QUIRAVENT_TIME_LIMIT", "7"}});
+    const Configuration configuration = read(variables);
+    EXPECT_EQ(configuration.log.level, log::Level::debug);
+    EXPECT_EQ(configuration.screen.capture, std::filesystem::current_path() / "b.png");
+    EXPECT_EQ(configuration.graphics.videoMemory, 16U << 20);
+    EXPECT_EQ(configuration.network.timeLimitSeconds, 7U);
+    EXPECT_EQ(read(file.variables()).graphics.videoMemory, 9000000U);
+}
+
+TEST(Configuration, WrongFileIsRefusedWithOneLine) {
+    struct Case {
+        const char* file;
+        const char* line;  ///< behind the file's name
+    };
+    const Case cases[] = {
+        {R"({"scren": {"driver": "auto"}})",
+         R"(: unknown key scren with the value {"driver":"auto"}; allowed: screen, storage, graphics, network, log)"},
+        {R"({"screen": {"size": 5}})",
+         ": unknown key screen.size with the value 5; allowed: driver, capture"},
+        {R"({"screen": "headless"})",
+         R"(: screen is "headless"; allowed: an object with driver, capture)"},
+        {R"({"screen": {"driver": "crt"}})",
+         R"(: screen.driver is "crt"; allowed: "auto", "headless")"},
+        {R"({"screen": {"driver": null}})",
+         R"(: screen.driver is null; allowed: "auto", "headless")"},
+        {R"({"screen": {"capture": "%d-%d.png"}})",
+         R"(: screen.capture is "%d-%d.png"; allowed: a file name with at most one %d or %06d for the number of the frame, and %% for a percent sign)"},
+        {R"({"storage": {"folder": 7}})", ": storage.folder is 7; allowed: the path of a folder"},
+        {R"({"storage": {"durability": true}})",
+         R"(: storage.durability is true; allowed: "process", "machine")"},
+        {R"({"graphics": {"videoMemory": "64 MB"}})",
+         R"(: graphics.videoMemory is "64 MB"; allowed: a number of bytes, or a text as "64 MiB", from 8 MiB to 4095 MiB)"},
+        {R"({"graphics": {"videoMemory": "18446744073709551615 GiB"}})",
+         R"(: graphics.videoMemory is "18446744073709551615 GiB"; allowed: a number of bytes, or a text as "64 MiB", from 8 MiB to 4095 MiB)"},
+        {R"({"graphics": {"videoMemory": 8388607}})",
+         R"(: graphics.videoMemory is 8388607; allowed: a number of bytes, or a text as "64 MiB", from 8 MiB to 4095 MiB)"},
+        {R"({"network": {"timeLimitSeconds": 1.5}})",
+         ": network.timeLimitSeconds is 1.5; allowed: a whole number from 1 to 3600"},
+        {R"({"network": {"sizeLimitMiB": -1}})",
+         ": network.sizeLimitMiB is -1; allowed: a whole number from 1 to 4095"},
+        {R"({"network": {"sizeLimitMiB": 4096}})",
+         ": network.sizeLimitMiB is 4096; allowed: a whole number from 1 to 4095"},
+        {R"({"log": {"level": "a level with a name that is much too long to be shown as a whole"}})",
+         R"(: log.level is "a level with a name that is much too long to be shown as a ...; allowed: "silent", "error", "warning", "info", "debug")"},
+        {R"({"log": {"level": "info", "level": "debug"}})",
+         R"(: key "level" stands twice in one object; allowed: once)"},
+        {"[]", ": the file is []; allowed: an object of sections"},
+        {R"({"log": )",
+         ": not valid JSON: parse error at line 1, column 9: syntax error while parsing value - "
+         "unexpected end of input; expected '[', '{', or a literal"},
+    };
+    for (const Case& each : cases) {
+        const ConfigurationFile file(each.file);
+        EXPECT_EQ(readingError(file.variables()), file.path() + each.line);
+    }
+}
+
+TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
+    const std::map<std::string, std::string> lines{
+        {"QUIRAVENT_LOG", R"("loud"; allowed: "silent", "error", "warning", "info", "debug")"},
+        {"QUIRAVENT_SCREEN", R"("loud"; allowed: "auto", "headless")"},
+        {"QUIRAVENT_TIME_LIMIT", R"("loud"; allowed: a whole number from 1 to 3600)"},
+    };
+    for (const auto& [name, line] : lines) {
+        EXPECT_EQ(readingError({{name, "loud"}}),
+                  joined("environment variable ", name, " is ", line));
+    }
+}
+
+TEST(Configuration, NamedFileHasToBeReadable) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(readingError({{"QUIRAVENT_CONFIG", folder / "none.json"}}),
+              folder / "none.json: the configuration can't be read: no such file");
+    EXPECT_EQ(readingError({{"QUIRAVENT_CONFIG", folder.path()}}),
+              folder.path() + ": the configuration can't be read: it is a directory");
+}
+
+TEST(Configuration, FileInTheWorkingDirectoryIsTaken) {
+    const TemporaryFolder folder;
+    std::ofstream(folder / "quiravent.config.json") << R"({"log": {"level": "info"}})";
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    const Configuration configuration = read({});
+    std::filesystem::current_path(before);
+    EXPECT_EQ(configuration.log.level, log::Level::info);
+}
+
+TEST(Configuration, StorageFolderFollowsTheUsersFolders) {
+    const auto folderFor = [](const Variables& variables) {
+        return defaultStorageFolder([&](const char* name) {
+            const auto found = variables.find(name);
+            return found == variables.end() ? nullptr : found->second.c_str();
+        });
+    };
+    EXPECT_EQ(folderFor({{"HOME", "/h"}, {"XDG_DATA_HOME", "/data"}}), "/data/quiravent");
+    EXPECT_EQ(folderFor({{"HOME", "/h"}, {"XDG_DATA_HOME", "relative"}}),
+              "/h/.local/share/quiravent");
+    EXPECT_EQ(folderFor({{"HOME", "/h"}}), "/h/.local/share/quiravent");
+}
+
+TEST(Configuration, ShippedSchemaIsThatOfTheSettings) {
+    std::ifstream file(QUIRAVENT_SCHEMA_FILE);
+    const std::string shipped{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_EQ(shipped, configurationSchema().dump(2) + '\n')
+        << "write it anew: cmake --build --preset release --target configuration-schema";
+}
+
+}  // namespace
+}  // namespace quiravent::desktop

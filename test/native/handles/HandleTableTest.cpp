@@ -1,0 +1,102 @@
+#include "support/HandleTable.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <set>
+#include <string>
+#include <thread>
+
+namespace quiravent::desktop {
+namespace {
+
+using Canvases = HandleTable<std::string, HandleKind::canvas>;
+using Fonts = HandleTable<std::string, HandleKind::font>;
+
+std::shared_ptr<std::string> text(const char* content) {
+    return std::make_shared<std::string>(content);
+}
+
+TEST(HandleTable, FindsWhatWasInserted) {
+    Canvases table;
+    const uint32_t a = table.insert(text("a"));
+    const uint32_t b = table.insert(text("b"));
+    EXPECT_NE(a, b);
+    EXPECT_EQ(*table.find(a), "a");
+    EXPECT_EQ(*table.find(b), "b");
+}
+
+TEST(HandleTable, RefusesForeignHandles) {
+    Canvases canvases;
+    Fonts fonts;
+    const uint32_t canvas = canvases.insert(text("canvas"));
+    const uint32_t font = fonts.insert(text("font"));
+    for (const uint32_t handle : {0U, 1U, 0xffffffffU, font, canvas + 1, canvas + (1U << 20)}) {
+        EXPECT_EQ(canvases.find(handle), nullptr) << handle;
+        EXPECT_EQ(canvases.remove(handle), nullptr) << handle;
+    }
+    EXPECT_EQ(fonts.find(canvas), nullptr);
+    EXPECT_EQ(*canvases.find(canvas), "canvas");
+}
+
+TEST(HandleTable, ReleasedHandleIsStaleAtOnceAndForALongTime) {
+    Canvases table;
+    std::set<uint32_t> seen;
+    for (int i = 0; i < 200000; ++i) {
+        const uint32_t handle = table.insert(text("x"));
+        ASSERT_NE(handle, 0U);
+        ASSERT_TRUE(seen.insert(handle).second) << "reused after " << i;
+        ASSERT_NE(table.remove(handle), nullptr);
+        ASSERT_EQ(table.find(handle), nullptr);
+        ASSERT_EQ(table.remove(handle), nullptr);
+    }
+}
+
+TEST(HandleTable, NextHandleOfASlotIsNotKnownBeforeItIsGiven) {
+    Canvases table;
+    const uint32_t first = table.insert(text("x"));
+    table.remove(first);
+    EXPECT_EQ(table.remove(first + (1U << 20)), nullptr);
+    EXPECT_EQ(table.find(first + (1U << 20)), nullptr);
+}
+
+TEST(HandleTable, FullTableGivesZeroUntilOneIsReleased) {
+    Canvases table;
+    const auto object = text("x");
+    uint32_t last = 0;
+    for (uint32_t i = 0; i < Canvases::kMaxObjects; ++i) last = table.insert(object);
+    ASSERT_NE(last, 0U);
+    EXPECT_EQ(table.insert(object), 0U);
+    table.remove(last);
+    EXPECT_NE(table.insert(object), 0U);
+    EXPECT_EQ(table.insert(object), 0U);
+}
+
+TEST(HandleTable, ObjectInUseSurvivesItsRelease) {
+    Canvases table;
+    const uint32_t handle = table.insert(text("still here"));
+    const auto inUse = table.find(handle);
+    table.remove(handle);
+    EXPECT_EQ(*inUse, "still here");
+    EXPECT_EQ(inUse.use_count(), 1);
+}
+
+TEST(HandleTable, ThreadsShareIt) {
+    Canvases table;
+    const uint32_t kept = table.insert(text("kept"));
+    const auto work = [&] {
+        for (int i = 0; i < 2000; ++i) {
+            const uint32_t handle = table.insert(text("mine"));
+            ASSERT_EQ(*table.find(handle), "mine");
+            ASSERT_EQ(*table.find(kept), "kept");
+            ASSERT_NE(table.remove(handle), nullptr);
+        }
+    };
+    std::array<std::thread, 4> threads;
+    for (std::thread& thread : threads) thread = std::thread(work);
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(*table.find(kept), "kept");
+}
+
+}  // namespace
+}  // namespace quiravent::desktop

@@ -1,0 +1,281 @@
+#include "persistence/ValueStore.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "common/TemporaryFolder.h"
+#include "persistence/Persistence.h"
+#include "support/DeviceError.h"
+
+namespace quiravent::desktop {
+namespace {
+
+const std::string kNul("a\0b", 3);
+
+/// The reason why a store can't be opened; empty when it can.
+std::string openingError(const std::string& folder) {
+    try {
+        const ValueStore store(folder, Durability::process);
+        return {};
+    } catch (const DeviceError& error) {
+        EXPECT_EQ(error.status(), e_pl_status_io_error);
+        return error.what();
+    }
+}
+
+void execute(const std::string& file, const char* sql) {
+    sqlite3* connection = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &connection), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(connection, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+    sqlite3_close(connection);
+}
+
+/// Runs a body in a child process; its exit status is 0 when the body gave true.
+template <class Body>
+pid_t startChild(Body body) {
+    const pid_t child = fork();
+    if (child == 0) {
+        try {
+            _exit(body() ? 0 : 1);
+        } catch (const std::exception& error) {
+            fprintf(stderr, "child: %s\n", error.what());
+            _exit(2);
+        }
+    }
+    return child;
+}
+
+int waitForChild(pid_t child) {
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+TEST(ValueStore, KeepsAnyBytesAcrossOpenings) {
+    const std::vector<std::string> texts{
+        "", "a", kNul, "\xff\xfe", "null", "\xc3\xa9", std::string(3000000, 'x')};
+    const TemporaryFolder folder;
+    for (const std::string& context : texts) {
+        ValueStore store(folder / "a/b", Durability::machine);
+        for (const std::string& key : texts) store.set(context, key, context + key);
+    }
+    ValueStore store(folder / "a/b", Durability::process);
+    for (const std::string& context : texts) {
+        for (const std::string& key : texts) ASSERT_EQ(store.get(context, key), context + key);
+        EXPECT_EQ(store.getAll(context).size(), texts.size());
+    }
+    EXPECT_EQ(store.get("a", "missing"), std::nullopt);
+    EXPECT_TRUE(store.getAll("missing").empty());
+}
+
+TEST(ValueStore, LaterValueReplacesTheEarlier) {
+    const TemporaryFolder folder;
+    ValueStore store(folder.path(), Durability::process);
+    store.set("c", "k", "long first value");
+    store.set("c", "k", "");
+    EXPECT_EQ(store.get("c", "k"), "");
+    EXPECT_EQ(store.getAll("c").size(), 1U);
+}
+
+TEST(ValueStore, FilesAreTheUsersOwn) {
+    const TemporaryFolder folder;
+    ValueStore store(folder / "new", Durability::process);
+    store.set("c", "k", "v");
+    for (const char* name : {"new/values.sqlite", "new/values.sqlite-wal"}) {
+        struct stat status {};
+        ASSERT_EQ(stat((folder / name).c_str(), &status), 0) << name;
+        EXPECT_EQ(status.st_mode & 0777U, 0600U) << name;
+    }
+    struct stat status {};
+    ASSERT_EQ(stat((folder / "new").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0700U);
+}
+
+TEST(ValueStore, UnusableFilesAreRefusedWithTheReasonAndLeftAlone) {
+    struct Case {
+        const char* name;
+        void (*prepare)(const std::string& file);
+        const char* reason;
+    };
+    const Case cases[] = {
+        {"no database",
+         [](const std::string& file) { std::ofstream(file) << std::string(5000, 'x'); },
+         ": file is not a database; move the file away to start with an empty one"},
+        {"newer layout",
+         [](const std::string& file) {
+             execute(file, "PRAGMA application_id = 0x51727674; PRAGMA user_version = 2;");
+         },
+         ": has layout 2, made by a newer version; this one knows 1; use the newer version, or "
+         "another folder"},
+        {"another program's",
+         [](const std::string& file) { execute(file, "CREATE TABLE notes (text)"); },
+         ": is not a store of Quiravent; move the file away to start with an empty one"},
+        {"damaged",
+         [](const std::string& file) {
+             const std::string folder = std::filesystem::path(file).parent_path();
+             ValueStore(folder, Durability::process).set("c", "k", "v");
+             std::fstream(file, std::ios::in | std::ios::out).seekp(100)
+                 << std::string(900, '\xee');
+         },
+         ": database disk image is malformed; move the file away to start with an empty one"},
+    };
+    for (const Case& each : cases) {
+        const TemporaryFolder folder;
+        const std::string file = folder / ValueStore::kFileName;
+        each.prepare(file);
+        EXPECT_EQ(openingError(folder.path()), file + each.reason) << each.name;
+        EXPECT_GT(std::filesystem::file_size(file), 0U) << each.name;
+    }
+}
+
+TEST(ValueStore, FolderThatCannotBeMadeIsRefused) {
+    const TemporaryFolder folder;
+    std::ofstream(folder / "file") << "x";
+    EXPECT_EQ(openingError(folder / "file/below"),
+              folder /
+                  "file/below: the folder can't be made: Not a directory; name another folder "
+                  "with storage.folder or QUIRAVENT_STORAGE");
+}
+
+TEST(ValueStore, WithoutTheRightToWriteItIsRefused) {
+    struct Case {
+        mode_t file;  ///< 0: there is none
+        const char* reason;
+    };
+    const Case cases[] = {
+        {0,
+         ": the file can't be made: Permission denied; name another folder with storage.folder or "
+         "QUIRAVENT_STORAGE"},
+        {0444, " is read-only; the file and its folder must be writable"},
+        {0666, ": attempt to write a readonly database; the file and its folder must be writable"},
+    };
+    for (const Case& each : cases) {
+        const TemporaryFolder folder;
+        const std::string file = folder / ValueStore::kFileName;
+        if (each.file != 0) {
+            ValueStore(folder.path(), Durability::process).set("c", "k", "v");
+            chmod(file.c_str(), each.file);
+        }
+        chmod(folder.path().c_str(), 0555);
+        // The superuser may write anywhere, so it becomes somebody else for this.
+        const int status = waitForChild(startChild([&] {
+            if (getuid() == 0 && setuid(65534) != 0) return false;
+            const std::string error = openingError(folder.path());
+            EXPECT_EQ(error, file + each.reason);
+            return error == file + each.reason;
+        }));
+        chmod(folder.path().c_str(), 0755);
+        EXPECT_EQ(status, 0);
+    }
+}
+
+TEST(ValueStore, FullDiskLeavesTheEarlierValueAndTheStoreUsable) {
+    const TemporaryFolder folder;
+    const int status = waitForChild(startChild([&] {
+        ValueStore store(folder.path(), Durability::process);
+        store.set("c", "k", "before");
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{200000, 200000};
+        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
+        try {
+            store.set("c", "k", std::string(1000000, 'x'));
+            return false;
+        } catch (const DeviceError&) {
+        }
+        if (store.get("c", "k") != "before") return false;
+        store.set("c", "k", "after");
+        return store.get("c", "k") == "after";
+    }));
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(ValueStore(folder.path(), Durability::process).get("c", "k"), "after");
+}
+
+TEST(ValueStore, ProcessesShareTheFileFromItsFirstMomentOn) {
+    constexpr int kProcesses = 6;
+    constexpr int kValues = 50;
+    const TemporaryFolder folder;
+    std::array<pid_t, kProcesses> children{};
+    for (int process = 0; process < kProcesses; ++process) {
+        children.at(static_cast<size_t>(process)) = startChild([&] {
+            ValueStore store(folder / "shared", Durability::process);
+            for (int i = 0; i < kValues; ++i) {
+                store.set("c", std::to_string(process * kValues + i), "v");
+                store.set("c", "all", std::to_string(i));
+            }
+            return true;
+        });
+    }
+    for (const pid_t child : children) EXPECT_EQ(waitForChild(child), 0);
+    ValueStore store(folder / "shared", Durability::process);
+    EXPECT_EQ(store.getAll("c").size(), size_t{kProcesses * kValues + 1});
+}
+
+TEST(ValueStore, WhatWasSetSurvivesAKillInTheMiddle) {
+    const TemporaryFolder folder;
+    int channel[2];
+    ASSERT_EQ(pipe(channel), 0);
+    const pid_t child = startChild([&] {
+        ValueStore store(folder.path(), Durability::process);
+        for (uint32_t i = 0;; ++i) {
+            store.set("c", "last", std::to_string(i));
+            store.set("c", std::to_string(i), std::string(3000, static_cast<char>('a' + i % 26)));
+            if (write(channel[1], &i, sizeof i) != sizeof i) return false;
+        }
+    });
+    uint32_t acknowledged = 0;
+    while (acknowledged < 700) ASSERT_EQ(read(channel[0], &acknowledged, sizeof acknowledged), 4);
+    kill(child, SIGKILL);
+    waitForChild(child);
+    close(channel[1]);
+    while (read(channel[0], &acknowledged, sizeof acknowledged) == 4) continue;
+    close(channel[0]);
+
+    ValueStore store(folder.path(), Durability::process);
+    EXPECT_GE(std::stoul(store.get("c", "last").value()), acknowledged);
+    for (uint32_t i = 0; i <= acknowledged; ++i) {
+        ASSERT_EQ(store.get("c", std::to_string(i)),
+                  std::string(3000, static_cast<char>('a' + i % 26)));
+    }
+}
+
+TEST(Persistence, OneHandlePerContextAndNoneOfAnythingElse) {
+    const TemporaryFolder folder;
+    Persistence persistence([&] { return folder.path(); }, Durability::process);
+    const uint32_t a = persistence.open("a");
+    const uint32_t b = persistence.open("");
+    EXPECT_NE(a, 0U);
+    EXPECT_NE(a, b);
+    EXPECT_EQ(persistence.open("a"), a);
+    std::string value = "untouched";
+    EXPECT_EQ(persistence.set(a, "k", "v"), e_pl_status_ok);
+    EXPECT_EQ(persistence.get(b, "k", value), e_pl_status_not_found);
+    EXPECT_EQ(persistence.get(a ^ b, "k", value), e_pl_status_invalid_handle);
+    EXPECT_EQ(value, "untouched");
+    EXPECT_EQ(persistence.get(a, "k", value), e_pl_status_ok);
+    EXPECT_EQ(value, "v");
+}
+
+TEST(Persistence, TriesAgainAfterAFailureAndRefusesAfterClosing) {
+    const TemporaryFolder folder;
+    std::string place = "/proc/none";
+    Persistence persistence([&] { return place; }, Durability::process);
+    EXPECT_THROW(persistence.open("a"), DeviceError);
+    place = folder.path();
+    const uint32_t handle = persistence.open("a");
+    persistence.close();
+    EXPECT_EQ(persistence.set(handle, "k", "v"), e_pl_status_wrong_state);
+    EXPECT_THROW(persistence.open("a"), DeviceError);
+}
+
+}  // namespace
+}  // namespace quiravent::desktop
