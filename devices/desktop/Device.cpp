@@ -56,6 +56,7 @@ Device* Device::start() noexcept {
 
 void Device::finish() noexcept {
     try {
+        m_remote.stop();
         m_screen.finish();
         m_persistence.close();
     } catch (const std::exception& error) {

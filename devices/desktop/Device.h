@@ -3,6 +3,7 @@
 #include "config/Configuration.h"
 #include "display/Screen.h"
 #include "drawing/DrawingService.h"
+#include "input/RemoteControl.h"
 #include "persistence/Persistence.h"
 
 namespace quiravent::desktop {
@@ -17,6 +18,7 @@ class Device {
 
     explicit Device(const Configuration& configuration);
 
+    RemoteControl& remote() { return m_remote; }
     DrawingService& drawing() { return m_drawing; }
     Persistence& persistence() { return m_persistence; }
 
@@ -24,6 +26,7 @@ class Device {
     static Device* start() noexcept;
     void finish() noexcept;
 
+    RemoteControl m_remote;
     Screen m_screen;
     DrawingService m_drawing;
     Persistence m_persistence;

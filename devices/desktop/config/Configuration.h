@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 
+#include "input/KeyMap.h"
 #include "support/Log.h"
 
 namespace quiravent::desktop {
@@ -31,6 +33,21 @@ struct Configuration {
         uint64_t timeLimitSeconds = 15;
         uint64_t sizeLimitMiB = 64;
     } network;
+    struct Input {
+        KeyBindings keyMap;  ///< changes to the bindings of Keys.def
+    } input;
+    struct Platform {
+        /// What the application is told of the device.
+        std::map<std::string, std::string> properties{
+            {"system.firmware_version", QUIRAVENT_VERSION},
+            {"system.manufacturer", "Quiravent"},
+            {"system.model", "Desktop"},
+            {"system.serial_number", "00000000"},
+        };
+    } platform;
+    struct Control {
+        std::string path;  ///< of the control channel's socket; empty: no channel
+    } control;
     struct Log {
         log::Level level = log::Level::warning;
     } log;

@@ -4,10 +4,14 @@
 
 #include "display/CapturePattern.h"
 #include "display/drivers.h"
+#include "input/Keys.h"
 
 namespace quiravent::desktop {
 
 namespace {
+
+using nlohmann::json;
+using nlohmann::ordered_json;
 
 bool isAnything(const std::string&) { return true; }
 
@@ -17,9 +21,53 @@ std::vector<std::string> driverChoices() {
     return names;
 }
 
+/// A text that C functions can be given.
+std::optional<std::string> plainText(const json& value) {
+    if (!value.is_string()) return std::nullopt;
+    auto text = value.get<std::string>();
+    return text.find('\0') == std::string::npos ? std::optional(std::move(text)) : std::nullopt;
+}
+
+/// The code of a remote key, or none for null; no answer when it is neither.
+std::optional<std::optional<int32_t>> remoteKeyOrNone(const json& value) {
+    if (value.is_null()) return std::optional<int32_t>();
+    if (const auto code = remoteKeyCodeFrom(value)) return code;
+    return std::nullopt;
+}
+
+ordered_json remoteKeySchema() {
+    std::vector<std::string> names;
+    for (const RemoteKeyNames& key : remoteKeys()) names.push_back(key.name);
+    return {{"anyOf", {{{"enum", names}}, {{"type", {"string", "integer", "null"}}}}}};
+}
+
+std::vector<Setting> inputAndPlatformSettings() {
+    return {
+        entriesSetting<KeyBindings>(
+            {"input", "keyMap", "QUIRAVENT_KEY_MAP",
+             "Keys of the keyboard, as SDL names them, and the remote key that each stands for; "
+             "null: none. What isn't named is as docs/keys.md tells."},
+            {joined(kRemoteKeyRule, ", or null for none"), remoteKeySchema()},
+            ordered_json::object(), remoteKeyOrNone,
+            [](Configuration& all) -> KeyBindings& { return all.input.keyMap; }),
+        entriesSetting<std::map<std::string, std::string>>(
+            {"platform", "properties", "QUIRAVENT_PROPERTIES",
+             "Properties that the application is told, beside the default ones or in their place."},
+            {"a text without NUL", {{"type", "string"}}}, Configuration().platform.properties,
+            plainText,
+            [](Configuration& all) -> std::map<std::string, std::string>& {
+                return all.platform.properties;
+            }),
+        pathSetting({"control", "path", "QUIRAVENT_CONTROL",
+                     "Socket of the control channel; none where it is empty."},
+                    "the path of a socket", isAnything,
+                    [](Configuration& all) -> std::string& { return all.control.path; }),
+    };
+}
+
 std::vector<Setting> makeSettings() {
     const std::vector<std::string> drivers = driverChoices();
-    return {
+    std::vector<Setting> table{
         choiceSetting({"screen", "driver", "QUIRAVENT_SCREEN",
                        "What shows the screen; \"auto\" takes the first that works here."},
                       drivers, 0,
@@ -55,12 +103,14 @@ std::vector<Setting> makeSettings() {
                        "How large a loaded picture or font may be, in MiB."},
                       1, 4095,
                       [](Configuration& all) -> uint64_t& { return all.network.sizeLimitMiB; }),
-        enumerationSetting<log::Level>(
-            {"log", "level", "QUIRAVENT_LOG",
-             "The device's own messages on standard error: up to which level they are written."},
-            {log::kLevelNames.begin(), log::kLevelNames.end()},
-            [](Configuration& all) -> log::Level& { return all.log.level; }),
     };
+    for (Setting& setting : inputAndPlatformSettings()) table.push_back(std::move(setting));
+    table.push_back(enumerationSetting<log::Level>(
+        {"log", "level", "QUIRAVENT_LOG",
+         "The device's own messages on standard error: up to which level they are written."},
+        {log::kLevelNames.begin(), log::kLevelNames.end()},
+        [](Configuration& all) -> log::Level& { return all.log.level; }));
+    return table;
 }
 
 }  // namespace
