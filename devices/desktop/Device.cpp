@@ -16,6 +16,9 @@ namespace quiravent::desktop {
 
 namespace {
 
+/// Status by which the launcher is asked to start the application again.
+constexpr int kRestartStatus = 83;
+
 const char* processEnvironment(const char* name) { return std::getenv(name); }
 
 std::function<std::string()> storageFolder(const std::string& configured) {
@@ -23,10 +26,27 @@ std::function<std::string()> storageFolder(const std::string& configured) {
     return [] { return defaultStorageFolder(processEnvironment); };
 }
 
+bool isUnderLauncher() {
+    const char* const mark = processEnvironment("QUIRAVENT_LAUNCHER");
+    return mark != nullptr && std::string(mark) == "1";
+}
+
+/// Does one thing of those that are due at the end; what goes wrong with it is told, and the others
+/// are done all the same.
+template <class Body>
+void attempt(Body body) noexcept {
+    try {
+        body();
+    } catch (const std::exception& error) {
+        log::error("the device's end: ", error.what());
+    }
+}
+
 }  // namespace
 
 Device::Device(const Configuration& configuration)
-    : m_screen(createDisplayDriver(configuration.screen.driver),
+    : m_platform(configuration.platform.properties),
+      m_screen(createDisplayDriver(configuration.screen.driver),
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
@@ -54,14 +74,29 @@ Device* Device::start() noexcept {
     }
 }
 
+void Device::leave() noexcept {
+    finish();
+    m_standardStreams.restore();
+    ::_exit(EXIT_SUCCESS);
+}
+
+void Device::restart() noexcept {
+    finish();
+    m_standardStreams.restore();
+    if (isUnderLauncher()) ::_exit(kRestartStatus);
+    attempt([&] { m_processStart.repeat(); });
+    ::_exit(EXIT_FAILURE);
+}
+
 void Device::finish() noexcept {
-    try {
-        m_remote.stop();
-        m_screen.finish();
-        m_persistence.close();
-    } catch (const std::exception& error) {
-        log::error("the device's end: ", error.what());
-    }
+    std::call_once(m_finished, [&] { finishInTurn(); });
+}
+
+void Device::finishInTurn() noexcept {
+    attempt([&] { m_remote.stop(); });
+    attempt([&] { m_platform.stop(); });
+    attempt([&] { m_screen.finish(); });
+    attempt([&] { m_persistence.close(); });
 }
 
 }  // namespace quiravent::desktop
