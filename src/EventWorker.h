@@ -158,9 +158,10 @@ class WorkerSlot {
     }
 
   private:
-    mutable std::mutex m_mutex;
-    // Never freed: device threads may report while the process cleans up after itself.
+    // Never freed: device threads may report while the process cleans up after itself. First, so
+    // that a debugger or another library that looks the symbol up sees null or not.
     std::shared_ptr<Worker>* m_worker = nullptr;
+    mutable std::mutex m_mutex;
 };
 
 }  // namespace quiravent

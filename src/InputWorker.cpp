@@ -4,6 +4,7 @@
 
 #include "porting/pl_platform.h"
 #include "support/HardEnd.h"
+#include "support/Kept.h"
 
 quiravent::WorkerSlot<InputWorker> g_input_worker;
 
@@ -39,7 +40,7 @@ void InputWorker::dispatchCustomEvent(std::string name, std::string data) {
     AddReport({std::move(name), std::move(data)});
 }
 
-void InputWorker::attachAllKeys() { (void)pl_input_UpdateKeyMask(kAllKeys, 0, 1); }
+QUIRAVENT_KEPT void InputWorker::attachAllKeys() { (void)pl_input_UpdateKeyMask(kAllKeys, 0, 1); }
 
 void InputWorker::Attach() {
     (void)pl_input_SetCallback_KeyPress(onKeyPress);

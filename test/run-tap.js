@@ -11,6 +11,7 @@
 const fs = require('fs');
 const path = require('path');
 const { spawn } = require('child_process');
+const { runtime } = require('./script/support/build');
 
 /** A file that isn't over by then hangs. */
 const PATIENCE_MS = 180 * 1000;
@@ -39,7 +40,7 @@ function runFile(file, library) {
     const loaderPath = [path.resolve(library), process.env.LD_LIBRARY_PATH]
       .filter(Boolean)
       .join(':');
-    const child = spawn(process.execPath, ['--expose-gc', file], {
+    const child = spawn(runtime, ['--expose-gc', file], {
       env: Object.assign({}, process.env, { LD_LIBRARY_PATH: loaderPath }),
       stdio: ['ignore', 'pipe', 'pipe']
     });

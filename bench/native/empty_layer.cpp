@@ -21,4 +21,7 @@ void answerAll(const Arguments&... arguments) {
         answerAll arguments;                             \
         return static_cast<result>(0);                   \
     }
+// The interface takes its texts by value.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 #include "porting/pl_functions.def"
+// NOLINTEND(performance-unnecessary-value-param)

@@ -1,6 +1,5 @@
 #include "DeviceThreads.h"
 
-#include <algorithm>
 #include <thread>
 #include <utility>
 
@@ -54,10 +53,11 @@ void DeviceThreads::serve(Queue& queue) {
 }
 
 void DeviceThreads::run(const Burst& burst) {
-    const auto count = std::count_if(burst.events.begin(), burst.events.end(), deliver);
+    uint32_t count = 0;
+    for (const Event& event : burst.events) count += deliver(event);
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_delivered[burst.id] = static_cast<uint32_t>(count);
+        m_delivered[burst.id] = count;
     }
     Recorder::instance().notifyChange();
 }

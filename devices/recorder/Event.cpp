@@ -29,9 +29,7 @@ bool deliverTo(const std::map<uint32_t, pl_media_event_callback>& players, const
     return true;
 }
 
-}  // namespace
-
-bool deliver(const Event& event) {
+bool deliverOnce(const Event& event) {
     const FakeDevice::Callbacks callbacks = FakeDevice::instance().callbacks();
     if (event.callback == "keyPress") return deliverTo(callbacks.keyPress, event);
     if (event.callback == "keyRelease") return deliverTo(callbacks.keyRelease, event);
@@ -40,6 +38,17 @@ bool deliver(const Event& event) {
     if (event.callback == "media") return deliverTo(callbacks.media, event);
     if (event.callback == "ad") return deliverTo(callbacks.ad, event);
     return false;
+}
+
+}  // namespace
+
+uint32_t deliver(Event event) {
+    uint32_t count = 0;
+    for (uint32_t call = 0; call < event.times; ++call) {
+        if (deliverOnce(event)) ++count;
+        if (!event.args.empty()) ++event.args.back();
+    }
+    return count;
 }
 
 }  // namespace quiravent::recorder

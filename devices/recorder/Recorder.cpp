@@ -79,6 +79,10 @@ Behaviour Recorder::enter(const char* fn, List args) {
     m_calls.push_back({m_nextSeq++, fn, std::move(args), threadKind()});
     if (m_echoes) dprintf(STDOUT_FILENO, "%s\n", fn);
     Behaviour behaviour = takeBehaviour(fn);
+    if (!behaviour.opens.empty()) {
+        m_openGates.insert(behaviour.opens);
+        m_gateOpened.notify_all();
+    }
     if (!behaviour.gate.empty()) waitAtGate(behaviour, lock);
     lock.unlock();
     notifyChange();

@@ -31,6 +31,7 @@ struct Behaviour {
     Record outputs;                 ///< by the output's name; null leaves that output unwritten
     std::string gate;               ///< unless empty, the call waits until this gate is open
     std::chrono::milliseconds patience{10000};  ///< after which it goes on with the gate closed
+    std::string opens;                          ///< unless empty, the gate that the call opens
     std::vector<Event> inside;                  ///< callbacks to call before the call returns
 };
 

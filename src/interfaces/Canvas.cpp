@@ -196,7 +196,7 @@ void Canvas::SetFont(Font* font) {
     m_font = font;
 }
 
-int32_t Canvas::DrawText(std::string text, unsigned int x, unsigned int y) {
+int32_t Canvas::DrawText(const std::string& text, unsigned int x, unsigned int y) {
     if (IsInvalid()) return kInvalid;
     if (m_font == nullptr || text.empty()) return 0;
     return pl_gfx_Canvas_DrawText(m_handle, x, y, text.c_str());
@@ -242,7 +242,7 @@ int32_t Canvas::Flush(unsigned int x, unsigned int y, unsigned int w, unsigned i
     return pl_gfx_Canvas_Flush(m_handle, &rect);
 }
 
-int32_t Canvas::DrawEllipse(std::string mode, unsigned int xc, unsigned int yc,
+int32_t Canvas::DrawEllipse(const std::string& mode, unsigned int xc, unsigned int yc,
                             unsigned int radiusx, unsigned int radiusy, double ang_start,
                             double ang_end) {
     if (IsInvalid()) return kInvalid;

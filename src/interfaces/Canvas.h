@@ -76,7 +76,7 @@ class Canvas {
 
     /// Null unbinds the font, which the device isn't told. A font that is gone changes nothing.
     void SetFont(Font* font);
-    int32_t DrawText(std::string text, unsigned int x, unsigned int y);
+    int32_t DrawText(const std::string& text, unsigned int x, unsigned int y);
     /// Words: "left", "center", "right" and "baseline", "top", "middle", "bottom"; any other word
     /// counts as the first of its row. Without a font nothing happens.
     int32_t SetTextAlign(const std::string& h, const std::string& v);
@@ -90,10 +90,11 @@ class Canvas {
     int32_t Flush();
     int32_t Flush(unsigned int x, unsigned int y, unsigned int w, unsigned int h);
     /// Modes: "outline"; any other word fills.
-    int32_t DrawEllipse(std::string mode, unsigned int xc, unsigned int yc, unsigned int radiusx,
-                        unsigned int radiusy, double ang_start, double ang_end);
+    int32_t DrawEllipse(const std::string& mode, unsigned int xc, unsigned int yc,
+                        unsigned int radiusx, unsigned int radiusy, double ang_start,
+                        double ang_end);
     /// A name of the blend table; any other text is mode 0.
-    int32_t SetPorterDuff(std::string name);
+    int32_t SetPorterDuff(const std::string& name);
 
     /// Gives the handle back; the object stays, invalid for good.
     void Release();

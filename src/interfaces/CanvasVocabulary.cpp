@@ -219,7 +219,7 @@ void Canvas::SetColor(const std::string& text) {
     if (!IsSame(before, m_color)) m_color_name = text;
 }
 
-int32_t Canvas::SetPorterDuff(std::string name) {
+int32_t Canvas::SetPorterDuff(const std::string& name) {
     if (IsInvalid()) return 1;
     const auto found = s_porter_duff_modes.find(name);
     const auto mode = found == s_porter_duff_modes.end() ? e_pl_fgx_porter_duff(0) : found->second;

@@ -23,7 +23,7 @@ Canvas* GraphicServices::CreateCanvas(unsigned int width, unsigned int height) {
     return quiravent::MakeOrNull<Canvas>(width, height, e_GraphicServices_CanvasType_Offscreen, 0U);
 }
 
-Canvas* GraphicServices::LoadImage(std::string path) {
+Canvas* GraphicServices::LoadImage(const std::string& path) {
     uint32_t handle = 0;
     // The handle alone decides.
     (void)pl_gfx_LoadImage(path.c_str(), &handle);
@@ -37,7 +37,7 @@ Canvas* GraphicServices::LoadImage(std::string path) {
                                          handle);
 }
 
-Font* GraphicServices::LoadFont(std::string path, unsigned int size) {
+Font* GraphicServices::LoadFont(const std::string& path, unsigned int size) {
     return quiravent::MakeOrNull<Font>(path, size);
 }
 

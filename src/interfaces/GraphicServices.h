@@ -14,8 +14,8 @@ class GraphicServices {
     static Canvas* GetTargetCanvas();
     static Canvas* CreateCanvas(unsigned int width, unsigned int height);
     /// Any thread; may take as long as a file or the network does.
-    static Canvas* LoadImage(std::string path);
-    static Font* LoadFont(std::string path, unsigned int size);
+    static Canvas* LoadImage(const std::string& path);
+    static Font* LoadFont(const std::string& path, unsigned int size);
     /// Both outputs are 0 unless the device answered. The status 0xFFFF alone is a failure.
     static int32_t GetVRAMStats(int* used, int* free);
 };

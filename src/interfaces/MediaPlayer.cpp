@@ -3,6 +3,7 @@
 #include "Canvas.h"
 #include "MakeOrNull.h"
 #include "PlayerCalls.h"
+#include "support/Kept.h"
 
 const quiravent::ComponentNames MediaPlayer::s_componentNames = quiravent::MakeComponentNames();
 
@@ -40,7 +41,8 @@ int32_t MediaPlayer::SetVolume(int volume) {
     return CallPlayer(pl_media_UrlPlayer_SetVolume, m_handle, static_cast<uint8_t>(volume & 255));
 }
 
-void MediaPlayer::GetThumbnail(unsigned position, unsigned w, unsigned h, Canvas** result) {
+QUIRAVENT_KEPT void MediaPlayer::GetThumbnail(unsigned position, unsigned w, unsigned h,
+                                              Canvas** result) {
     *result = nullptr;
     if (m_handle == 0) return;
     uint32_t canvas = 0;

@@ -11,7 +11,8 @@ class MediaPlayer;
 /// and are null when the device refuses.
 class MediaServices {
   public:
-    static MediaPlayer* GetPlayer(std::string url, unsigned x, unsigned y, unsigned w, unsigned h);
+    static MediaPlayer* GetPlayer(const std::string& url, unsigned x, unsigned y, unsigned w,
+                                  unsigned h);
     /// \param error what the device answered; it may be 0 beside a null
-    static AdPlayer* GetAdPlayer(std::string url, e_pl_ad_media_error* error);
+    static AdPlayer* GetAdPlayer(const std::string& url, e_pl_ad_media_error* error);
 };

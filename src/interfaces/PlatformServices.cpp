@@ -44,7 +44,7 @@ void PlatformServices::GetRuntimeState(std::string* state) {
     }
 }
 
-bool PlatformServices::SetRuntimeState(std::string state) {
+bool PlatformServices::SetRuntimeState(const std::string& state) {
     for (uint32_t number = 0; number < kStates; ++number) {
         const auto code = e_pl_platform_runtime_state(number);
         if (state != RuntimeState_Code2Str(code)) continue;

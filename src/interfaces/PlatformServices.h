@@ -16,7 +16,7 @@ class PlatformServices {
 
     static void GetRuntimeState(std::string* state);
     /// \return whether the text is one of the six, not whether the device obeyed
-    static bool SetRuntimeState(std::string state);
+    static bool SetRuntimeState(const std::string& state);
 
     /// The first time, and as long as the platform's list is empty every time: fetches the
     /// properties, registers for state changes, and starts the service selector channel.

@@ -6,15 +6,13 @@ namespace quiravent {
 
 /// Property names that scripts and the module exchange again and again. They are made once, when
 /// the module is loaded, and kept: making a string anew costs more than the call it is for.
-#define QUIRAVENT_PROPERTY_NAMES(NAME)                                                             \
-    NAME(x)                                                                                        \
-    NAME(y)                                                                                        \
-    NAME(w)                                                                                        \
-    NAME(h)                                                                                        \
-    NAME(x1)                                                                                       \
-    NAME(y1) NAME(x2) NAME(y2) NAME(r) NAME(g) NAME(b) NAME(a) NAME(width) NAME(height) NAME(mode) \
-        NAME(xc) NAME(yc) NAME(radiusx) NAME(radiusy) NAME(ang_start) NAME(ang_end) NAME(used)     \
-            NAME(free) NAME(message) NAME(now) NAME(begin) NAME(end) NAME(id) NAME(language)
+// clang-format off
+#define QUIRAVENT_PROPERTY_NAMES(NAME) \
+    NAME(x) NAME(y) NAME(w) NAME(h) NAME(x1) NAME(y1) NAME(x2) NAME(y2) NAME(r) NAME(g) NAME(b) \
+    NAME(a) NAME(width) NAME(height) NAME(mode) NAME(xc) NAME(yc) NAME(radiusx) NAME(radiusy) \
+    NAME(ang_start) NAME(ang_end) NAME(used) NAME(free) NAME(message) NAME(now) NAME(begin) \
+    NAME(end) NAME(id) NAME(language)
+// clang-format on
 
 enum class Property {
 #define NAME(name) name,

@@ -212,6 +212,7 @@ test('a text that names no colour is opaque white', (t) => {
     '#zzzzz',
     '#abcdefa',
     '#abcdef012',
+    '#abé',
     'abcdef'
   ];
   texts.forEach((text) => t.deepEqual(colorOf(text), WHITE, JSON.stringify(text)));
@@ -232,6 +233,11 @@ const HEXADECIMAL = {
   '#7g0x12': rgba(0x07, 0, 0x12, 255),
   '#0X+f\t7-f': rgba(0, 0x0f, 0x07, 0xf1)
 };
+
+test('a colour’s text ends at its first NUL', (t) => {
+  t.deepEqual(colorOf('red\0dish'), rgba(255, 0, 0, 255));
+  t.end();
+});
 
 test('hexadecimal texts have one or two digits for each part', (t) => {
   Object.keys(HEXADECIMAL).forEach((text) => {

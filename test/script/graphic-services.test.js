@@ -80,6 +80,17 @@ test('createCanvas makes an off-screen canvas, or gives undefined', (t) => {
   t.end();
 });
 
+test('a canvas whose handle the porting layer left out is an invalid one', (t) => {
+  recorder.once('pl_gfx_CreateCanvas', { status: 0, outputs: { handle: null } });
+  const canvas = services.createCanvas(2, 2);
+  recorder.clear();
+  t.equal(canvas.isInvalid(), true);
+  canvas.fillRect(1, 2, 3, 4);
+  canvas.release();
+  t.deepEqual(recorder.calls(), []);
+  t.end();
+});
+
 test('getVRAMStats gives signed figures, zeros only for one status', (t) => {
   const fn = 'pl_gfx_GetVRAMStats';
   const outputs = { used: 5, free: -2 };

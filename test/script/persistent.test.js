@@ -113,6 +113,17 @@ test('every value is stored as its text', (t) => {
   t.end();
 });
 
+test('a text given ends at its first NUL', (t) => {
+  const store = open('nul');
+  recorder.clear();
+  store.set('k\0ey', 'v\0alue');
+  store.get('k\0ey');
+  open('app\0x');
+  const texts = recorder.calls().map((call) => call.args.slice(1));
+  t.deepEqual(texts, [['k', 'v'], ['k', ''], ['app']]);
+  t.end();
+});
+
 test('a text given back ends at its first NUL', (t) => {
   const store = open('nul');
   recorder.once('pl_persistent_GetValue', { outputs: { value: 'ab\0cd' } });

@@ -96,27 +96,31 @@ function installHeaders() {
   }
 }
 
-function once(name, inputs, action) {
+/** Does what the inputs ask for, unless it was done for the same ones and is still there. */
+function once(name, inputs, isThere, action) {
   const hash = crypto.createHash('sha256');
   inputs.forEach((input) => hash.update(input));
   const digest = hash.digest('hex');
   const stamp = path.join(stampFolder, name);
-  if (fs.existsSync(stamp) && fs.readFileSync(stamp, 'utf8') === digest) return;
+  const done = fs.existsSync(stamp) && fs.readFileSync(stamp, 'utf8') === digest;
+  if (done && isThere()) return;
   action();
   fs.mkdirSync(stampFolder, { recursive: true });
   fs.writeFileSync(stamp, digest);
 }
 
+const always = () => true;
+
 /** Sets up what the groups of tools/packages.txt and the build ask for. */
 function setup(groups) {
   groups.forEach((group) => {
     const packages = readPackages(group);
-    once(`packages-${group}`, packages, () => installPackages(packages));
+    once(`packages-${group}`, packages, always, () => installPackages(packages));
   });
   const lock = fs.readFileSync(path.join(root, 'package-lock.json'));
-  const modules = path.join(root, 'node_modules', '.package-lock.json');
-  once('modules', [lock, String(fs.existsSync(modules))], installModules);
-  once('headers', [process.version, process.execPath], installHeaders);
+  const modules = path.join(root, 'node_modules', 'nan', 'nan.h');
+  once('modules', [lock], () => fs.existsSync(modules), installModules);
+  once('headers', [process.version, process.execPath], always, installHeaders);
 }
 
 module.exports = { setup };

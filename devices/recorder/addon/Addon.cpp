@@ -2,6 +2,7 @@
 // arguments checked, in test/script/support/recorder.js.
 
 #include <nan.h>
+#include <sys/ioctl.h>
 
 #include <memory>
 
@@ -78,6 +79,13 @@ void delivered(const Info& info) {
     if (count) info.GetReturnValue().Set(*count);
 }
 
+/// unread(descriptor): how many bytes wait in that pipe.
+void unread(const Info& info) {
+    int bytes = 0;
+    (void)ioctl(Nan::To<int>(info[0]).FromJust(), FIONREAD, &bytes);
+    info.GetReturnValue().Set(bytes);
+}
+
 /// onChange(listener): to be called once.
 void onChange(const Info& info) {
     changeSignal = std::make_unique<ChangeSignal>(info[0].As<v8::Function>()).release();
@@ -100,6 +108,7 @@ NAN_MODULE_INIT(init) {
     Nan::SetMethod(target, "waitingAt", waitingAt);
     Nan::SetMethod(target, "fire", fire);
     Nan::SetMethod(target, "delivered", delivered);
+    Nan::SetMethod(target, "unread", unread);
     Nan::SetMethod(target, "onChange", onChange);
     Nan::SetMethod(target, "holdLoop", holdLoop);
     Nan::SetMethod(target, "stop", stop);

@@ -66,6 +66,9 @@ Event toEvent(const Value& value) {
             event.args.push_back(static_cast<int64_t>(arg.number()));
         }
     }
+    if (const Value* times = value.find("times")) {
+        event.times = static_cast<uint32_t>(times->number());
+    }
     return event;
 }
 
@@ -100,6 +103,7 @@ Behaviour toBehaviour(const Value& value) {
         if (const auto* record = std::get_if<Record>(outputs)) behaviour.outputs = *record;
     }
     if (const Value* gate = value.find("gate")) behaviour.gate = gate->text();
+    if (const Value* opens = value.find("opens")) behaviour.opens = opens->text();
     if (const Value* patience = value.find("patience")) {
         behaviour.patience = std::chrono::milliseconds(static_cast<int64_t>(patience->number()));
     }

@@ -142,8 +142,8 @@ TEST(Load, GoesOnBesideDrawing) {
 
 TEST(Start, WithAWrongConfigurationRefusesEverythingAndSaysWhyOnce) {
     Station station;
-    std::ofstream(station / "device.json") << R"({"screen": {"driver": "crt"}})";
-    station.setVariable("QUIRAVENT_CONFIG", station / "device.json");
+    std::ofstream(station / "a\n\t\x1b.json") << R"({"screen": {"driver": "crt"}})";
+    station.setVariable("QUIRAVENT_CONFIG", station / "a\n\t\x1b.json");
     const ChildOutcome outcome = station.run([] {
 #define PL_FUNCTION(result, name, parameters, arguments) \
     EXPECT_NE(callWith(1, &(name)), 0) << #name;
@@ -153,7 +153,7 @@ TEST(Start, WithAWrongConfigurationRefusesEverythingAndSaysWhyOnce) {
         EXPECT_EQ(handle, 0U);
     });
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.errors, "quiravent: error: " + (station / "device.json") +
+    EXPECT_EQ(outcome.errors, "quiravent: error: " + (station / R"(a\n\t\x1b.json)") +
                                   R"(: screen.driver is "crt"; allowed: "auto", "headless")"
                                   "\n");
 }

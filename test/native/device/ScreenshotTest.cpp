@@ -90,6 +90,10 @@ TEST(Screenshot, TextAndShapesReachTheScreen) {
         EXPECT_EQ(pl_gfx_Canvas_SetRotation(canvas, 90), e_pl_status_ok);
         EXPECT_EQ(pl_gfx_Canvas_DrawText(canvas, 640, 360, "\xe2\x96\x88\xe2\x96\x88\xe2\x96\x88"),
                   e_pl_status_ok);
+        // So does one that would lie beyond the screen for the most part.
+        EXPECT_EQ(pl_gfx_Canvas_SetTextAlign(canvas, 0, 2), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_Canvas_DrawText(canvas, 1200, 360, "\xe2\x96\x88\xe2\x96\x88\xe2\x96\x88"),
+                  e_pl_status_ok);
         const double notANumber = std::nan("");
         EXPECT_EQ(pl_gfx_Canvas_DrawEllipse(canvas, 0, 100, 100, 50, 50, notANumber, 1),
                   e_pl_status_ok);
@@ -104,6 +108,8 @@ TEST(Screenshot, TextAndShapesReachTheScreen) {
     EXPECT_EQ(picture.rgba(640, 360), 0xffffffffU);
     EXPECT_EQ(picture.rgba(640, 260), 0xffffffffU);
     EXPECT_EQ(picture.rgba(740, 360), 0x000000ffU);
+    EXPECT_EQ(picture.rgba(1275, 460), 0xffffffffU);
+    EXPECT_EQ(picture.rgba(1210, 360), 0x000000ffU);
     EXPECT_EQ(picture.rgba(100, 60), 0xffffffffU);
     EXPECT_EQ(picture.rgba(100, 140), 0xffffffffU);
 }

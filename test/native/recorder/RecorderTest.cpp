@@ -181,6 +181,8 @@ TEST_F(RecorderTest, DeliversEventsFromManyThreads) {
         bursts.push_back(threads.fire(thread, events));
     for (const uint64_t burst : bursts) EXPECT_TRUE(overWith(burst, 100));
     EXPECT_EQ(keySum, 4 * 100 * 3);
+    EXPECT_TRUE(overWith(threads.fire("one", {{"keyPress", {1000}, 3}}), 3));
+    EXPECT_EQ(keySum, 4 * 100 * 3 + 1000 + 1001 + 1002) << "a repeated event's argument rises";
     EXPECT_EQ(lastCall().thread, "device");
 }
 

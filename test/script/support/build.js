@@ -10,4 +10,7 @@ const buildFolder = process.env.QUIRAVENT_BUILD
   : path.join(projectFolder, 'build', 'release');
 const modulePath = path.join(buildFolder, 'quiravent.node');
 
-module.exports = { projectFolder, buildFolder, modulePath };
+/** What runs scripts: this runtime, or QUIRAVENT_RUNTIME (another one, perhaps in an emulator). */
+const runtime = process.env.QUIRAVENT_RUNTIME || process.execPath;
+
+module.exports = { projectFolder, buildFolder, modulePath, runtime };

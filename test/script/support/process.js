@@ -4,6 +4,7 @@
 
 const path = require('path');
 const { spawn } = require('child_process');
+const { runtime } = require('./build');
 
 /** A process that isn't over by then is ended; in ms. */
 const PATIENCE = 60000;
@@ -11,22 +12,28 @@ const PATIENCE = 60000;
 const PRELUDE = `
 const recorder = require(${JSON.stringify(path.join(__dirname, 'recorder'))});
 const quiravent = require(${JSON.stringify(path.join(__dirname, 'module'))});
+const support = (name) => require(${JSON.stringify(__dirname + path.sep)} + name);
 const say = (text) => require('fs').writeSync(1, text);
 `;
 
 /**
- * Runs source, in which `recorder`, `quiravent` and `say(text)` (which writes to standard output at
- * once) are known. Resolves with { code, signal, stdout, stderr }; code is null when a signal ended
- * the process, and the other way round.
+ * Runs source, in which `recorder`, `quiravent`, `say(text)` (which writes to standard output at
+ * once) and `support(name)` (a file of this folder) are known. Resolves with { code, signal, stdout,
+ * stderr }; code is null when a signal ended the process, and the other way round.
+ *
+ * watch(output, child), if given, is called at each piece of output, with all of it so far.
  */
-function runScript(source) {
+function runScript(source, watch) {
   return new Promise((resolve, reject) => {
-    const child = spawn(process.execPath, ['--expose-gc', '-e', PRELUDE + source], {
+    const child = spawn(runtime, ['--expose-gc', '-e', PRELUDE + source], {
       stdio: ['ignore', 'pipe', 'pipe']
     });
     const result = { code: null, signal: null, stdout: '', stderr: '' };
     const timer = setTimeout(() => child.kill('SIGKILL'), PATIENCE);
-    child.stdout.setEncoding('utf8').on('data', (text) => (result.stdout += text));
+    child.stdout.setEncoding('utf8').on('data', (text) => {
+      result.stdout += text;
+      if (watch) watch(result.stdout, child);
+    });
     child.stderr.setEncoding('utf8').on('data', (text) => (result.stderr += text));
     child.on('error', reject);
     child.on('close', (code, signal) => {

@@ -9,9 +9,10 @@
  * callback; a lent array's count and the playback speed are given as they came in. `thread` is
  * 'script', 'pool', 'device' or another thread's name.
  *
- * A behaviour says how a call is answered: { status, outputs, patience, inside }, all optional.
- * `outputs` are values by name, written whatever the status (null: the output is left alone);
- * `inside` is a list of events that are delivered before the call returns.
+ * A behaviour says how a call is answered: { status, outputs, patience, opens, inside }, all
+ * optional. `outputs` are values by name, written whatever the status (null: the output is left
+ * alone); `opens` names a gate, see hold(); `inside` is a list of events that are delivered before
+ * the call returns.
  */
 
 const path = require('path');
@@ -27,7 +28,12 @@ const PATIENCE = 10000;
 const waiters = new Set();
 let lastGate = 0;
 
-native.onChange(() => waiters.forEach((waiter) => waiter()));
+/** Asks all conditions anew that are waited for: to be called when a test's listener has heard. */
+function recheck() {
+  waiters.forEach((waiter) => waiter());
+}
+
+native.onChange(recheck);
 process.on('exit', () => native.stop());
 
 function checkFunction(fn) {
@@ -126,12 +132,14 @@ function waitForCalls(fn, count) {
 
 /**
  * Makes the next call of a function wait until the gate that this returns is opened, or `patience`
- * ms (10000) are over. Returns { open(), blocked() }; blocked() resolves once the call waits.
+ * ms (10000) are over. Returns { gate, open(), blocked() }; blocked() resolves once the call waits.
+ * Calls of the script thread can only be let go by another call, which opens the gate by name.
  */
 function hold(fn, behaviour) {
   const gate = `gate ${(lastGate += 1)}`;
   once(fn, Object.assign({}, behaviour, { gate }));
   return {
+    gate,
     open: () => native.openGate(gate),
     blocked: () => waitUntil(() => native.waitingAt(gate) > 0, `${fn} to wait`)
   };
@@ -145,6 +153,16 @@ function hold(fn, behaviour) {
 function event(callback) {
   if (callbacks.indexOf(callback) < 0) throw new TypeError(`'${callback}' is no callback.`);
   return { callback, args: Array.prototype.slice.call(arguments, 1) };
+}
+
+/** The same event `times` times over, its last argument rising by 1 from one to the next. */
+function rising(event, times) {
+  return Object.assign({ times }, event);
+}
+
+/** How many bytes wait in the pipe that a descriptor belongs to. */
+function unread(descriptor) {
+  return native.unread(descriptor);
 }
 
 /**
@@ -170,9 +188,12 @@ module.exports = {
   once,
   always,
   reset,
+  recheck,
   waitUntil,
   waitForCalls,
   hold,
   event,
-  fire
+  rising,
+  fire,
+  unread
 };

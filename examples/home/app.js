@@ -1,0 +1,76 @@
+'use strict';
+
+const { rowsWith } = require('./catalogue');
+const { Motion } = require('./motion');
+const { DetailPanel } = require('./pages/details');
+const { HomePage } = require('./pages/home');
+const { SettingsPage } = require('./pages/settings');
+const { duration } = require('./theme');
+
+/**
+ * The application: what the viewer sees is drawn from what the pages hold, and keys change what they
+ * hold. It knows neither where keys come from nor when pictures are due.
+ */
+class App {
+  /**
+   * parts.settings: Settings; parts.tiles: a Map of tiles by the item's id; parts.backdrop: a canvas
+   * of the screen's size; parts.now: gives the time as a Date; parts.isStill: without motion, even
+   * where the viewer has chosen it.
+   */
+  constructor(parts) {
+    Object.assign(this, parts);
+    this.motion = new Motion(0);
+    this.updateRows();
+    this.settingsChanged();
+    this.home = new HomePage(this, this.settings.read('focus'));
+    this.overlay = null;
+  }
+
+  handleKey(key) {
+    (this.overlay || this.home).handleKey(key);
+  }
+
+  /** time: in milliseconds, of the motion alone. Gives whether another picture should follow. */
+  draw(pen, time) {
+    this.motion.begin(time);
+    const shown = this.motion.value('overlay', this.overlay ? 1 : 0);
+    // What has been closed is still seen while it fades out.
+    this.lastOverlay = this.overlay || this.lastOverlay;
+    this.home.draw(pen, this.motion);
+    pen.faded(shown, () => this.lastOverlay.draw(pen));
+    return this.motion.isMoving;
+  }
+
+  openDetails(item) {
+    this.overlay = new DetailPanel(this, item);
+  }
+
+  openSettings() {
+    this.overlay = new SettingsPage(this);
+  }
+
+  close() {
+    this.overlay = null;
+  }
+
+  rememberFocus(id) {
+    this.settings.write('focus', id);
+  }
+
+  toggleListed(id) {
+    this.settings.toggleListed(id);
+    this.updateRows();
+    this.home.rowsChanged();
+  }
+
+  settingsChanged() {
+    const isSmooth = !this.isStill && this.settings.get('motion') === 'Smooth';
+    this.motion.duration = isSmooth ? duration : 0;
+  }
+
+  updateRows() {
+    this.rows = rowsWith(this.settings.list);
+  }
+}
+
+module.exports = { App };

@@ -1,0 +1,363 @@
+'use strict';
+
+const test = require('tape');
+const recorder = require('./support/recorder');
+const quiravent = require('./support/module');
+const { openInput, endAll } = require('./support/workers');
+const { quiet } = require('./support/threads');
+const { runScript } = require('./support/process');
+
+const key = (action, code) => recorder.event(action, code);
+const PRESS = 'pl_input_SetCallback_KeyPress';
+const RELEASE = 'pl_input_SetCallback_KeyRelease';
+
+// First of all, since what is registered stays.
+test('the device has no callback before the first worker', (t) => {
+  return recorder.fire([key('keyPress', 37), key('keyRelease', 37)]).then((count) => {
+    t.equal(count, 0);
+  });
+});
+
+test('a worker registers for presses, then for releases, on its pool thread', (t) => {
+  recorder.clear();
+  const input = openInput();
+  t.ok(input.object instanceof quiravent.InputWorker);
+  t.deepEqual(Object.getOwnPropertyNames(input.object), []);
+  t.ok(
+    recorder.calls().every((call) => call.thread !== 'script'),
+    'nothing is called in the script’s stead'
+  );
+  return recorder
+    .waitForCalls(RELEASE)
+    .then(() => {
+      t.deepEqual(recorder.sequence(), [
+        [PRESS, 'function'],
+        [RELEASE, 'function']
+      ]);
+      t.ok(recorder.calls().every((call) => call.thread === 'pool'));
+      t.equal(recorder.calls('pl_input_UpdateKeyMask').length, 0, 'no key is masked');
+      input.close();
+      return input.completion();
+    })
+    .then((heard) => t.deepEqual(heard, [['complete']]));
+});
+
+test('called plainly, InputWorker makes an object all the same', (t) => {
+  const source = `
+    const InputWorker = quiravent.InputWorker;
+    const made = [InputWorker(), InputWorker.call({}), quiravent.InputWorker(null, 1, 2, 3)];
+    const log = [];
+    const note = (name) => () => {
+      log.push(name);
+      recorder.recheck();
+    };
+    const worker = InputWorker(note('data'), note('complete'), note('error'));
+    made.push(worker);
+    say(made.every((object) => object instanceof InputWorker) + ' ');
+    const press = (role) => recorder
+      .fire(recorder.event('keyPress', 5))
+      .then(support('threads').quiet)
+      .then(() => log.indexOf(role) >= 0 || press(role));
+    press('data').then(() => {
+      worker.closeInput();
+      return press('complete');
+    }).then(() => {
+      say(log.filter((entry, index) => log.indexOf(entry) === index).join());
+      process.exit(0);
+    });`;
+  return runScript(source).then((result) => {
+    t.equal(result.code, 0, result.stderr);
+    t.equal(result.stdout, 'true data,complete');
+  });
+});
+
+// [callback, code, what is heard: the name, and the code as text]
+const KEYS = [
+  ['keyPress', 37, ['keypress', '37']],
+  ['keyRelease', 37, ['keyrelease', '37']],
+  ['keyPress', 0, ['keypress', '0']],
+  ['keyRelease', 0, ['keyrelease', '0']],
+  ['keyPress', -5, ['keypress', '-5']],
+  ['keyRelease', -1, ['keyrelease', '-1']],
+  ['keyPress', 2147483647, ['keypress', '2147483647']],
+  ['keyRelease', -2147483648, ['keyrelease', '-2147483648']],
+  ['keyPress', 1, ['keypress', '1']],
+  ['keyPress', 3, ['keypress', '3']],
+  ['keyPress', 258, ['keypress', '258']],
+  ['keyRelease', 2, ['keyrelease', '2']],
+  ['keyPress', 37, ['keypress', '37']],
+  ['keyPress', 37, ['keypress', '37']]
+];
+
+test('keys arrive as the decimal text of their code, in order and without a filter', (t) => {
+  const input = openInput();
+  return input
+    .flush()
+    .then(() => {
+      recorder.clear();
+      return input.report(KEYS.map((row) => key(row[0], row[1])));
+    })
+    .then((events) => {
+      t.deepEqual(
+        events,
+        KEYS.map((row) => row[2])
+      );
+      t.deepEqual(recorder.calls(), []);
+      return endAll([input]);
+    });
+});
+
+test('a press of key 2 asks for the background, and is not heard', (t) => {
+  const input = openInput();
+  return input
+    .flush()
+    .then(() => {
+      recorder.clear();
+      recorder.once('pl_platform_SetRuntimeState', { status: 5 });
+      return input.report([
+        key('keyPress', 1),
+        key('keyPress', 2),
+        key('keyRelease', 2),
+        key('keyPress', 2),
+        key('keyPress', 3)
+      ]);
+    })
+    .then((events) => {
+      t.deepEqual(events, [
+        ['keypress', '1'],
+        ['keyrelease', '2'],
+        ['keypress', '3']
+      ]);
+      t.deepEqual(recorder.sequence(), [
+        ['pl_platform_SetRuntimeState', 2],
+        ['pl_platform_SetRuntimeState', 2]
+      ]);
+      t.ok(recorder.calls().every((call) => call.thread === 'device'));
+      return endAll([input]);
+    });
+});
+
+test('a listener is given two texts, with the global object as receiver', (t) => {
+  const source = `
+    const globalObject = new Function('return this;')();
+    const seen = [];
+    let worker = null;
+    function note() {
+      'use strict';
+      const args = Array.prototype.slice.call(arguments);
+      seen.push([this === globalObject].concat(args.map((arg) => typeof arg)));
+      recorder.recheck();
+    }
+    worker = new quiravent.InputWorker(note, note, note);
+    const press = () => recorder.fire(recorder.event('keyPress', 7)).then(() => {
+      if (seen.length > 0) worker.closeInput();
+      return seen.some((entry) => entry.length === 1) || press();
+    });
+    press().then(() => {
+      const kinds = Array.from(new Set(seen.map((entry) => entry.join())));
+      say(kinds.join(' ') + ', ' + seen[seen.length - 1]);
+    });`;
+  return runScript(source).then((result) => {
+    t.equal(result.code, 0, result.stderr);
+    t.equal(result.stdout, 'true,string,string true, true', 'the last is the completion listener');
+  });
+});
+
+test('what is reported before the worker waits stays until the next report', (t) => {
+  recorder.reset();
+  const held = recorder.hold(RELEASE);
+  const input = openInput();
+  return held
+    .blocked()
+    .then(() => recorder.fire([key('keyPress', 1), key('keyPress', 3), key('keyPress', 4)]))
+    .then((count) => {
+      t.equal(count, 3, 'presses are registered for already');
+      held.open();
+      return quiet();
+    })
+    .then(() => {
+      t.deepEqual(input.log, [], 'nobody woke the worker');
+      return input.report(key('keyPress', 5));
+    })
+    .then((events) => {
+      t.deepEqual(
+        events.map((event) => event[1]),
+        ['1', '3', '4', '5']
+      );
+      return endAll([input]);
+    });
+});
+
+test('closeInput wakes nobody: the next event is delivered, then the worker completes', (t) => {
+  const input = openInput();
+  return input
+    .flush()
+    .then(quiet)
+    .then(() => {
+      t.equal(input.object.closeInput(), undefined);
+      t.equal(input.object.closeInput(), undefined, 'twice is as good as once');
+      return quiet();
+    })
+    .then(() => {
+      t.equal(input.isComplete(), false);
+      return recorder.fire(key('keyPress', 11));
+    })
+    .then(() => input.completion())
+    .then((heard) => {
+      t.deepEqual(heard, [['data', 'keypress', '11'], ['complete']]);
+      const length = input.log.length;
+      input.close();
+      return recorder
+        .fire([key('keyPress', 12), key('keyRelease', 12)])
+        .then(() => quiet())
+        .then(() => t.equal(input.log.length, length, 'nothing is heard after the completion'));
+    });
+});
+
+test('all that is queued when the closing event comes is delivered before the completion', (t) => {
+  recorder.reset();
+  const input = openInput();
+  return input
+    .flush()
+    .then(quiet)
+    .then(() => {
+      input.close();
+      return recorder.fire(recorder.rising(key('keyPress', 100), 500));
+    })
+    .then(() => input.completion())
+    .then((heard) => {
+      t.ok(heard.length > 1, 'at least the event that ended it');
+      t.deepEqual(heard[heard.length - 1], ['complete']);
+      const codes = heard.slice(0, -1).map((entry) => Number(entry[2]));
+      t.deepEqual(
+        codes,
+        codes.map((code, index) => 100 + index),
+        'a part from the first on, without a gap'
+      );
+    });
+});
+
+test('closed before it waits, a worker registers and completes without an event', (t) => {
+  recorder.reset();
+  const held = recorder.hold(RELEASE);
+  const input = openInput();
+  return held
+    .blocked()
+    .then(() => recorder.fire(key('keyPress', 1)))
+    .then(() => {
+      input.close();
+      held.open();
+      return recorder.waitUntil(() => input.isComplete(), 'the completion');
+    })
+    .then(() => quiet())
+    .then(() => t.deepEqual(input.log, [['complete']], 'what was queued goes with it'));
+});
+
+test('closed before a pool thread takes it, a worker registers all the same', (t) => {
+  const source = `
+    process.env.UV_THREADPOOL_SIZE = '1';
+    const held = recorder.hold('pl_media_CreateUrlPlayer');
+    quiravent.mediaServices.getPlayer('url', {}, () => say('player '));
+    held.blocked().then(() => {
+      const log = (text) => () => say(text);
+      const worker = new quiravent.InputWorker(log('data '), log('complete'), log('error '));
+      worker.closeInput();
+      say(String(recorder.calls('${PRESS}').length) + ' ');
+      held.open();
+    });
+    process.on('exit', () => say(' ' + recorder.calls().map((call) => call.fn).slice(-2)));`;
+  return runScript(source).then((result) => {
+    t.equal(result.code, 0, result.stderr);
+    t.equal(result.stdout, `0 player complete ${PRESS},${RELEASE}`);
+  });
+});
+
+test('a second worker takes all events, and the first one never completes', (t) => {
+  const source = `
+    const workers = support('workers');
+    const first = workers.openInput();
+    let second = null;
+    first.flush().then(() => {
+      recorder.clear();
+      second = workers.openInput();
+      return second.report([7, 8, 9].map((code) => recorder.event('keyPress', code)));
+    }).then((events) => {
+      say(JSON.stringify([events.length, first.events().length, recorder.sequence()]));
+      first.close();
+      return second.report([4, 5].map((code) => recorder.event('keyRelease', code)));
+    }).then((events) => {
+      say(JSON.stringify([events.length, first.heard()]));
+      return workers.endAll([second]);
+    }).then(() => support('threads').quiet()).then(() => {
+      say(JSON.stringify([second.isComplete(), first.heard()]));
+      process.exit(7);
+    });`;
+  return runScript(source).then((result) => {
+    t.equal(result.code, 7, 'a worker that sleeps for good doesn’t keep the process from exiting');
+    const registrations = JSON.stringify([
+      [PRESS, 'function'],
+      [RELEASE, 'function']
+    ]);
+    t.equal(result.stdout, `[3,0,${registrations}][5,[]][true,[]]`);
+  });
+});
+
+test('a worker outlives its script object', (t) => {
+  const source = `
+    const workers = support('workers');
+    const input = workers.openInput();
+    input.object = null;
+    input.flush()
+      .then(() => support('threads').quiet())
+      .then(() => input.report(recorder.event('keyPress', 8)))
+      .then((events) => {
+        say(JSON.stringify(events));
+        process.exit(0);
+      });`;
+  return runScript(source).then((result) => {
+    t.equal(result.code, 0, result.stderr);
+    t.equal(result.stdout, '[["keypress","8"]]');
+  });
+});
+
+// [what stands for the data listener, how the fault is told]
+const NO_FUNCTIONS = [
+  ['', /undefined is not a function/],
+  ['5', /5 is not a function/],
+  ['null', /null is not a function/],
+  ['{ call: () => {} }', /<Object> is not a function/],
+  ['"text"', /text is not a function/]
+];
+
+NO_FUNCTIONS.forEach((row) => {
+  test(`a data listener that is no function is noticed when it is called: (${row[0]})`, (t) => {
+    const source = `
+      const worker = new quiravent.InputWorker(${row[0]});
+      recorder.waitForCalls('${RELEASE}').then(() => {
+        say('open');
+        const press = () => recorder.fire(recorder.event('keyPress', 1)).then(press);
+        return press();
+      });`;
+    return runScript(source).then((result) => {
+      t.equal(result.signal, null);
+      t.notEqual(result.code, 0);
+      t.equal(result.stdout, 'open', 'and no earlier');
+      t.ok(/TypeError/.test(result.stderr), 'by an exception that nobody catches');
+      t.ok(row[1].test(result.stderr), result.stderr);
+    });
+  });
+});
+
+test('a completion listener that is no function is noticed last', (t) => {
+  const source = `
+    const log = [];
+    process.on('uncaughtException', (error) => say(error.name + ' after ' + log.join()));
+    const worker = new quiravent.InputWorker((name, text) => log.push(text), 12);
+    worker.closeInput();
+    recorder.waitForCalls('${RELEASE}').then(() => support('threads').quiet())
+      .then(() => recorder.fire(recorder.event('keyPress', 1)));`;
+  return runScript(source).then((result) => {
+    t.equal(result.code, 0, result.stderr);
+    t.ok(/^TypeError after 1?$/.test(result.stdout), result.stdout);
+  });
+});

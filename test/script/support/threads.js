@@ -1,0 +1,68 @@
+'use strict';
+
+// The threads and descriptors of this process, as the kernel tells them.
+
+const fs = require('fs');
+
+const TASKS = '/proc/self/task';
+
+/** After which a wait is given up, in ms. */
+const PATIENCE = 10000;
+
+/** What read(id) gives for each thread that is still there. */
+function eachThread(read) {
+  const results = [];
+  fs.readdirSync(TASKS).forEach((id) => {
+    try {
+      results.push(read(id));
+    } catch (error) {
+      // It ended after the folder was read.
+      if (error.code !== 'ENOENT' && error.code !== 'ESRCH') throw error;
+    }
+  });
+  return results;
+}
+
+/** The names of all threads. */
+function threadNames() {
+  return eachThread((id) => fs.readFileSync(`${TASKS}/${id}/comm`, 'utf8').trim());
+}
+
+function isAsleep(id) {
+  const stat = fs.readFileSync(`${TASKS}/${id}/stat`, 'utf8');
+  return stat.slice(stat.lastIndexOf(')') + 2, stat.lastIndexOf(')') + 3) === 'S';
+}
+
+function othersAreAsleep() {
+  return eachThread((id) => Number(id) === process.pid || isAsleep(id)).every(Boolean);
+}
+
+/** Resolves after a turn of the loop, in which is heard what threads have signalled before. */
+function turn() {
+  return new Promise((resolve) => setImmediate(() => setImmediate(resolve)));
+}
+
+/**
+ * Resolves once all threads but this one sleep, which those of open workers do only in their wait.
+ * What a worker does by itself, it has then done.
+ */
+function quiet() {
+  const end = Date.now() + PATIENCE;
+  return new Promise((resolve, reject) => {
+    const look = () => {
+      if (othersAreAsleep()) return resolve();
+      if (Date.now() > end)
+        return reject(new Error('The threads of the process don’t come to rest'));
+      setImmediate(look);
+      return undefined;
+    };
+    setImmediate(look);
+  }).then(turn);
+}
+
+/** How many descriptors are open. */
+function descriptorCount() {
+  return fs.readdirSync('/proc/self/fd').length;
+}
+
+module.exports = { threadNames, turn, quiet, descriptorCount };

@@ -1,0 +1,76 @@
+'use strict';
+
+// Script runtimes of other versions and processors, with their headers, from the npm packages that
+// hold them. They are kept in a cache outside of the tree.
+
+const fs = require('fs');
+const os = require('os');
+const path = require('path');
+const { mustRun, root } = require('./run');
+
+const cache =
+  process.env.QUIRAVENT_CACHE ||
+  path.join(process.env.XDG_CACHE_HOME || path.join(os.homedir(), '.cache'), 'quiravent');
+
+/** The processors: npm's name, and what a build and a run on this machine need. */
+const processors = {
+  x64: { cmake: [], emulator: [] },
+  armv7l: {
+    cmake: [`-DCMAKE_TOOLCHAIN_FILE=${path.join(root, 'cmake', 'toolchains', 'armhf.cmake')}`],
+    emulator: ['qemu-arm-static', '-L', '/usr/arm-linux-gnueabihf']
+  }
+};
+
+/**
+ * Fetches a runtime unless it is in the cache.
+ * @returns {{name: string, processor: object, program: string, headers: string}}
+ */
+function fetchRuntime(processor, version) {
+  const name = `${processor}-${version}`;
+  const folder = path.join(cache, 'runtimes', name);
+  if (!fs.existsSync(path.join(folder, 'bin', 'node'))) {
+    console.log(`Fetching runtime ${name}`);
+    fs.mkdirSync(path.dirname(folder), { recursive: true });
+    const work = fs.mkdtempSync(path.join(path.dirname(folder), 'fetch-'));
+    const words = ['pack', `node-linux-${processor}@${version}`, '--silent'];
+    mustRun('npm', words.concat('--pack-destination', work), { capture: true });
+    const archive = path.join(work, fs.readdirSync(work)[0]);
+    mustRun('tar', ['-xzf', archive, '-C', work], { capture: true });
+    // Renamed whole, so that an interrupted fetch leaves nothing that looks complete.
+    fs.renameSync(path.join(work, 'package'), folder);
+    mustRun('rm', ['-rf', work]);
+  }
+  return {
+    name,
+    processor: processors[processor],
+    program: path.join(folder, 'bin', 'node'),
+    headers: path.join(folder, 'include', 'node')
+  };
+}
+
+/** Builds targets for a runtime in a folder of its own, which it answers. */
+function buildFor(runtime, targets) {
+  const folder = path.join(root, 'build', 'runtimes', runtime.name);
+  if (!fs.existsSync(path.join(folder, 'build.ninja'))) {
+    const words = ['-S', root, '-B', folder, '-G', 'Ninja', '-DCMAKE_BUILD_TYPE=Release'];
+    const options = [
+      `-DNODE_HEADERS=${runtime.headers}`,
+      '-DQUIRAVENT_DESKTOP=OFF',
+      '-DQUIRAVENT_TESTS=OFF',
+      '-DQUIRAVENT_BENCH=OFF'
+    ];
+    mustRun('cmake', words.concat(options, runtime.processor.cmake), { capture: true });
+  }
+  mustRun('cmake', ['--build', folder, '--target'].concat(targets), { capture: true });
+  return folder;
+}
+
+/** Writes a program that runs a runtime, in its emulator if it needs one; answers its path. */
+function writeStarter(runtime, folder) {
+  const file = path.join(folder, 'runtime');
+  const words = runtime.processor.emulator.concat(runtime.program);
+  fs.writeFileSync(file, `#!/bin/sh\nexec ${words.join(' ')} "$@"\n`, { mode: 0o755 });
+  return file;
+}
+
+module.exports = { buildFor, fetchRuntime, writeStarter };
