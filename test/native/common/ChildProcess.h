@@ -1,0 +1,41 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <string>
+
+/// How a child process ended, and what it wrote to standard error.
+struct ChildOutcome {
+    int status = -1;  ///< as waitpid() gives it; 0: in good order, without a failed expectation
+    std::string errors;
+};
+
+/// Runs a body in a child process, which then exits in good order. For what happens once in a
+/// process (start, configuration, end), and so that no test sees the device of another one.
+/// variables: set in the child's environment.
+inline ChildOutcome runInChild(const std::map<std::string, std::string>& variables,
+                               const std::function<void()>& body) {
+    std::FILE* const errors = std::tmpfile();
+    std::fflush(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(fileno(errors), STDERR_FILENO);
+        for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
+        body();
+        std::exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    ChildOutcome outcome;
+    waitpid(child, &outcome.status, 0);
+    std::rewind(errors);
+    for (int byte = std::fgetc(errors); byte != EOF; byte = std::fgetc(errors)) {
+        outcome.errors += static_cast<char>(byte);
+    }
+    std::fclose(errors);
+    return outcome;
+}

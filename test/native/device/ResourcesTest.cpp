@@ -1,0 +1,217 @@
+// Memory, loading and starting of the device, through the C interface.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <limits>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "common/callWith.h"
+#include "device/Station.h"
+#include "porting/pl_functions.h"
+
+namespace {
+
+s_pl_gfx_vram_stats memory() {
+    s_pl_gfx_vram_stats stats{};
+    EXPECT_EQ(pl_gfx_GetVRAMStats(&stats), e_pl_status_ok);
+    return stats;
+}
+
+/// A PNG file of the size of the screen, made by the device itself.
+std::string makePicture(const Station& station) {
+    std::string file = station / "picture.png";
+    Station maker;
+    maker.setVariable("QUIRAVENT_SCREENSHOT", file);
+    maker.expectQuiet([] { EXPECT_EQ(pl_input_init(), e_pl_status_ok); });
+    return file;
+}
+
+TEST(VideoMemory, IsCountedAndLimited) {
+    Station station;
+    station.setVariable("QUIRAVENT_VIDEO_MEMORY", "8 MiB");
+    const ChildOutcome outcome = station.run([] {
+        EXPECT_EQ(memory().used, 0);
+        EXPECT_EQ(memory().free, 8 << 20);
+        std::vector<uint32_t> canvases;
+        uint32_t handle = 0;
+        while (pl_gfx_CreateCanvas(1000, 500, &handle) == e_pl_status_ok) {
+            canvases.push_back(handle);
+        }
+        EXPECT_EQ(canvases.size(), 4U);
+        EXPECT_EQ(memory().used + memory().free, 8 << 20);
+        EXPECT_GE(memory().used, 4 * 1000 * 500 * 4);
+        for (const uint32_t canvas : canvases) pl_gfx_ReleaseCanvas(canvas);
+        EXPECT_EQ(memory().used, 0);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors.substr(0, outcome.errors.find(':', 60)),
+              "quiravent: warning: pl_gfx_CreateCanvas: no memory for a canvas of 1000 by 500 "
+              "pixels");
+    EXPECT_EQ(outcome.errors.find('\n'), outcome.errors.size() - 1);
+}
+
+TEST(VideoMemory, FigureThatIsTooLargeIsTheLargest) {
+    Station station;
+    station.setVariable("QUIRAVENT_VIDEO_MEMORY", "3 GiB");
+    station.expectQuiet([] { EXPECT_EQ(memory().free, std::numeric_limits<int32_t>::max()); });
+}
+
+TEST(CreateCanvas, RefusesSizesThatNoCanvasHas) {
+    const Station station;
+    const ChildOutcome outcome = station.run([] {
+        const uint32_t sizes[][2] = {{0, 5}, {5, 0}, {0xffffffff, 1}, {1, 16385}};
+        for (const auto& size : sizes) {
+            uint32_t handle = 7;
+            EXPECT_EQ(pl_gfx_CreateCanvas(size[0], size[1], &handle), e_pl_status_invalid_argument);
+            EXPECT_EQ(handle, 7U);
+        }
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors.substr(0, outcome.errors.find('\n')),
+              "quiravent: warning: pl_gfx_CreateCanvas: a canvas can't be 0 by 5 pixels; each side "
+              "may be 1 to 16384");
+}
+
+TEST(Load, GivesPicturesAndTellsWhyNot) {
+    const Station station;
+    const std::string picture = makePicture(station);
+    const ChildOutcome outcome = station.run([&] {
+        uint32_t handle = 0;
+        uint32_t w = 0;
+        uint32_t h = 0;
+        EXPECT_EQ(pl_gfx_LoadImage(picture.c_str(), &handle), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_Canvas_GetSize(handle, &w, &h), e_pl_status_ok);
+        EXPECT_EQ(w, 1280U);
+        EXPECT_EQ(h, 720U);
+        handle = 0;
+        EXPECT_NE(pl_gfx_LoadImage("/none\n/picture.png", &handle), e_pl_status_ok);
+        EXPECT_NE(pl_gfx_LoadImage(TEST_FONT, &handle), e_pl_status_ok);
+        EXPECT_NE(pl_gfx_LoadImage("", &handle), e_pl_status_ok);
+        EXPECT_NE(pl_gfx_LoadFont("/none.ttf", 9, &handle), e_pl_status_ok);
+        EXPECT_NE(pl_gfx_LoadFont(picture.c_str(), 9, &handle), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_LoadFont(TEST_FONT, 0, &handle), e_pl_status_invalid_argument);
+        EXPECT_EQ(handle, 0U);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 6) << outcome.errors;
+    EXPECT_NE(outcome.errors.find("quiravent: warning: pl_gfx_LoadFont: cannot read '/none.ttf': "
+                                  "no such file\n"),
+              std::string::npos)
+        << outcome.errors;
+}
+
+TEST(Load, GoesOnBesideDrawing) {
+    const Station station;
+    const std::string picture = makePicture(station);
+    station.expectQuiet([&] {
+        uint32_t canvas = 0;
+        EXPECT_EQ(pl_gfx_GetTargetCanvas(&canvas), e_pl_status_ok);
+        std::atomic<int> loading{2};
+        const auto load = [&] {
+            for (int i = 0; i < 3; ++i) {
+                uint32_t image = 0;
+                uint32_t font = 0;
+                uint32_t w = 0;
+                uint32_t h = 0;
+                EXPECT_EQ(pl_gfx_LoadImage(picture.c_str(), &image), e_pl_status_ok);
+                EXPECT_EQ(pl_gfx_LoadFont(TEST_FONT, 30, &font), e_pl_status_ok);
+                EXPECT_EQ(pl_gfx_Canvas_GetSize(image, &w, &h), e_pl_status_ok);
+                EXPECT_EQ(pl_gfx_Canvas_SetFont(canvas, font), e_pl_status_ok);
+                EXPECT_EQ(pl_gfx_Canvas_Compose(canvas, image, 0, 0, nullptr), e_pl_status_ok);
+                EXPECT_EQ(pl_gfx_ReleaseFont(font), e_pl_status_ok);
+                EXPECT_EQ(pl_gfx_ReleaseCanvas(image), e_pl_status_ok);
+            }
+            --loading;
+        };
+        std::thread first(load);
+        std::thread second(load);
+        while (loading > 0) {
+            const s_pl_gfx_rect part{10, 10, 100, 100};
+            EXPECT_EQ(pl_gfx_Canvas_FillRect(canvas, &part), e_pl_status_ok);
+            pl_gfx_Canvas_DrawText(canvas, 100, 100, "beside");
+            EXPECT_EQ(pl_gfx_Canvas_Flush(canvas, &part), e_pl_status_ok);
+            EXPECT_GT(memory().free, 0);
+        }
+        first.join();
+        second.join();
+    });
+}
+
+TEST(Start, WithAWrongConfigurationRefusesEverythingAndSaysWhyOnce) {
+    Station station;
+    std::ofstream(station / "device.json") << R"({"screen": {"driver": "crt"}})";
+    station.setVariable("QUIRAVENT_CONFIG", station / "device.json");
+    const ChildOutcome outcome = station.run([] {
+#define PL_FUNCTION(result, name, parameters, arguments) \
+    EXPECT_NE(callWith(1, &(name)), 0) << #name;
+#include "porting/pl_functions.def"
+        uint32_t handle = 0;
+        EXPECT_EQ(pl_gfx_GetTargetCanvas(&handle), e_pl_status_unavailable);
+        EXPECT_EQ(handle, 0U);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "quiravent: error: " + (station / "device.json") +
+                                  R"(: screen.driver is "crt"; allowed: "auto", "headless")"
+                                  "\n");
+}
+
+TEST(Start, LogLevelDecidesWhatIsTold) {
+    const std::map<std::string, std::string> lines{
+        {"silent", ""},
+        {"warning", ""},
+        {"info", "quiravent: info: pl_platform_Exit was called; this device has none\n"},
+    };
+    for (const auto& [level, line] : lines) {
+        Station station;
+        station.setVariable("QUIRAVENT_LOG", level);
+        const ChildOutcome outcome = station.run([] {
+            EXPECT_EQ(pl_input_init(), e_pl_status_ok);
+            EXPECT_EQ(pl_platform_Exit(), e_pl_status_unavailable);
+        });
+        EXPECT_EQ(outcome.errors, line) << level;
+    }
+}
+
+TEST(Stores, KeepValuesAcrossProcesses) {
+    const Station station;
+    station.expectQuiet([] {
+        unsigned int store = 0;
+        EXPECT_EQ(pl_persistent_GetPersistent(&store, ""), e_pl_status_ok);
+        EXPECT_EQ(pl_persistent_SetValue(store, std::string("\0k", 2), "\xff"), e_pl_status_ok);
+        EXPECT_EQ(pl_persistent_SetValue(store, "", ""), e_pl_status_ok);
+    });
+    station.expectQuiet([] {
+        unsigned int store = 0;
+        EXPECT_EQ(pl_persistent_GetPersistent(&store, ""), e_pl_status_ok);
+        std::map<std::string, std::string> values;
+        EXPECT_EQ(pl_persistent_GetAllValues(store, values), e_pl_status_ok);
+        const std::map<std::string, std::string> expected{{"", ""},
+                                                          {std::string("\0k", 2), "\xff"}};
+        EXPECT_EQ(values, expected);
+        std::string value = "untouched";
+        EXPECT_EQ(pl_persistent_GetValue(store, "missing", value), e_pl_status_not_found);
+        EXPECT_EQ(value, "untouched");
+    });
+}
+
+TEST(Stores, ThatCannotBeOpenedAreToldAndLeaveTheRestWorking) {
+    Station station;
+    std::ofstream(station / "store") << "a file";
+    const ChildOutcome outcome = station.run([] {
+        unsigned int store = 0;
+        EXPECT_EQ(pl_persistent_GetPersistent(&store, "c"), e_pl_status_io_error);
+        EXPECT_EQ(store, 0U);
+        uint32_t canvas = 0;
+        EXPECT_EQ(pl_gfx_GetTargetCanvas(&canvas), e_pl_status_ok);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors,
+              "quiravent: warning: pl_persistent_GetPersistent: " + (station / "store") +
+                  "/values.sqlite: the file can't be made: Not a directory; name another folder "
+                  "with storage.folder or QUIRAVENT_STORAGE\n");
+}
+
+}  // namespace

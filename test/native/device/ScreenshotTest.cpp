@@ -1,0 +1,174 @@
+// From drawing calls to the picture of the screen, and the ends of a process.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <atomic>
+#include <cmath>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <thread>
+
+#include "common/PngFile.h"
+#include "device/Station.h"
+#include "porting/pl_functions.h"
+
+namespace {
+
+uint32_t target() {
+    uint32_t handle = 0;
+    EXPECT_EQ(pl_gfx_GetTargetCanvas(&handle), e_pl_status_ok);
+    return handle;
+}
+
+void fill(uint32_t canvas, s_pl_gfx_color color, const s_pl_gfx_rect& rect) {
+    EXPECT_EQ(pl_gfx_Canvas_SetColor(canvas, color), e_pl_status_ok);
+    EXPECT_EQ(pl_gfx_Canvas_FillRect(canvas, &rect), e_pl_status_ok);
+}
+
+constexpr s_pl_gfx_color kRed{255, 0, 0, 255};
+constexpr s_pl_gfx_color kGreen{0, 255, 0, 255};
+constexpr s_pl_gfx_rect kScreen{0, 0, 1280, 720};
+
+TEST(Screenshot, ShowsWhatWasFlushedWhenTheProcessEnds) {
+    Station station;
+    station.setVariable("QUIRAVENT_SCREENSHOT", station / "end.png");
+    station.expectQuiet([] {
+        const uint32_t canvas = target();
+        fill(canvas, kRed, kScreen);
+        const s_pl_gfx_rect left{0, 0, 100, 720};
+        EXPECT_EQ(pl_gfx_Canvas_Flush(canvas, &left), e_pl_status_ok);
+        fill(canvas, kGreen, kScreen);
+        const s_pl_gfx_rect beyond{1270, 0xffffffff, 0xffffffff, 11};
+        EXPECT_EQ(pl_gfx_Canvas_Flush(canvas, &beyond), e_pl_status_ok);
+    });
+    const PngFile picture(station / "end.png");
+    EXPECT_EQ(picture.rgba(99, 719), 0xff0000ffU);
+    EXPECT_EQ(picture.rgba(100, 0), 0x000000ffU);
+    EXPECT_EQ(picture.rgba(1270, 9), 0x00ff00ffU);
+    EXPECT_EQ(picture.rgba(1270, 10), 0x000000ffU);
+    EXPECT_EQ(picture.rgba(1269, 0), 0x000000ffU);
+}
+
+TEST(Screenshot, HasEachFrameAndNoneForOtherFlushes) {
+    Station station;
+    station.setVariable("QUIRAVENT_SCREENSHOT", station / "frame%d.png");
+    station.expectQuiet([&] {
+        const uint32_t screen = target();
+        uint32_t offScreen = 0;
+        EXPECT_EQ(pl_gfx_CreateCanvas(1280, 720, &offScreen), e_pl_status_ok);
+        fill(offScreen, kGreen, kScreen);
+        EXPECT_EQ(pl_gfx_Canvas_Flush(offScreen, nullptr), e_pl_status_ok);
+        const s_pl_gfx_rect empty{5, 5, 0, 9};
+        EXPECT_EQ(pl_gfx_Canvas_Flush(screen, &empty), e_pl_status_ok);
+        EXPECT_FALSE(std::filesystem::exists(station / "frame1.png"));
+
+        EXPECT_EQ(pl_gfx_Canvas_Flush(screen, nullptr), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_Canvas_Compose(screen, offScreen, 0xffffffff, 0, nullptr), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_ReleaseCanvas(screen), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_Canvas_Flush(target(), nullptr), e_pl_status_ok);
+        EXPECT_EQ(PngFile(station / "frame1.png").rgba(0, 0), 0x000000ffU);
+        EXPECT_EQ(PngFile(station / "frame2.png").rgba(1278, 0), 0x00ff00ffU);
+        EXPECT_EQ(PngFile(station / "frame2.png").rgba(1279, 0), 0x000000ffU);
+        EXPECT_FALSE(std::filesystem::exists(station / "frame3.png"));
+    });
+}
+
+TEST(Screenshot, TextAndShapesReachTheScreen) {
+    Station station;
+    station.setVariable("QUIRAVENT_SCREENSHOT", station / "text.png");
+    station.expectQuiet([] {
+        const uint32_t canvas = target();
+        uint32_t font = 0;
+        EXPECT_EQ(pl_gfx_LoadFont(TEST_FONT, 100, &font), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_Canvas_SetFont(canvas, font), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_Canvas_SetTextAlign(canvas, 1, 2), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_Canvas_SetTextAlign(canvas, 3, 0), e_pl_status_invalid_argument);
+        EXPECT_EQ(pl_gfx_Canvas_SetTextAlign(canvas, 0, 4), e_pl_status_invalid_argument);
+        // A text that is turned by a right angle about its centre stands upright there.
+        EXPECT_EQ(pl_gfx_Canvas_SetRotation(canvas, 90), e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_Canvas_DrawText(canvas, 640, 360, "\xe2\x96\x88\xe2\x96\x88\xe2\x96\x88"),
+                  e_pl_status_ok);
+        const double notANumber = std::nan("");
+        EXPECT_EQ(pl_gfx_Canvas_DrawEllipse(canvas, 0, 100, 100, 50, 50, notANumber, 1),
+                  e_pl_status_ok);
+        EXPECT_EQ(pl_gfx_Canvas_DrawEllipse(canvas, 2, 0, 0, 9, 9, 0, 1),
+                  e_pl_status_invalid_argument);
+        EXPECT_EQ(pl_gfx_Canvas_SetOpacity(canvas, notANumber), e_pl_status_invalid_argument);
+        EXPECT_EQ(pl_gfx_Canvas_SetPorterDuff(canvas, static_cast<e_pl_fgx_porter_duff>(12)),
+                  e_pl_status_invalid_argument);
+        pl_gfx_Canvas_Flush(canvas, nullptr);
+    });
+    const PngFile picture(station / "text.png");
+    EXPECT_EQ(picture.rgba(640, 360), 0xffffffffU);
+    EXPECT_EQ(picture.rgba(640, 260), 0xffffffffU);
+    EXPECT_EQ(picture.rgba(740, 360), 0x000000ffU);
+    EXPECT_EQ(picture.rgba(100, 60), 0xffffffffU);
+    EXPECT_EQ(picture.rgba(100, 140), 0xffffffffU);
+}
+
+TEST(ProcessEnd, IsOrderlyWhileThreadsAreInsideTheDevice) {
+    Station station;
+    station.setVariable("QUIRAVENT_SCREENSHOT", station / "end.png");
+    const ChildOutcome outcome = station.run([&] {
+        const uint32_t canvas = target();
+        std::atomic<int> busy{0};
+        const auto keepBusy = [&](const std::function<void()>& work) {
+            std::thread([&busy, work] {
+                for (work(), ++busy;;) work();
+            }).detach();
+        };
+        keepBusy([canvas] {
+            fill(canvas, kRed, kScreen);
+            pl_gfx_Canvas_Flush(canvas, nullptr);
+        });
+        keepBusy([] {
+            unsigned int store = 0;
+            pl_persistent_GetPersistent(&store, "c");
+            pl_persistent_SetValue(store, "k", "v");
+        });
+        keepBusy([] {
+            uint32_t font = 0;
+            pl_gfx_LoadFont(TEST_FONT, 30, &font);
+            pl_gfx_ReleaseFont(font);
+        });
+        while (busy < 3) std::this_thread::yield();
+        // The threads use what is on this stack, which exit() leaves alone.
+        std::exit(testing::Test::HasFailure() ? 1 : 0);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(PngFile(station / "end.png").rgba(1279, 719), 0xff0000ffU);
+    EXPECT_FALSE(std::filesystem::exists(station / "store/values.sqlite-wal"));
+}
+
+TEST(ProcessEnd, BySignalIsThatSignalAndGivesNoPicture) {
+    for (const int number : {SIGABRT, SIGTERM, SIGKILL}) {
+        Station station;
+        station.setVariable("QUIRAVENT_SCREENSHOT", station / "end.png");
+        const ChildOutcome outcome = station.run([number] {
+            pl_gfx_Canvas_Flush(target(), nullptr);
+            raise(number);
+        });
+        EXPECT_TRUE(WIFSIGNALED(outcome.status) && WTERMSIG(outcome.status) == number);
+        EXPECT_EQ(outcome.errors, "");
+        EXPECT_FALSE(std::filesystem::exists(station / "end.png"));
+    }
+}
+
+TEST(ProcessEnd, OfAForkedChildLeavesThePictureToItsParent) {
+    Station station;
+    station.setVariable("QUIRAVENT_SCREENSHOT", station / "end.png");
+    station.expectQuiet([&] {
+        pl_gfx_Canvas_Flush(target(), nullptr);
+        const pid_t child = fork();
+        if (child == 0) std::exit(0);
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+        EXPECT_FALSE(std::filesystem::exists(station / "end.png"));
+    });
+    EXPECT_TRUE(std::filesystem::exists(station / "end.png"));
+}
+
+}  // namespace
