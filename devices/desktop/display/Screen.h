@@ -39,13 +39,15 @@ class Screen {
     /// A new opaque picture of the screen as it is.
     std::shared_ptr<Surface> compose() const;
 
-    /// Writes the one picture that is due when the process ends.
-    void finish() const;
+    /// Brings a part of such a picture, which lies within it, up to date.
+    void compose(Surface& picture, const Box& part) const;
+
+    /// The process ends: writes the one picture that is due then, and finishes the driver.
+    void finish();
 
   private:
     void capture(uint64_t frame) const;
 
-    const std::unique_ptr<DisplayDriver> m_driver;
     const CapturePattern m_capture;
     mutable SurfacePool m_pool;  ///< the screen's own pictures are none of the application's memory
 
@@ -54,6 +56,8 @@ class Screen {
     GraphicsPlane m_graphics;
     std::vector<const Plane*> m_planes;  ///< from the bottom
     uint64_t m_frameCount = 0;
+
+    const std::unique_ptr<DisplayDriver> m_driver;  ///< last: it may be composing until it is gone
 };
 
 }  // namespace quiravent::desktop
