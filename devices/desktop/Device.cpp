@@ -10,6 +10,7 @@
 
 #include "config/readConfiguration.h"
 #include "display/drivers.h"
+#include "platform/EndSignals.h"
 #include "support/Log.h"
 
 namespace quiravent::desktop {
@@ -67,6 +68,7 @@ Device* Device::start() noexcept {
             // A child that was forked and not replaced has no part in what its parent began.
             if (::getpid() == process) device->finish();
         });
+        finishOnEndSignals([] { device->finish(); });
         return device;
     } catch (const std::exception& error) {
         log::error(error.what());

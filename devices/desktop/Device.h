@@ -16,7 +16,7 @@ namespace quiravent::desktop {
 /// The set-top box of this process. It starts at the first call and stays until the process is
 /// gone, since threads may be inside of it while the process ends; what is due at an orderly end
 /// (the picture of the screen, the closing of the stores, the end of the event threads) is done by
-/// an exit handler, or by leave() and restart().
+/// an exit handler, by leave() and restart(), or before the process ends by a signal.
 class Device {
   public:
     /// Null when it couldn't start; the reason was told on standard error, once.

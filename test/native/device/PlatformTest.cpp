@@ -3,7 +3,9 @@
 #include "porting/pl_platform.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -108,6 +110,43 @@ TEST(Platform, RestartIsLeftToTheLauncherWhereThereIsOne) {
     ASSERT_TRUE(WIFEXITED(outcome.status));
     EXPECT_EQ(WEXITSTATUS(outcome.status), 83);
     station.expectQuiet([] { EXPECT_EQ(storedValue(), "kept"); });
+}
+
+TEST(Platform, SignalThatEndsTheProcessDoesSoAfterAnOrderlyEnd) {
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+        Station station;
+        station.setVariable("QUIRAVENT_SCREENSHOT", station / "screen.png");
+        const ChildOutcome outcome = station.run([signal] {
+            // A runtime's way to tidy up.
+            struct sigaction tidy = {};
+            tidy.sa_handler = [](int number) { raise(number); };
+            tidy.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+            if (signal != SIGHUP) sigaction(signal, &tidy, nullptr);
+            pl_input_init();
+            raise(signal);
+            while (true) pause();
+        });
+        ASSERT_TRUE(WIFSIGNALED(outcome.status)) << outcome.status;
+        EXPECT_EQ(WTERMSIG(outcome.status), signal);
+        EXPECT_TRUE(std::filesystem::exists(station / "screen.png"));
+    }
+}
+
+TEST(Platform, SignalThatIsHandledOrIgnoredIsLeftAlone) {
+    const Station station;
+    station.expectQuiet([] {
+        static volatile sig_atomic_t handled = 0;
+        signal(SIGHUP, SIG_IGN);
+        struct sigaction handle = {};
+        handle.sa_handler = [](int) { handled = handled + 1; };
+        sigaction(SIGTERM, &handle, nullptr);
+        pl_input_init();
+        raise(SIGHUP);
+        raise(SIGTERM);
+        raise(SIGTERM);
+        EXPECT_EQ(handled, 2);
+        storeValue("still there");
+    });
 }
 
 TEST(Platform, BadKeyMapKeepsTheDeviceFromStarting) {
