@@ -1,5 +1,6 @@
 #include "Device.h"
 
+#include <signal.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -11,6 +12,7 @@
 #include "config/readConfiguration.h"
 #include "display/drivers.h"
 #include "platform/EndSignals.h"
+#include "support/DeviceError.h"
 #include "support/Log.h"
 
 namespace quiravent::desktop {
@@ -51,6 +53,19 @@ Device::Device(const Configuration& configuration)
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
+    if (!configuration.control.path.empty()) startControl(configuration.control.path);
+}
+
+void Device::startControl(const std::string& path) {
+    const auto endProcess = [] { ::kill(::getpid(), SIGTERM); };
+    try {
+        m_control = std::make_unique<ControlServer>(
+            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, endProcess});
+        m_screen.setFrameListener(m_control->waker());
+    } catch (const DeviceError& error) {
+        // The application is what the device is for, and runs without.
+        log::error(error.what());
+    }
 }
 
 Device* Device::running() noexcept {
@@ -95,6 +110,9 @@ void Device::finish() noexcept {
 }
 
 void Device::finishInTurn() noexcept {
+    attempt([&] {
+        if (m_control) m_control->stop();
+    });
     attempt([&] { m_remote.stop(); });
     attempt([&] { m_platform.stop(); });
     attempt([&] { m_screen.finish(); });

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <mutex>
+#include <string>
 
 #include "config/Configuration.h"
+#include "control/ControlServer.h"
 #include "display/Screen.h"
 #include "drawing/DrawingService.h"
 #include "input/RemoteControl.h"
@@ -39,6 +42,7 @@ class Device {
 
   private:
     static Device* start() noexcept;
+    void startControl(const std::string& path);
     void finish() noexcept;
     void finishInTurn() noexcept;
 
@@ -49,6 +53,7 @@ class Device {
     Screen m_screen;
     DrawingService m_drawing;
     Persistence m_persistence;
+    std::unique_ptr<ControlServer> m_control;  ///< null: none was asked for, or it can't be
     std::once_flag m_finished;
 };
 

@@ -13,6 +13,7 @@
 #include "resources/LocalFile.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
+#include "support/shownValue.h"
 
 namespace quiravent::desktop {
 
@@ -35,16 +36,6 @@ std::string readText(const std::string& file) {
     return {bytes->begin(), bytes->end()};
 }
 
-/// A value as it is shown in a message: on one line and not too long.
-std::string shown(const json& value) {
-    constexpr size_t kMost = 60;
-    std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
-    if (text.size() <= kMost) return text;
-    size_t end = kMost;
-    while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-    return text.substr(0, end) + "...";
-}
-
 const char* nonEmpty(const Environment& environment, const char* name) {
     const char* const value = environment(name);
     return value == nullptr || *value == '\0' ? nullptr : value;
@@ -65,7 +56,7 @@ json parse(const std::string& file, const std::string& text) {
         if (event == json::parse_event_t::object_start) keys.emplace_back();
         if (event == json::parse_event_t::object_end) keys.pop_back();
         if (event == json::parse_event_t::key && !keys.back().insert(parsed).second) {
-            refuse(joined(file, ": key ", shown(parsed),
+            refuse(joined(file, ": key ", shownValue(parsed),
                           " stands twice in one object; allowed: once"));
         }
         return true;
@@ -105,7 +96,7 @@ const Setting* findSetting(const std::string& section, const std::string& key) {
 /// subject: what the value was read from, for the message.
 [[noreturn]] void refuseValue(const std::string& subject, const json& value,
                               const std::string& allowed) {
-    refuse(joined(subject, " is ", shown(value), "; allowed: ", allowed));
+    refuse(joined(subject, " is ", shownValue(value), "; allowed: ", allowed));
 }
 
 /// Stores a value or refuses it.
@@ -152,7 +143,7 @@ class File {
 
     [[noreturn]] void refuseKey(const std::string& key, const json& value,
                                 const std::vector<std::string>& known) const {
-        refuse(joined(m_path, ": unknown key ", key, " with the value ", shown(value),
+        refuse(joined(m_path, ": unknown key ", key, " with the value ", shownValue(value),
                       "; allowed: ", listed(known)));
     }
 

@@ -50,6 +50,7 @@ void Screen::present(const Surface& target, const Box& part) {
         m_frameCount = frame;
     }
     m_frameShown.notify_all();
+    m_onFrame();
 }
 
 uint64_t Screen::frameCount() const {

@@ -3,9 +3,11 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "display/CapturePattern.h"
@@ -29,6 +31,13 @@ class Screen {
     /// change meanwhile; one call at a time.
     void present(const Surface& target, const Box& part);
 
+    /// What shows the screen.
+    const char* driverName() const { return m_driver->name(); }
+
+    /// Has a function called after each frame has been shown, by the thread that flushes, with no
+    /// lock held. To be set before the first frame.
+    void setFrameListener(std::function<void()> listener) { m_onFrame = std::move(listener); }
+
     /// Number of the last frame, 0 when there was none.
     uint64_t frameCount() const;
 
@@ -49,6 +58,7 @@ class Screen {
     void capture(uint64_t frame) const;
 
     const CapturePattern m_capture;
+    std::function<void()> m_onFrame = [] {};
     mutable SurfacePool m_pool;  ///< the screen's own pictures are none of the application's memory
 
     mutable std::mutex m_mutex;  ///< guards what follows

@@ -116,19 +116,22 @@ TEST(Platform, SignalThatEndsTheProcessDoesSoAfterAnOrderlyEnd) {
     for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
         Station station;
         station.setVariable("QUIRAVENT_SCREENSHOT", station / "screen.png");
-        const ChildOutcome outcome = station.run([signal] {
+        station.setVariable("QUIRAVENT_CONTROL", station / "control");
+        const ChildOutcome outcome = station.run([signal, &station] {
             // A runtime's way to tidy up.
             struct sigaction tidy = {};
             tidy.sa_handler = [](int number) { raise(number); };
             tidy.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
             if (signal != SIGHUP) sigaction(signal, &tidy, nullptr);
             pl_input_init();
+            EXPECT_TRUE(std::filesystem::exists(station / "control"));
             raise(signal);
             while (true) pause();
         });
         ASSERT_TRUE(WIFSIGNALED(outcome.status)) << outcome.status;
         EXPECT_EQ(WTERMSIG(outcome.status), signal);
         EXPECT_TRUE(std::filesystem::exists(station / "screen.png"));
+        EXPECT_FALSE(std::filesystem::exists(station / "control"));
     }
 }
 
