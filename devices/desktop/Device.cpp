@@ -1,5 +1,6 @@
 #include "Device.h"
 
+#include <signal.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -10,11 +11,16 @@
 
 #include "config/readConfiguration.h"
 #include "display/drivers.h"
+#include "platform/EndSignals.h"
+#include "support/DeviceError.h"
 #include "support/Log.h"
 
 namespace quiravent::desktop {
 
 namespace {
+
+/// Status by which the launcher is asked to start the application again.
+constexpr int kRestartStatus = 83;
 
 const char* processEnvironment(const char* name) { return std::getenv(name); }
 
@@ -23,14 +29,44 @@ std::function<std::string()> storageFolder(const std::string& configured) {
     return [] { return defaultStorageFolder(processEnvironment); };
 }
 
+bool isUnderLauncher() {
+    const char* const mark = processEnvironment("QUIRAVENT_LAUNCHER");
+    return mark != nullptr && std::string(mark) == "1";
+}
+
+/// Does one thing of those that are due at the end; what goes wrong with it is told, and the others
+/// are done all the same.
+template <class Body>
+void attempt(Body body) noexcept {
+    try {
+        body();
+    } catch (const std::exception& error) {
+        log::error("the device's end: ", error.what());
+    }
+}
+
 }  // namespace
 
 Device::Device(const Configuration& configuration)
-    : m_screen(createDisplayDriver(configuration.screen.driver),
+    : m_platform(configuration.platform.properties),
+      m_screen(createDisplayDriver(configuration.screen.driver),
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
       m_players(configuration, m_screen),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
+    if (!configuration.control.path.empty()) startControl(configuration.control.path);
+}
+
+void Device::startControl(const std::string& path) {
+    const auto endProcess = [] { ::kill(::getpid(), SIGTERM); };
+    try {
+        m_control = std::make_unique<ControlServer>(
+            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, endProcess});
+        m_screen.setFrameListener(m_control->waker());
+    } catch (const DeviceError& error) {
+        // The application is what the device is for, and runs without.
+        log::error(error.what());
+    }
 }
 
 Device* Device::running() noexcept {
@@ -48,6 +84,7 @@ Device* Device::start() noexcept {
             // A child that was forked and not replaced has no part in what its parent began.
             if (::getpid() == process) device->finish();
         });
+        finishOnEndSignals([] { device->finish(); });
         return device;
     } catch (const std::exception& error) {
         log::error(error.what());
@@ -55,14 +92,33 @@ Device* Device::start() noexcept {
     }
 }
 
+void Device::leave() noexcept {
+    finish();
+    m_standardStreams.restore();
+    ::_exit(EXIT_SUCCESS);
+}
+
+void Device::restart() noexcept {
+    finish();
+    m_standardStreams.restore();
+    if (isUnderLauncher()) ::_exit(kRestartStatus);
+    attempt([&] { m_processStart.repeat(); });
+    ::_exit(EXIT_FAILURE);
+}
+
 void Device::finish() noexcept {
-    try {
-        m_screen.finish();
-        m_players.finish();
-        m_persistence.close();
-    } catch (const std::exception& error) {
-        log::error("the device's end: ", error.what());
-    }
+    std::call_once(m_finished, [&] { finishInTurn(); });
+}
+
+void Device::finishInTurn() noexcept {
+    attempt([&] {
+        if (m_control) m_control->stop();
+    });
+    attempt([&] { m_remote.stop(); });
+    attempt([&] { m_platform.stop(); });
+    attempt([&] { m_screen.finish(); });
+    attempt([&] { m_players.finish(); });
+    attempt([&] { m_persistence.close(); });
 }
 
 }  // namespace quiravent::desktop

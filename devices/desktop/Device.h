@@ -1,16 +1,26 @@
 #pragma once
 
+#include <memory>
+#include <mutex>
+#include <string>
+
 #include "config/Configuration.h"
+#include "control/ControlServer.h"
 #include "display/Screen.h"
 #include "drawing/DrawingService.h"
+#include "input/RemoteControl.h"
 #include "persistence/Persistence.h"
+#include "platform/Platform.h"
+#include "platform/ProcessStart.h"
+#include "platform/StandardStreams.h"
 #include "playing/PlayerService.h"
 
 namespace quiravent::desktop {
 
 /// The set-top box of this process. It starts at the first call and stays until the process is
 /// gone, since threads may be inside of it while the process ends; what is due at an orderly end
-/// (the picture of the screen, the closing of the stores) is done by an exit handler.
+/// (the picture of the screen, the closing of the stores, the end of the event threads) is done by
+/// an exit handler, by leave() and restart(), or before the process ends by a signal.
 class Device {
   public:
     /// Null when it couldn't start; the reason was told on standard error, once.
@@ -18,18 +28,36 @@ class Device {
 
     explicit Device(const Configuration& configuration);
 
+    RemoteControl& remote() { return m_remote; }
     DrawingService& drawing() { return m_drawing; }
     PlayerService& players() { return m_players; }
     Persistence& persistence() { return m_persistence; }
+    Platform& platform() { return m_platform; }
+
+    /// Ends the process in good order, with status 0. Not by way of exit(), which would destroy
+    /// what threads of the runtime are using, and wait for jobs of its pool that may take long.
+    [[noreturn]] void leave() noexcept;
+
+    /// The same, and has the application started anew: by the launcher, where it runs under it, or
+    /// else in this same process, with the arguments, environment and folder it began with.
+    [[noreturn]] void restart() noexcept;
 
   private:
     static Device* start() noexcept;
+    void startControl(const std::string& path);
     void finish() noexcept;
+    void finishInTurn() noexcept;
 
+    const ProcessStart m_processStart;
+    const StandardStreams m_standardStreams;
+    Platform m_platform;
+    RemoteControl m_remote;
     Screen m_screen;
     DrawingService m_drawing;
     PlayerService m_players;
     Persistence m_persistence;
+    std::unique_ptr<ControlServer> m_control;  ///< null: none was asked for, or it can't be
+    std::once_flag m_finished;
 };
 
 }  // namespace quiravent::desktop

@@ -14,9 +14,8 @@ namespace quiravent::desktop {
 /// The pointers that a function can't do without.
 class Required {
   public:
-    template <class... Pointees>
-    explicit Required(const Pointees*... pointers)
-        : m_given((true && ... && (pointers != nullptr))) {}
+    template <class... Pointers>
+    explicit Required(Pointers... pointers) : m_given((true && ... && (pointers != nullptr))) {}
 
     bool areGiven() const { return m_given; }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 
+#include "input/KeyMap.h"
 #include "support/Log.h"
 
 namespace quiravent::desktop {
@@ -40,6 +42,21 @@ struct Configuration {
         std::string subtitleFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
         std::string faults;  ///< see parseFaults()
     } media;
+    struct Input {
+        KeyBindings keyMap;  ///< changes to the bindings of Keys.def
+    } input;
+    struct Platform {
+        /// What the application is told of the device.
+        std::map<std::string, std::string> properties{
+            {"system.firmware_version", QUIRAVENT_VERSION},
+            {"system.manufacturer", "Quiravent"},
+            {"system.model", "Desktop"},
+            {"system.serial_number", "00000000"},
+        };
+    } platform;
+    struct Control {
+        std::string path;  ///< of the control channel's socket; empty: no channel
+    } control;
     struct Log {
         log::Level level = log::Level::warning;
     } log;

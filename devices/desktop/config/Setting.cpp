@@ -26,6 +26,12 @@ std::optional<uint64_t> wholeNumber(std::string_view text) {
     return number;
 }
 
+/// The value that the text is in JSON, or else the text.
+json asJson(const std::string& text) {
+    json value = json::parse(text, nullptr, false);
+    return value.is_discarded() ? json(text) : value;
+}
+
 /// A number where the text is one, or else the text.
 json asNumber(const std::string& text) {
     if (const auto number = wholeNumber(text)) return *number;
@@ -152,6 +158,16 @@ Setting pathSetting(SettingPlace place, std::string allowed,
         return true;
     };
     return {std::move(place), std::move(allowed), std::move(schema), asText, std::move(store)};
+}
+
+Setting objectSetting(SettingPlace place, const EntryRule& rule, ordered_json defaults) {
+    return {std::move(place),
+            "an object, in which each value is " + rule.allowed,
+            {{"type", "object"},
+             {"additionalProperties", rule.schema},
+             {"default", std::move(defaults)}},
+            asJson,
+            {}};
 }
 
 }  // namespace quiravent::desktop

@@ -13,6 +13,7 @@
 #include "resources/LocalFile.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
+#include "support/shownValue.h"
 
 namespace quiravent::desktop {
 
@@ -35,16 +36,6 @@ std::string readText(const std::string& file) {
     return {bytes->begin(), bytes->end()};
 }
 
-/// A value as it is shown in a message: on one line and not too long.
-std::string shown(const json& value) {
-    constexpr size_t kMost = 60;
-    std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
-    if (text.size() <= kMost) return text;
-    size_t end = kMost;
-    while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-    return text.substr(0, end) + "...";
-}
-
 const char* nonEmpty(const Environment& environment, const char* name) {
     const char* const value = environment(name);
     return value == nullptr || *value == '\0' ? nullptr : value;
@@ -65,7 +56,7 @@ json parse(const std::string& file, const std::string& text) {
         if (event == json::parse_event_t::object_start) keys.emplace_back();
         if (event == json::parse_event_t::object_end) keys.pop_back();
         if (event == json::parse_event_t::key && !keys.back().insert(parsed).second) {
-            refuse(joined(file, ": key ", shown(parsed),
+            refuse(joined(file, ": key ", shownValue(parsed),
                           " stands twice in one object; allowed: once"));
         }
         return true;
@@ -102,6 +93,23 @@ const Setting* findSetting(const std::string& section, const std::string& key) {
     return nullptr;
 }
 
+/// subject: what the value was read from, for the message.
+[[noreturn]] void refuseValue(const std::string& subject, const json& value,
+                              const std::string& allowed) {
+    refuse(joined(subject, " is ", shownValue(value), "; allowed: ", allowed));
+}
+
+/// Stores a value or refuses it.
+void store(const Setting& setting, Configuration& configuration, const json& value,
+           const filesystem::path& base, const std::string& subject) {
+    try {
+        if (setting.store(configuration, value, base)) return;
+    } catch (const RefusedEntry& entry) {
+        refuseValue(joined(subject, '.', entry.key), entry.value, entry.allowed);
+    }
+    refuseValue(subject, value, setting.allowed);
+}
+
 /// One configuration file on its way into the configuration.
 class File {
   public:
@@ -112,7 +120,7 @@ class File {
 
     void read() {
         const json file = parse(m_path, readText(m_path));
-        if (!file.is_object()) refuseValue("the file", file, "an object of sections");
+        if (!file.is_object()) refuseValue(about("the file"), file, "an object of sections");
         for (const auto& [name, section] : file.items()) {
             if (name != "$schema") readSection(name, section);
         }
@@ -123,28 +131,23 @@ class File {
         const std::vector<std::string> keys = keysOf(name);
         if (keys.empty()) refuseKey(name, section, sectionNames());
         if (!section.is_object()) {
-            refuseValue(name, section, joined("an object with ", listed(keys)));
+            refuseValue(about(name), section, joined("an object with ", listed(keys)));
         }
         for (const auto& [key, value] : section.items()) {
             const Setting* const setting = findSetting(name, key);
             const std::string fullKey = joined(name, '.', key);
             if (setting == nullptr) refuseKey(fullKey, value, keys);
-            if (!setting->store(m_configuration, value, m_folder)) {
-                refuseValue(fullKey, value, setting->allowed);
-            }
+            store(*setting, m_configuration, value, m_folder, about(fullKey));
         }
     }
 
     [[noreturn]] void refuseKey(const std::string& key, const json& value,
                                 const std::vector<std::string>& known) const {
-        refuse(joined(m_path, ": unknown key ", key, " with the value ", shown(value),
+        refuse(joined(m_path, ": unknown key ", key, " with the value ", shownValue(value),
                       "; allowed: ", listed(known)));
     }
 
-    [[noreturn]] void refuseValue(const std::string& key, const json& value,
-                                  const std::string& allowed) const {
-        refuse(joined(m_path, ": ", key, " is ", shown(value), "; allowed: ", allowed));
-    }
+    std::string about(const std::string& what) const { return joined(m_path, ": ", what); }
 
     std::string m_path;
     filesystem::path m_folder;
@@ -163,11 +166,8 @@ void readVariables(const Environment& environment, Configuration& configuration)
         const char* const name = setting.place.environment.c_str();
         const char* const text = nonEmpty(environment, name);
         if (text == nullptr) continue;
-        const json value = setting.fromText(text);
-        if (!setting.store(configuration, value, filesystem::current_path())) {
-            refuse(joined("environment variable ", name, " is ", shown(value),
-                          "; allowed: ", setting.allowed));
-        }
+        store(setting, configuration, setting.fromText(text), filesystem::current_path(),
+              joined("environment variable ", name));
     }
 }
 

@@ -4,12 +4,16 @@
 
 #include "display/CapturePattern.h"
 #include "display/drivers.h"
+#include "input/Keys.h"
 #include "media/FaultList.h"
 #include "media/audio/audioSinks.h"
 
 namespace quiravent::desktop {
 
 namespace {
+
+using nlohmann::json;
+using nlohmann::ordered_json;
 
 bool isAnything(const std::string&) { return true; }
 
@@ -21,10 +25,93 @@ std::vector<std::string> driverChoices() {
     return names;
 }
 
-std::vector<Setting> makeSettings() {
-    const std::vector<std::string> drivers = driverChoices();
+/// A text that C functions can be given.
+std::optional<std::string> plainText(const json& value) {
+    if (!value.is_string()) return std::nullopt;
+    auto text = value.get<std::string>();
+    return text.find('\0') == std::string::npos ? std::optional(std::move(text)) : std::nullopt;
+}
+
+/// The code of a remote key, or none for null; no answer when it is neither.
+std::optional<std::optional<int32_t>> remoteKeyOrNone(const json& value) {
+    if (value.is_null()) return std::optional<int32_t>();
+    if (const auto code = remoteKeyCodeFrom(value)) return code;
+    return std::nullopt;
+}
+
+ordered_json remoteKeySchema() {
+    std::vector<std::string> names;
+    for (const RemoteKeyNames& key : remoteKeys()) names.push_back(key.name);
+    return {{"anyOf", {{{"enum", names}}, {{"type", {"string", "integer", "null"}}}}}};
+}
+
+std::vector<Setting> inputAndPlatformSettings() {
+    return {
+        entriesSetting<KeyBindings>(
+            {"input", "keyMap", "QUIRAVENT_KEY_MAP",
+             "Keys of the keyboard, as SDL names them, and the remote key that each stands for; "
+             "null: none. What isn't named is as docs/keys.md tells."},
+            {joined(kRemoteKeyRule, ", or null for none"), remoteKeySchema()},
+            ordered_json::object(), remoteKeyOrNone,
+            [](Configuration& all) -> KeyBindings& { return all.input.keyMap; }),
+        entriesSetting<std::map<std::string, std::string>>(
+            {"platform", "properties", "QUIRAVENT_PROPERTIES",
+             "Properties that the application is told, beside the default ones or in their place."},
+            {"a text without NUL", {{"type", "string"}}}, Configuration().platform.properties,
+            plainText,
+            [](Configuration& all) -> std::map<std::string, std::string>& {
+                return all.platform.properties;
+            }),
+        pathSetting({"control", "path", "QUIRAVENT_CONTROL",
+                     "Socket of the control channel; none where it is empty."},
+                    "the path of a socket", isAnything,
+                    [](Configuration& all) -> std::string& { return all.control.path; }),
+    };
+}
+
+std::vector<Setting> mediaSettings() {
     const std::vector<std::string> sinks = audioSinkNames();
     return {
+        numberSetting({"media", "bandwidthKbit", "QUIRAVENT_BANDWIDTH",
+                       "What the network is taken to carry, in kbit/s: of a medium that is offered "
+                       "in variants, the best one that fits is played."},
+                      1, 10000000,
+                      [](Configuration& all) -> uint64_t& { return all.media.bandwidthKbit; }),
+        sizeSetting({"media", "cache", "QUIRAVENT_MEDIA_CACHE",
+                     "Memory of a player for what is read of its medium, in bytes or with a unit."},
+                    1, 4095, [](Configuration& all) -> uint64_t& { return all.media.cache; }),
+        numberSetting({"media", "timeLimitSeconds", "QUIRAVENT_MEDIA_TIME_LIMIT",
+                       "How long a player waits for a server that doesn't answer, in seconds."},
+                      1, 3600,
+                      [](Configuration& all) -> uint64_t& { return all.media.timeLimitSeconds; }),
+        choiceSetting({"media", "audioSink", "QUIRAVENT_AUDIO",
+                       "Where sound goes: nowhere, in its own time, or to a WAV file."},
+                      sinks, 0,
+                      [sinks](Configuration& configuration, size_t index) {
+                          configuration.media.audioSink = sinks[index];
+                      }),
+        pathSetting(
+            {"media", "audioFile", "QUIRAVENT_AUDIO_FILE", "The file of the audio sink \"wav\"."},
+            "the path of a file", isAnything,
+            [](Configuration& all) -> std::string& { return all.media.audioFile; }),
+        pathSetting({"media", "subtitleFont", "QUIRAVENT_SUBTITLE_FONT",
+                     "TrueType or OpenType font of subtitles that are text."},
+                    "the path of a file", isAnything,
+                    [](Configuration& all) -> std::string& { return all.media.subtitleFont; }),
+        textSetting(
+            {"media", "faults", "QUIRAVENT_FAULTS",
+             "Faults of reading media, for development, separated by semicolons: \"slow\", "
+             "\"stalled\", \"dropped\" or \"unavailable\", the seconds since reading began "
+             "as 2-10, for \"slow\" the bytes per second, and \"off\" for one that is to be "
+             "switched on later."},
+            "a list of faults as \"slow 2-10 50000; stalled 12-20\"", isFaultList,
+            [](Configuration& all) -> std::string& { return all.media.faults; }),
+    };
+}
+
+std::vector<Setting> makeSettings() {
+    const std::vector<std::string> drivers = driverChoices();
+    std::vector<Setting> table{
         choiceSetting({"screen", "driver", "QUIRAVENT_SCREEN",
                        "What shows the screen; \"auto\" takes the first that works here."},
                       drivers, 0,
@@ -60,46 +147,15 @@ std::vector<Setting> makeSettings() {
                        "How large a loaded picture or font may be, in MiB."},
                       1, 4095,
                       [](Configuration& all) -> uint64_t& { return all.network.sizeLimitMiB; }),
-        numberSetting({"media", "bandwidthKbit", "QUIRAVENT_BANDWIDTH",
-                       "What the network is taken to carry, in kbit/s: of a medium that is offered "
-                       "in variants, the best one that fits is played."},
-                      1, 10000000,
-                      [](Configuration& all) -> uint64_t& { return all.media.bandwidthKbit; }),
-        sizeSetting({"media", "cache", "QUIRAVENT_MEDIA_CACHE",
-                     "Memory of a player for what is read of its medium, in bytes or with a unit."},
-                    1, 4095, [](Configuration& all) -> uint64_t& { return all.media.cache; }),
-        numberSetting({"media", "timeLimitSeconds", "QUIRAVENT_MEDIA_TIME_LIMIT",
-                       "How long a player waits for a server that doesn't answer, in seconds."},
-                      1, 3600,
-                      [](Configuration& all) -> uint64_t& { return all.media.timeLimitSeconds; }),
-        choiceSetting({"media", "audioSink", "QUIRAVENT_AUDIO",
-                       "Where sound goes: nowhere, in its own time, or to a WAV file."},
-                      sinks, 0,
-                      [sinks](Configuration& configuration, size_t index) {
-                          configuration.media.audioSink = sinks[index];
-                      }),
-        pathSetting(
-            {"media", "audioFile", "QUIRAVENT_AUDIO_FILE", "The file of the audio sink \"wav\"."},
-            "the path of a file", isAnything,
-            [](Configuration& all) -> std::string& { return all.media.audioFile; }),
-        pathSetting({"media", "subtitleFont", "QUIRAVENT_SUBTITLE_FONT",
-                     "TrueType or OpenType font of subtitles that are text."},
-                    "the path of a file", isAnything,
-                    [](Configuration& all) -> std::string& { return all.media.subtitleFont; }),
-        textSetting(
-            {"media", "faults", "QUIRAVENT_FAULTS",
-             "Faults of reading media, for development, separated by semicolons: \"slow\", "
-             "\"stalled\", \"dropped\" or \"unavailable\", the seconds since reading began "
-             "as 2-10, for \"slow\" the bytes per second, and \"off\" for one that is to be "
-             "switched on later."},
-            "a list of faults as \"slow 2-10 50000; stalled 12-20\"", isFaultList,
-            [](Configuration& all) -> std::string& { return all.media.faults; }),
-        enumerationSetting<log::Level>(
-            {"log", "level", "QUIRAVENT_LOG",
-             "The device's own messages on standard error: up to which level they are written."},
-            {log::kLevelNames.begin(), log::kLevelNames.end()},
-            [](Configuration& all) -> log::Level& { return all.log.level; }),
     };
+    for (Setting& setting : mediaSettings()) table.push_back(std::move(setting));
+    for (Setting& setting : inputAndPlatformSettings()) table.push_back(std::move(setting));
+    table.push_back(enumerationSetting<log::Level>(
+        {"log", "level", "QUIRAVENT_LOG",
+         "The device's own messages on standard error: up to which level they are written."},
+        {log::kLevelNames.begin(), log::kLevelNames.end()},
+        [](Configuration& all) -> log::Level& { return all.log.level; }));
+    return table;
 }
 
 }  // namespace

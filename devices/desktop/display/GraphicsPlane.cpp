@@ -14,10 +14,11 @@ void GraphicsPlane::update(const Surface& target, const Box& part) {
     m_front->touch();
 }
 
-void GraphicsPlane::drawOnto(Surface& picture) const {
+void GraphicsPlane::drawOnto(Surface& picture, const Box& part) const {
     constexpr uint32_t kOpaque = 255;
-    for (uint32_t y = 0; y < m_front->height(); ++y) {
-        kernels().over(picture.row(y), m_front->row(y), m_front->width(), kOpaque);
+    for (auto y = static_cast<uint32_t>(part.top); y < part.bottom; ++y) {
+        kernels().over(picture.row(y) + part.left, m_front->row(y) + part.left,
+                       static_cast<size_t>(part.width()), kOpaque);
     }
 }
 

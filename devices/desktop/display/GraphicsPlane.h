@@ -17,7 +17,7 @@ class GraphicsPlane : public Plane {
     /// within.
     void update(const Surface& target, const Box& part);
 
-    void drawOnto(Surface& picture) const override;
+    void drawOnto(Surface& picture, const Box& part) const override;
 
   private:
     std::shared_ptr<Surface> m_front;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "graphics/Geometry.h"
 #include "graphics/Surface.h"
 
 namespace quiravent::desktop {
@@ -9,9 +10,9 @@ class Plane {
   public:
     virtual ~Plane() = default;
 
-    /// Draws the layer over what the picture holds of the layers below. The picture is opaque, has
-    /// the size of the screen, and must stay opaque.
-    virtual void drawOnto(Surface& picture) const = 0;
+    /// Draws a part of the layer over what the picture holds of the layers below. The picture is
+    /// opaque, has the size of the screen, and must stay opaque; the part lies within.
+    virtual void drawOnto(Surface& picture, const Box& part) const = 0;
 };
 
 }  // namespace quiravent::desktop

@@ -28,11 +28,11 @@ std::shared_ptr<Surface> newPicture(SurfacePool& pool, SurfacePool::Fill fill) {
 }  // namespace
 
 Screen::Screen(std::unique_ptr<DisplayDriver> driver, CapturePattern capture)
-    : m_driver(std::move(driver)),
-      m_capture(std::move(capture)),
+    : m_capture(std::move(capture)),
       m_pool(kPoolBytes),
       m_graphics(newPicture(m_pool, SurfacePool::Fill::transparent)),
-      m_planes{&m_graphics} {}
+      m_planes{&m_graphics},
+      m_driver(std::move(driver)) {}
 
 void Screen::present(const Surface& target, const Box& part) {
     const Box changed = intersection(part, kWholeScreen);
@@ -50,6 +50,7 @@ void Screen::present(const Surface& target, const Box& part) {
         m_frameCount = frame;
     }
     m_frameShown.notify_all();
+    m_onFrame();
 }
 
 void Screen::show(uint64_t frame, const Box& changed) {
@@ -84,14 +85,22 @@ bool Screen::waitForFrame(uint64_t number, std::chrono::steady_clock::time_point
 
 std::shared_ptr<Surface> Screen::compose() const {
     auto picture = newPicture(m_pool, SurfacePool::Fill::uninitialised);
-    for (uint32_t y = 0; y < kHeight; ++y) std::fill_n(picture->row(y), kWidth, kBlack);
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    for (const Plane* plane : m_planes) plane->drawOnto(*picture);
+    compose(*picture, kWholeScreen);
     picture->setOpaque(true);
     return picture;
 }
 
-void Screen::finish() const {
+void Screen::compose(Surface& picture, const Box& part) const {
+    for (auto y = static_cast<uint32_t>(part.top); y < part.bottom; ++y) {
+        std::fill_n(picture.row(y) + part.left, part.width(), kBlack);
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    for (const Plane* plane : m_planes) plane->drawOnto(picture, part);
+    picture.touch();
+}
+
+void Screen::finish() {
+    m_driver->finish();
     if (!m_capture.isEmpty() && !m_capture.isPerFrame()) capture(frameCount());
 }
 

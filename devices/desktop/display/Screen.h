@@ -3,9 +3,11 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "display/CapturePattern.h"
@@ -37,6 +39,12 @@ class Screen {
     /// Shows that planes below the graphics have changed within a part. This makes no frame with a
     /// number of its own, and doesn't wait for a capture.
     void refresh(const Box& part);
+    /// What shows the screen.
+    const char* driverName() const { return m_driver->name(); }
+
+    /// Has a function called after each frame has been shown, by the thread that flushes, with no
+    /// lock held. To be set before the first frame.
+    void setFrameListener(std::function<void()> listener) { m_onFrame = std::move(listener); }
 
     /// Number of the last frame, 0 when there was none.
     uint64_t frameCount() const;
@@ -48,15 +56,18 @@ class Screen {
     /// A new opaque picture of the screen as it is.
     std::shared_ptr<Surface> compose() const;
 
-    /// Writes the one picture that is due when the process ends.
-    void finish() const;
+    /// Brings a part of such a picture, which lies within it, up to date.
+    void compose(Surface& picture, const Box& part) const;
+
+    /// The process ends: writes the one picture that is due then, and finishes the driver.
+    void finish();
 
   private:
     void show(uint64_t frame, const Box& changed);
     void capture(uint64_t frame) const;
 
-    const std::unique_ptr<DisplayDriver> m_driver;
     const CapturePattern m_capture;
+    std::function<void()> m_onFrame = [] {};
     mutable SurfacePool m_pool;  ///< the screen's own pictures are none of the application's memory
 
     std::mutex m_showing;        ///< one call of the driver at a time
@@ -65,6 +76,8 @@ class Screen {
     GraphicsPlane m_graphics;
     std::vector<const Plane*> m_planes;  ///< from the bottom
     uint64_t m_frameCount = 0;
+
+    const std::unique_ptr<DisplayDriver> m_driver;  ///< last: it may be composing until it is gone
 };
 
 }  // namespace quiravent::desktop

@@ -25,9 +25,9 @@ Box VideoPlane::setPicture(std::shared_ptr<const Surface> picture, int64_t x, in
     return hull(before, m_box);
 }
 
-void VideoPlane::drawOnto(Surface& picture) const {
+void VideoPlane::drawOnto(Surface& picture, const Box& part) const {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const Box seen = intersection(m_box, {0, 0, picture.width(), picture.height()});
+    const Box seen = intersection(m_box, part);
     if (!m_picture || seen.empty()) return;
     for (int64_t y = seen.top; y < seen.bottom; ++y) {
         const uint32_t* const row = m_picture->row(static_cast<uint32_t>(y - m_box.top));

@@ -16,7 +16,7 @@ class VideoPlane : public Plane {
     /// changes.
     Box setPicture(std::shared_ptr<const Surface> picture, int64_t x, int64_t y);
 
-    void drawOnto(Surface& picture) const override;
+    void drawOnto(Surface& picture, const Box& part) const override;
 
   private:
     mutable std::mutex m_mutex;

@@ -15,7 +15,7 @@ struct DriverEntry {
 };
 
 const DriverEntry kDrivers[] = {
-    {"headless",
+    {HeadlessDisplay::kName,
      []() -> std::unique_ptr<DisplayDriver> { return std::make_unique<HeadlessDisplay>(); }},
 };
 

@@ -7,26 +7,23 @@
 
 #include <dlfcn.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "porting/pl_events.h"
 #include "porting/pl_functions.h"
+#include "support/DeviceError.h"
 #include "support/Log.h"
 #include "support/Refusal.h"
+#include "support/SharedLibrary.h"
 
 namespace {
 
+using quiravent::desktop::DeviceError;
 using quiravent::desktop::Refusal;
+using quiravent::desktop::SharedLibrary;
 namespace log = quiravent::desktop::log;
-
-// Sanitizers watch a process only when they take the place of its memory functions, which deep
-// binding forbids.
-#ifdef QUIRAVENT_PLAIN_BINDING
-constexpr int kBinding = 0;
-#else
-constexpr int kBinding = RTLD_DEEPBIND;
-#endif
 
 constexpr const char* kDeviceName = "libquiravent_desktop.so";
 constexpr const char* kEnableDtvEvents = "_ZN16PlatformServices15EnableDTVEventsEv";
@@ -68,24 +65,26 @@ std::string ownFolder() {
     return path.substr(0, path.rfind('/') + 1);
 }
 
-void* openDevice(const std::string& path) {
-    void* const device = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | kBinding);
-    if (device == nullptr) {
-        log::error("the device can't be opened: ", dlerror(),
+/// Empty when the device can't be opened, which is told.
+std::optional<SharedLibrary> openDevice(const std::string& path) {
+    try {
+        return SharedLibrary(path);
+    } catch (const DeviceError& error) {
+        log::error("the device can't be opened: ", error.what(),
                    "; build it, or install what it needs (ldd ", path, " tells what is missing)");
+        return std::nullopt;
     }
-    return device;
 }
 
 /// Whether the device has all functions.
-bool isComplete(void* device, const std::string& path) {
+bool isComplete(const SharedLibrary& device, const std::string& path) {
     constexpr const char* kNames[] = {
 #define PL_FUNCTION(result, name, parameters, arguments) #name,
 #include "porting/pl_functions.def"
         kEnableDtvEvents,
     };
     for (const char* name : kNames) {
-        if (dlsym(device, name) != nullptr) continue;
+        if (device.function<void()>(name) != nullptr) continue;
         log::error("the device lacks the function ", name, "; build ", path, " anew");
         return false;
     }
@@ -93,18 +92,18 @@ bool isComplete(void* device, const std::string& path) {
 }
 
 template <class Function>
-void direct(Function& function, void* device, const char* name) {
-    function = reinterpret_cast<Function>(dlsym(device, name));
+void direct(Function*& function, const SharedLibrary& device, const char* name) {
+    function = device.function<Function>(name);
 }
 
 /// Opens the device, which then stays for the life of the process, and directs all functions to it.
 bool connect() {
     const std::string path = ownFolder() + kDeviceName;
-    void* const device = openDevice(path);
-    if (device == nullptr || !isComplete(device, path)) return false;
-#define PL_FUNCTION(result, name, parameters, arguments) direct(s_##name, device, #name);
+    const auto device = openDevice(path);
+    if (!device || !isComplete(*device, path)) return false;
+#define PL_FUNCTION(result, name, parameters, arguments) direct(s_##name, *device, #name);
 #include "porting/pl_functions.def"
-    direct(s_enableDtvEvents, device, kEnableDtvEvents);
+    direct(s_enableDtvEvents, *device, kEnableDtvEvents);
     return true;
 }
 

@@ -64,6 +64,9 @@ TEST(Configuration, TakesEverySettingFromTheFile) {
         "storage": {"folder": "/var/store", "durability": "machine"},
         "graphics": {"videoMemory": "1 GiB"},
         "network": {"timeLimitSeconds": 1, "sizeLimitMiB": 4095},
+        "input": {"keyMap": {"F9": "VK_RED", "Left": null, "F10": 5, "F11": "5"}},
+        "platform": {"properties": {"system.model": "M", "app.key": "é"}},
+        "control": {"path": "control"},
         "log": {"level": "silent"}
     })");
     const Configuration configuration = read(file.variables());
@@ -74,6 +77,13 @@ TEST(Configuration, TakesEverySettingFromTheFile) {
     EXPECT_EQ(configuration.graphics.videoMemory, 1U << 30);
     EXPECT_EQ(configuration.network.timeLimitSeconds, 1U);
     EXPECT_EQ(configuration.network.sizeLimitMiB, 4095U);
+    EXPECT_EQ(configuration.input.keyMap,
+              (KeyBindings{{"F9", 403}, {"Left", std::nullopt}, {"F10", 5}, {"F11", 53}}));
+    const auto& properties = configuration.platform.properties;
+    EXPECT_EQ(properties.at("system.model"), "M");
+    EXPECT_EQ(properties.at("app.key"), "é");
+    EXPECT_EQ(properties.size(), Configuration().platform.properties.size() + 1);
+    EXPECT_EQ(configuration.control.path, file.folder() + "/control");
     EXPECT_EQ(configuration.log.level, log::Level::silent);
 }
 
@@ -84,12 +94,14 @@ TEST(Configuration, VariablesOverrideTheFile) {
     variables.insert({{"QUIRAVENT_LOG", "debug"},
                       {"QUIRAVENT_SCREENSHOT", "b.png"},
                       {"QUIRAVENT_VIDEO_MEMORY", "16MiB"},
-                      {"QUIRAVENT_TIME_LIMIT", "7"}});
+                      {"QUIRAVENT_TIME_LIMIT", "7"},
+                      {"QUIRAVENT_KEY_MAP", R"({"F9": "Enter"})"}});
     const Configuration configuration = read(variables);
     EXPECT_EQ(configuration.log.level, log::Level::debug);
     EXPECT_EQ(configuration.screen.capture, std::filesystem::current_path() / "b.png");
     EXPECT_EQ(configuration.graphics.videoMemory, 16U << 20);
     EXPECT_EQ(configuration.network.timeLimitSeconds, 7U);
+    EXPECT_EQ(configuration.input.keyMap, (KeyBindings{{"F9", 13}}));
     EXPECT_EQ(read(file.variables()).graphics.videoMemory, 9000000U);
 }
 
@@ -100,7 +112,7 @@ TEST(Configuration, WrongFileIsRefusedWithOneLine) {
     };
     const Case cases[] = {
         {R"({"scren": {"driver": "auto"}})",
-         R"(: unknown key scren with the value {"driver":"auto"}; allowed: screen, storage, graphics, network, media, log)"},
+         R"(: unknown key scren with the value {"driver":"auto"}; allowed: screen, storage, graphics, network, media, input, platform, control, log)"},
         {R"({"screen": {"size": 5}})",
          ": unknown key screen.size with the value 5; allowed: driver, capture"},
         {R"({"screen": "headless"})",
@@ -126,6 +138,17 @@ TEST(Configuration, WrongFileIsRefusedWithOneLine) {
          ": network.sizeLimitMiB is -1; allowed: a whole number from 1 to 4095"},
         {R"({"network": {"sizeLimitMiB": 4096}})",
          ": network.sizeLimitMiB is 4096; allowed: a whole number from 1 to 4095"},
+        {R"({"input": {"keyMap": {"F1": "Enter", "F2": "Entr"}}})",
+         R"(: input.keyMap.F2 is "Entr"; allowed: the name of a remote key, as "ArrowLeft", "VK_LEFT" or "KEY_LEFT" (docs/keys.md has all), or a key's code, or null for none)"},
+        {R"({"input": {"keyMap": {"": "Enter"}}})",
+         R"(: input.keyMap. is "Enter"; allowed: the name of a remote key, as "ArrowLeft", "VK_LEFT" or "KEY_LEFT" (docs/keys.md has all), or a key's code, or null for none)"},
+        {R"({"platform": {"properties": ["a"]}})",
+         R"(: platform.properties is ["a"]; allowed: an object, in which each value is a text without NUL)"},
+        {R"({"platform": {"properties": {"a": 1}}})",
+         ": platform.properties.a is 1; allowed: a text without NUL"},
+        {R"({"platform": {"properties": {"a": "\u0000"}}})",
+         R"(: platform.properties.a is "\u0000"; allowed: a text without NUL)"},
+        {R"({"control": {"path": 5}})", ": control.path is 5; allowed: the path of a socket"},
         {R"({"log": {"level": "a level with a name that is much too long to be shown as a whole"}})",
          R"(: log.level is "a level with a name that is much too long to be shown as a ...; allowed: "silent", "error", "warning", "info", "debug")"},
         {R"({"log": {"level": "info", "level": "debug"}})",
@@ -145,6 +168,8 @@ TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
     const std::map<std::string, std::string> lines{
         {"QUIRAVENT_LOG", R"("loud"; allowed: "silent", "error", "warning", "info", "debug")"},
         {"QUIRAVENT_SCREEN", R"("loud"; allowed: "auto", "headless")"},
+        {"QUIRAVENT_PROPERTIES",
+         R"("loud"; allowed: an object, in which each value is a text without NUL)"},
         {"QUIRAVENT_TIME_LIMIT", R"("loud"; allowed: a whole number from 1 to 3600)"},
     };
     for (const auto& [name, line] : lines) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 
 #include "common/callWith.h"
@@ -31,9 +32,20 @@ uint32_t newFont() {
     return handle;
 }
 
+/// Functions that take a number as it is, or nothing.
+const std::set<std::string> kTakersOfAll{
+    "pl_input_init",
+    "pl_input_UpdateKeyMask",
+    "pl_platform_SetRuntimeState",
+    "pl_platform_Exit",
+    "pl_platform_Restart",
+    "pl_platform_ToggleLiveDTV",
+    "pl_platform_SetReferenceDate",
+};
+
 void expectRefusalOfAll(uint32_t number) {
 #define PL_FUNCTION(result, name, parameters, arguments)                   \
-    if (std::string(#name) != "pl_input_init") {                           \
+    if (kTakersOfAll.count(#name) == 0) {                                  \
         EXPECT_NE(callWith(number, &(name)), 0) << #name << ' ' << number; \
     }
 #include "porting/pl_functions.def"

@@ -8,6 +8,9 @@ namespace quiravent::desktop {
 /// asks the screen find it, in its planes. Works everywhere.
 class HeadlessDisplay : public DisplayDriver {
   public:
+    static constexpr const char* kName = "headless";
+
+    const char* name() const override { return kName; }
     void show(const Screen&, uint64_t, const Box&) override {}
 };
 

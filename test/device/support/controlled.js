@@ -1,0 +1,122 @@
+'use strict';
+
+// Runs a script on the desktop device in a process of its own, controlled by its control channel.
+
+const fs = require('fs');
+const net = require('net');
+const os = require('os');
+const path = require('path');
+const { spawn, spawnSync } = require('child_process');
+const { modulePath } = require('../../script/support/build');
+
+/** A process that isn't over by then is ended; in ms. */
+const PATIENCE = 60000;
+
+/** Pressed to wake a worker that was away when an event came; its events are left out. */
+const NUDGE = 'MediaRecord';
+const NUDGE_CODE = '416';
+
+const PRELUDE = `
+const say = (text) => require('fs').writeSync(1, text + '\\n');
+const quiravent = require(${JSON.stringify(modulePath)});
+const { platformServices } = quiravent;
+`;
+
+function delay(ms) {
+  return new Promise((resolve) => setTimeout(resolve, ms));
+}
+
+/** Calls back with each whole line that a stream brings. */
+function onLines(stream, use) {
+  let rest = '';
+  stream.setEncoding('utf8').on('data', (text) => {
+    const lines = (rest + text).split('\n');
+    rest = lines.pop();
+    lines.forEach(use);
+  });
+}
+
+/** A connection to the control channel. */
+class Control {
+  constructor(socket) {
+    this.socket = socket;
+    this.waiting = [];
+    onLines(socket, (line) => this.waiting.shift()(JSON.parse(line)));
+    socket.on('error', () => {});
+  }
+
+  /** Resolves with the answer. */
+  ask(command, parameters) {
+    return new Promise((resolve) => {
+      this.waiting.push(resolve);
+      this.socket.write(JSON.stringify(Object.assign({ command }, parameters)) + '\n');
+    });
+  }
+}
+
+class Application {
+  constructor(t, source, variables) {
+    this.folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-control-'));
+    t.teardown(() => this.clear());
+    this.lines = [];
+    const env = {
+      QUIRAVENT_SCREEN: 'headless',
+      QUIRAVENT_CONTROL: 'control',
+      QUIRAVENT_STORAGE: 'store'
+    };
+    this.child = spawn(process.execPath, ['-e', PRELUDE + source], {
+      cwd: this.folder,
+      env: Object.assign({}, process.env, env, variables),
+      stdio: ['ignore', 'pipe', 'inherit']
+    });
+    onLines(this.child.stdout, (line) => this.lines.push(line));
+    const timer = setTimeout(() => this.child.kill('SIGKILL'), PATIENCE);
+    /** Resolves with { code, signal } when the process is over. */
+    this.end = new Promise((resolve) => {
+      this.child.on('close', (code, signal) => {
+        clearTimeout(timer);
+        resolve({ code, signal });
+      });
+    });
+  }
+
+  file(name) {
+    return path.join(this.folder, name);
+  }
+
+  /** Resolves with a Control once the device is there. */
+  connect() {
+    return new Promise((resolve, reject) => {
+      const socket = net.connect(this.file('control'));
+      socket.once('connect', () => resolve(new Control(socket)));
+      socket.once('error', reject);
+    }).catch(() => delay(20).then(() => this.connect()));
+  }
+
+  /** What the script has said, but for the nudges. */
+  said() {
+    return this.lines.filter((line) => !line.endsWith(' ' + NUDGE_CODE));
+  }
+
+  /**
+   * Resolves when the script has said so many lines: what it said. An event that comes while its
+   * worker is away lies until the next one comes, so keys are pressed until then.
+   */
+  until(control, count) {
+    if (this.said().length >= count) return Promise.resolve(this.said());
+    return control.ask('press', { key: NUDGE, hold: 0 }).then(() => this.until(control, count));
+  }
+
+  /** Resolves when the script has been told of a key. */
+  untilListening(control) {
+    if (this.lines.some((line) => line.endsWith(' ' + NUDGE_CODE))) return Promise.resolve(control);
+    return control.ask('press', { key: NUDGE, hold: 0 }).then(() => this.untilListening(control));
+  }
+
+  clear() {
+    this.child.kill('SIGKILL');
+    return this.end.then(() => spawnSync('rm', ['-rf', this.folder]));
+  }
+}
+
+module.exports = { Application };

@@ -1,0 +1,99 @@
+#include "control/ControlSocket.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "common/TemporaryFolder.h"
+#include "control/Station.h"
+#include "support/DeviceError.h"
+
+namespace quiravent::desktop {
+namespace {
+
+mode_t modeOf(const std::string& path) {
+    struct stat about = {};
+    return lstat(path.c_str(), &about) == 0 ? about.st_mode & 07777 : 0;
+}
+
+std::string errorOf(const std::string& path) {
+    try {
+        const ControlSocket socket(path);
+        return "none";
+    } catch (const DeviceError& error) {
+        return error.what();
+    }
+}
+
+TEST(ControlSocket, IsForItsUserAloneWhateverTheMask) {
+    const TemporaryFolder folder;
+    for (const mode_t mask : {0000, 0022, 0777}) {
+        const mode_t before = umask(mask);
+        const ControlSocket socket(folder / "control");
+        umask(before);
+        EXPECT_EQ(modeOf(folder / "control"), 0600U);
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "control"));
+}
+
+TEST(ControlSocket, TakesThePlaceOfOneThatNobodyListensOn) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "control";
+    std::optional<ControlSocket> first(path);
+    EXPECT_EQ(errorOf(path), "the control channel can't be at " + path +
+                                 ": another process listens there; choose another path");
+    // As after the death of a process: the name stays.
+    std::filesystem::create_hard_link(path, folder / "kept");
+    first.reset();
+    std::filesystem::rename(folder / "kept", path);
+    EXPECT_EQ(errorOf(path), "none");
+}
+
+TEST(ControlSocket, SaysWhyItCantBe) {
+    const TemporaryFolder folder;
+    std::ofstream(folder / "file") << "text";
+    const std::string longPath = folder / std::string(100, 'x');
+    const struct {
+        std::string path;
+        std::string reason;
+    } cases[] = {
+        {folder / "file", ": that is no socket; remove it, or choose another path"},
+        {folder / "none/control", ": it can't be made: No such file or directory"},
+        {longPath,
+         ": its path has " + std::to_string(longPath.size()) + " bytes; allowed: at most 107"},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(errorOf(each.path), "the control channel can't be at " + each.path + each.reason);
+    }
+    EXPECT_TRUE(std::filesystem::exists(folder / "file"));
+}
+
+TEST(ControlSocket, LeavesAFileAloneThatTookItsPlace) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "control";
+    {
+        const ControlSocket first(path);
+        std::filesystem::remove(path);
+        std::ofstream(path) << "text";
+    }
+    EXPECT_TRUE(std::filesystem::exists(path));
+}
+
+TEST(ControlSocket, IsGoneWithItsServerAndClosesItsClients) {
+    Station station;
+    Client client = station.client();
+    EXPECT_EQ(client.ask(R"({"command":"frame"})"), R"({"ok":true,"frame":0})");
+    client.send("{\"command\":\"waitFlush\",\"timeout\":600000}\n");
+    station.server().stop();
+    EXPECT_EQ(client.line(), "");
+    EXPECT_FALSE(std::filesystem::exists(station.socketPath()));
+}
+
+}  // namespace
+}  // namespace quiravent::desktop

@@ -1,0 +1,170 @@
+// The platform and the remote control through the C interface, and the ends of the process.
+
+#include "porting/pl_platform.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+
+#include "device/Station.h"
+#include "porting/pl_events.h"
+#include "porting/pl_functions.h"
+
+namespace {
+
+std::map<std::string, std::string> properties() {
+    s_pl_platform_properties list = {};
+    EXPECT_EQ(pl_platform_InitProperties(&list), e_pl_status_ok);
+    std::map<std::string, std::string> all;
+    for (uint32_t index = 0; index < list.count; ++index)
+        all[list.keys[index]] = list.values[index];
+    return all;
+}
+
+e_pl_platform_runtime_state state() {
+    auto state = e_pl_platform_runtime_state_paused;
+    EXPECT_EQ(pl_platform_GetRuntimeState(&state), e_pl_status_ok);
+    return state;
+}
+
+/// Stores a value without closing anything.
+void storeValue(const std::string& value) {
+    unsigned int store = 0;
+    EXPECT_EQ(pl_persistent_GetPersistent(&store, "context"), e_pl_status_ok);
+    EXPECT_EQ(pl_persistent_SetValue(store, "key", value), e_pl_status_ok);
+}
+
+std::string storedValue() {
+    unsigned int store = 0;
+    std::string value;
+    EXPECT_EQ(pl_persistent_GetPersistent(&store, "context"), e_pl_status_ok);
+    EXPECT_EQ(pl_persistent_GetValue(store, "key", value), e_pl_status_ok);
+    return value;
+}
+
+TEST(Platform, PropertiesAreTheDefaultsAndThoseOfTheConfiguration) {
+    Station station;
+    station.setVariable("QUIRAVENT_PROPERTIES", R"({"system.model": "M", "app.key": ""})");
+    station.expectQuiet([] {
+        const auto all = properties();
+        EXPECT_EQ(all.at("system.model"), "M");
+        EXPECT_EQ(all.at("app.key"), "");
+        EXPECT_EQ(all.at("system.manufacturer"), "Quiravent");
+        EXPECT_EQ(properties(), all);
+    });
+}
+
+TEST(Platform, StatesAndSwitchesAreKept) {
+    const Station station;
+    station.expectQuiet([] {
+        EXPECT_EQ(state(), e_pl_platform_runtime_state_running);
+        EXPECT_EQ(pl_platform_SetRuntimeState(e_pl_platform_runtime_state_overlay), 0);
+        EXPECT_EQ(pl_platform_SetRuntimeState(static_cast<e_pl_platform_runtime_state>(6)),
+                  e_pl_status_invalid_argument);
+        EXPECT_EQ(state(), e_pl_platform_runtime_state_overlay);
+        for (const bool on : {true, true, false}) {
+            uint8_t isOn = 7;
+            EXPECT_EQ(pl_platform_ToggleLiveDTV(on), e_pl_status_ok);
+            EXPECT_EQ(pl_platform_GetLiveDTVStatus(&isOn), e_pl_status_ok);
+            EXPECT_EQ(isOn, on ? 1 : 0);
+        }
+        EXPECT_EQ(pl_platform_SetReferenceDate(0xffffffff), e_pl_status_ok);
+        EXPECT_EQ(pl_input_UpdateKeyMask(0, 1, 2), e_pl_status_invalid_argument);
+        EXPECT_EQ(pl_input_UpdateKeyMask(0, 1, 0), e_pl_status_ok);
+    });
+}
+
+TEST(Platform, ExitIsOrderlyAndImmediate) {
+    Station station;
+    station.setVariable("QUIRAVENT_SCREENSHOT", station / "screen.png");
+    const ChildOutcome outcome = station.run([] {
+        // What would come later, or never, were it waited for.
+        std::atexit([] { std::abort(); });
+        properties();
+        storeValue("kept");
+        pl_platform_Exit();
+        std::abort();
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_TRUE(std::filesystem::exists(station / "screen.png"));
+    station.expectQuiet([] { EXPECT_EQ(storedValue(), "kept"); });
+}
+
+TEST(Platform, RestartIsLeftToTheLauncherWhereThereIsOne) {
+    Station station;
+    station.setVariable("QUIRAVENT_LAUNCHER", "1");
+    const ChildOutcome outcome = station.run([] {
+        storeValue("kept");
+        pl_platform_Restart();
+        std::abort();
+    });
+    ASSERT_TRUE(WIFEXITED(outcome.status));
+    EXPECT_EQ(WEXITSTATUS(outcome.status), 83);
+    station.expectQuiet([] { EXPECT_EQ(storedValue(), "kept"); });
+}
+
+TEST(Platform, SignalThatEndsTheProcessDoesSoAfterAnOrderlyEnd) {
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+        Station station;
+        station.setVariable("QUIRAVENT_SCREENSHOT", station / "screen.png");
+        station.setVariable("QUIRAVENT_CONTROL", station / "control");
+        const ChildOutcome outcome = station.run([signal, &station] {
+            // A runtime's way to tidy up.
+            struct sigaction tidy = {};
+            tidy.sa_handler = [](int number) { raise(number); };
+            tidy.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+            if (signal != SIGHUP) sigaction(signal, &tidy, nullptr);
+            pl_input_init();
+            EXPECT_TRUE(std::filesystem::exists(station / "control"));
+            raise(signal);
+            while (true) pause();
+        });
+        ASSERT_TRUE(WIFSIGNALED(outcome.status)) << outcome.status;
+        EXPECT_EQ(WTERMSIG(outcome.status), signal);
+        EXPECT_TRUE(std::filesystem::exists(station / "screen.png"));
+        EXPECT_FALSE(std::filesystem::exists(station / "control"));
+    }
+}
+
+TEST(Platform, SignalThatIsHandledOrIgnoredIsLeftAlone) {
+    const Station station;
+    station.expectQuiet([] {
+        static volatile sig_atomic_t handled = 0;
+        signal(SIGHUP, SIG_IGN);
+        struct sigaction handle = {};
+        handle.sa_handler = [](int) { handled = handled + 1; };
+        sigaction(SIGTERM, &handle, nullptr);
+        pl_input_init();
+        raise(SIGHUP);
+        raise(SIGTERM);
+        raise(SIGTERM);
+        EXPECT_EQ(handled, 2);
+        storeValue("still there");
+    });
+}
+
+TEST(Platform, BadKeyMapKeepsTheDeviceFromStarting) {
+    Station station;
+    station.setVariable("QUIRAVENT_KEY_MAP", R"({"F1": "Entr"})");
+    const ChildOutcome outcome = station.run([] {
+        EXPECT_EQ(pl_input_init(), e_pl_status_unavailable);
+        EXPECT_EQ(pl_platform_Exit(), e_pl_status_unavailable);
+        pl_EnableDTVEvents();
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors,
+              "quiravent: error: environment variable QUIRAVENT_KEY_MAP.F1 is \"Entr\"; allowed: "
+              "the name of a remote key, as \"ArrowLeft\", \"VK_LEFT\" or \"KEY_LEFT\" "
+              "(docs/keys.md has all), or a key's code, or null for none\n");
+}
+
+}  // namespace
