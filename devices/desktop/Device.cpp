@@ -8,9 +8,12 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "config/readConfiguration.h"
 #include "display/drivers.h"
+#include "input/KeyMap.h"
+#include "input/Keys.h"
 #include "platform/EndSignals.h"
 #include "support/DeviceError.h"
 #include "support/Log.h"
@@ -45,11 +48,34 @@ void attempt(Body body) noexcept {
     }
 }
 
+void endProcess() { ::kill(::getpid(), SIGTERM); }
+
+/// What a display tells of its viewer, as keys of the remote control.
+DisplayInput inputFor(RemoteControl& remote, KeyMap keys) {
+    const auto tell = [&remote](int32_t code, bool isDown) {
+        if (isDown) {
+            remote.keyDown(code);
+        } else {
+            remote.keyUp(code);
+        }
+    };
+    DisplayInput input;
+    input.key = [tell, keys = std::move(keys)](const char* name, bool isDown) {
+        const auto code = keys.codeOf(name);
+        if (code) tell(*code, isDown);
+        return code.has_value();
+    };
+    input.exitKey = [tell](bool isDown) { tell(static_cast<int32_t>(RemoteKey::kExit), isDown); };
+    input.terminate = endProcess;
+    return input;
+}
+
 }  // namespace
 
 Device::Device(const Configuration& configuration)
     : m_platform(configuration.platform.properties),
-      m_screen(createDisplayDriver(configuration.screen.driver),
+      m_screen(createDisplayDriver(configuration.screen.driver,
+                                   inputFor(m_remote, KeyMap(configuration.input.keyMap))),
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
       m_players(configuration, m_screen),
@@ -58,7 +84,6 @@ Device::Device(const Configuration& configuration)
 }
 
 void Device::startControl(const std::string& path) {
-    const auto endProcess = [] { ::kill(::getpid(), SIGTERM); };
     try {
         m_control = std::make_unique<ControlServer>(
             path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, endProcess});

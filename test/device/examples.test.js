@@ -26,7 +26,7 @@ function makeFolder(t) {
 function runNode(folder, words) {
   const env = Object.assign({}, process.env, {
     NODE_PATH: path.join(folder, 'node_modules'),
-    QUIRAVENT_SCREEN: 'headless',
+    QUIRAVENT_DISPLAY: 'headless',
     QUIRAVENT_SCREENSHOT: path.join(folder, 'screen.png'),
     QUIRAVENT_STORAGE: path.join(folder, 'store')
   });

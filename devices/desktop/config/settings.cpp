@@ -112,7 +112,7 @@ std::vector<Setting> mediaSettings() {
 std::vector<Setting> makeSettings() {
     const std::vector<std::string> drivers = driverChoices();
     std::vector<Setting> table{
-        choiceSetting({"screen", "driver", "QUIRAVENT_SCREEN",
+        choiceSetting({"screen", "driver", "QUIRAVENT_DISPLAY",
                        "What shows the screen; \"auto\" takes the first that works here."},
                       drivers, 0,
                       [drivers](Configuration& configuration, size_t index) {

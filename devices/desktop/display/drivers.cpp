@@ -1,7 +1,9 @@
 #include "display/drivers.h"
 
 #include "display/headless/HeadlessDisplay.h"
+#include "display/window/WindowDisplay.h"
 #include "support/DeviceError.h"
+#include "support/Log.h"
 #include "support/Text.h"
 
 namespace quiravent::desktop {
@@ -10,14 +12,35 @@ namespace {
 
 struct DriverEntry {
     const char* name;
+    /// Whether it should work here.
+    bool (*isOffered)();
     /// Throws DeviceError where the driver doesn't work.
-    std::unique_ptr<DisplayDriver> (*create)();
+    std::unique_ptr<DisplayDriver> (*create)(const DisplayInput& input);
 };
 
 const DriverEntry kDrivers[] = {
-    {HeadlessDisplay::kName,
-     []() -> std::unique_ptr<DisplayDriver> { return std::make_unique<HeadlessDisplay>(); }},
+    {WindowDisplay::kName, WindowDisplay::isOffered,
+     [](const DisplayInput& input) -> std::unique_ptr<DisplayDriver> {
+         return std::make_unique<WindowDisplay>(input);
+     }},
+    {HeadlessDisplay::kName, [] { return true; },
+     [](const DisplayInput&) -> std::unique_ptr<DisplayDriver> {
+         return std::make_unique<HeadlessDisplay>();
+     }},
 };
+
+std::unique_ptr<DisplayDriver> createFirstThatWorks(const DisplayInput& input) {
+    for (const DriverEntry& driver : kDrivers) {
+        if (!driver.isOffered()) continue;
+        try {
+            return driver.create(input);
+        } catch (const DeviceError& error) {
+            log::warning("the screen can't be shown by the driver \"", driver.name,
+                         "\", another one is taken: ", error.what());
+        }
+    }
+    throw DeviceError(e_pl_status_unavailable, "no display driver works here");
+}
 
 }  // namespace
 
@@ -27,17 +50,19 @@ std::vector<std::string> displayDriverNames() {
     return names;
 }
 
-std::unique_ptr<DisplayDriver> createDisplayDriver(const std::string& name) {
-    std::string reasons;
+std::unique_ptr<DisplayDriver> createDisplayDriver(const std::string& name,
+                                                   const DisplayInput& input) {
+    if (name == kAutomaticDriver) return createFirstThatWorks(input);
     for (const DriverEntry& driver : kDrivers) {
-        if (name != kAutomaticDriver && name != driver.name) continue;
+        if (name != driver.name) continue;
         try {
-            return driver.create();
+            return driver.create(input);
         } catch (const DeviceError& error) {
-            reasons += joined("; ", driver.name, ": ", error.what());
+            throw DeviceError(error.status(), joined("the screen can't be shown by the driver \"",
+                                                     name, "\": ", error.what()));
         }
     }
-    throw DeviceError(e_pl_status_unavailable, "no display driver works here" + reasons);
+    throw DeviceError(e_pl_status_unavailable, joined("there is no display driver \"", name, '"'));
 }
 
 }  // namespace quiravent::desktop

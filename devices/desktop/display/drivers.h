@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "display/DisplayDriver.h"
+#include "display/DisplayInput.h"
 
 namespace quiravent::desktop {
 
@@ -14,8 +15,10 @@ inline constexpr const char* kAutomaticDriver = "auto";
 /// Names of all drivers, in the order in which they are tried.
 std::vector<std::string> displayDriverNames();
 
-/// The driver of that name, or for kAutomaticDriver the first that works here. Throws DeviceError
-/// with the driver's reason when there is none.
-std::unique_ptr<DisplayDriver> createDisplayDriver(const std::string& name);
+/// The driver of that name, or for kAutomaticDriver the first that works here; one that should work
+/// here and doesn't is told. Throws DeviceError with the driver's reason when there is none.
+/// input: where the driver tells what viewers do.
+std::unique_ptr<DisplayDriver> createDisplayDriver(const std::string& name,
+                                                   const DisplayInput& input);
 
 }  // namespace quiravent::desktop

@@ -60,7 +60,7 @@ class Application {
     t.teardown(() => this.clear());
     this.lines = [];
     const env = {
-      QUIRAVENT_SCREEN: 'headless',
+      QUIRAVENT_DISPLAY: 'headless',
       QUIRAVENT_CONTROL: 'control',
       QUIRAVENT_STORAGE: 'store'
     };

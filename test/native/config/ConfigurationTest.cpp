@@ -118,9 +118,9 @@ TEST(Configuration, WrongFileIsRefusedWithOneLine) {
         {R"({"screen": "headless"})",
          R"(: screen is "headless"; allowed: an object with driver, capture)"},
         {R"({"screen": {"driver": "crt"}})",
-         R"(: screen.driver is "crt"; allowed: "auto", "headless")"},
+         R"(: screen.driver is "crt"; allowed: "auto", "window", "headless")"},
         {R"({"screen": {"driver": null}})",
-         R"(: screen.driver is null; allowed: "auto", "headless")"},
+         R"(: screen.driver is null; allowed: "auto", "window", "headless")"},
         {R"({"screen": {"capture": "%d-%d.png"}})",
          R"(: screen.capture is "%d-%d.png"; allowed: a file name with at most one %d or %06d for the number of the frame, and %% for a percent sign)"},
         {R"({"storage": {"folder": 7}})", ": storage.folder is 7; allowed: the path of a folder"},
@@ -167,7 +167,7 @@ TEST(Configuration, WrongFileIsRefusedWithOneLine) {
 TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
     const std::map<std::string, std::string> lines{
         {"QUIRAVENT_LOG", R"("loud"; allowed: "silent", "error", "warning", "info", "debug")"},
-        {"QUIRAVENT_SCREEN", R"("loud"; allowed: "auto", "headless")"},
+        {"QUIRAVENT_DISPLAY", R"("loud"; allowed: "auto", "window", "headless")"},
         {"QUIRAVENT_PROPERTIES",
          R"("loud"; allowed: an object, in which each value is a text without NUL)"},
         {"QUIRAVENT_TIME_LIMIT", R"("loud"; allowed: a whole number from 1 to 3600)"},

@@ -24,7 +24,7 @@ constexpr Box kAll{0, 0, Screen::kWidth, Screen::kHeight};
 /// A screen and the target that is flushed to it.
 struct Television {
     explicit Television(const std::string& capture = "")
-        : screen(createDisplayDriver(kAutomaticDriver), CapturePattern(capture)),
+        : screen(createDisplayDriver("headless", {}), CapturePattern(capture)),
           pool(size_t{8} << 20),
           target(pool.create(Screen::kWidth, Screen::kHeight)) {}
 
@@ -171,8 +171,8 @@ TEST(CapturePattern, TakesOneNumberInTheName) {
 }
 
 TEST(DisplayDrivers, UnknownNameIsRefused) {
-    EXPECT_THROW(createDisplayDriver("none"), DeviceError);
-    EXPECT_NE(createDisplayDriver("headless"), nullptr);
+    EXPECT_THROW(createDisplayDriver("none", {}), DeviceError);
+    EXPECT_NE(createDisplayDriver("headless", {}), nullptr);
 }
 
 }  // namespace

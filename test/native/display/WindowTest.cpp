@@ -1,0 +1,372 @@
+// The window on an X server: what it shows, and what it tells of the keyboard.
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <set>
+
+#include "common/ChildProcess.h"
+#include "common/XServer.h"
+#include "common/XWindow.h"
+#include "display/Screen.h"
+#include "display/drivers.h"
+#include "display/window/CloseRequest.h"
+#include "graphics/Scaler.h"
+#include "support/DeviceError.h"
+#include "support/Text.h"
+
+// SDL keeps what it has of the desktop's message bus for as long as the process lives.
+extern "C" {
+__attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
+    return "leak:libdbus-1.so\n";
+}
+__attribute__((visibility("default"))) const char* __lsan_default_options() {
+    return "print_suppressions=0";
+}
+}
+
+namespace quiravent::desktop {
+namespace {
+
+using Pixels = XWindow::Pixels;
+using Events = std::vector<std::string>;
+
+constexpr Box kAll{0, 0, Screen::kWidth, Screen::kHeight};
+
+/// Writes down what it is told.
+class Viewer {
+  public:
+    /// Sets what stands for a key of the remote control; everything does where it is empty.
+    void bind(const std::set<std::string>& names) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_bound = names;
+    }
+
+    DisplayInput input() {
+        DisplayInput input;
+        input.key = [this](const std::string& name, bool isDown) {
+            if (!isBound(name)) return false;
+            add(name + (isDown ? " down" : " up"));
+            return true;
+        };
+        input.exitKey = [this](bool isDown) { add(isDown ? "Exit down" : "Exit up"); };
+        input.terminate = [this] { add("terminate"); };
+        return input;
+    }
+
+    /// All there is once there are so many, or after a minute.
+    Events events(size_t count) {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        m_added.wait_for(lock, std::chrono::minutes(1), [&] { return m_events.size() >= count; });
+        return m_events;
+    }
+
+  private:
+    bool isBound(const std::string& name) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_bound.empty() || m_bound.count(name) != 0;
+    }
+
+    void add(const std::string& event) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_events.push_back(event);
+        m_added.notify_all();
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_added;
+    std::set<std::string> m_bound;
+    Events m_events;
+};
+
+/// A screen in a window.
+struct Television {
+    explicit Television(int depth = 24)
+        : server(depth),
+          screen(std::make_unique<Screen>(createDisplayDriver("window", viewer.input()),
+                                          CapturePattern(""))),
+          pool(size_t{8} << 20),
+          target(pool.create(Screen::kWidth, Screen::kHeight)) {}
+
+    /// Flushes a part with pixels of all kinds; the same seed gives the same ones.
+    void flush(unsigned seed, const Box& part) {
+        std::minstd_rand random(seed);
+        for (uint32_t y = 0; y < Screen::kHeight; ++y) {
+            for (uint32_t x = 0; x < Screen::kWidth; ++x) {
+                const uint32_t alpha = random() % 4 * 85;
+                target->row(y)[x] = alpha << 24 | (random() % (alpha + 1)) * 0x010001 |
+                                    (random() % (alpha + 1)) << 8;
+            }
+        }
+        screen->present(*target, part);
+    }
+
+    Pixels picture() const {
+        const auto composed = screen->compose();
+        Pixels pixels;
+        for (uint32_t y = 0; y < Screen::kHeight; ++y) {
+            for (uint32_t x = 0; x < Screen::kWidth; ++x) {
+                pixels.push_back(composed->row(y)[x] & 0xffffff);
+            }
+        }
+        return pixels;
+    }
+
+    void press(const std::string& words) const {
+        EXPECT_EQ(std::system(("xdotool " + words).c_str()), 0) << words;
+    }
+
+    XServer server;
+    Viewer viewer;
+    std::unique_ptr<Screen> screen;
+    SurfacePool pool;
+    std::shared_ptr<Surface> target;
+    XWindow window{"Quiravent"};
+};
+
+uint32_t inSixteenBits(uint32_t pixel) {
+    return (pixel >> 8 & 0xf800) | (pixel >> 5 & 0x07e0) | (pixel >> 3 & 0x001f);
+}
+
+TEST(Window, ShowsThePixelsOfTheScreenAndNoOthers) {
+    for (const int depth : {24, 16}) {
+        Television television(depth);
+        ASSERT_TRUE(television.window.exists());
+        for (const Box& part : {kAll, Box{100, 200, 357, 211}, Box{1279, 719, 1280, 720}}) {
+            television.flush(static_cast<unsigned>(part.right), part);
+            Pixels expected = television.picture();
+            if (depth == 16) {
+                std::transform(expected.begin(), expected.end(), expected.begin(), inSixteenBits);
+            }
+            EXPECT_TRUE(television.window.waitUntil([&](const Pixels& shown) {
+                return shown == expected;
+            })) << "depth "
+                << depth << ", part from " << part.left;
+        }
+    }
+}
+
+/// The picture of the screen scaled to a view in a black window.
+Pixels inWindow(const Screen& screen, unsigned width, unsigned height, const Box& view) {
+    const auto picture = screen.compose();
+    Scaler scaler(viewOf(*picture), {kAll, view}, view);
+    Pixels pixels(size_t{width} * height);
+    for (int64_t y = view.top; y < view.bottom; ++y) {
+        uint32_t* const row = pixels.data() + y * width + view.left;
+        scaler.scaleRow(y, row);
+        std::for_each(row, row + view.width(), [](uint32_t& pixel) { pixel &= 0xffffff; });
+    }
+    return pixels;
+}
+
+TEST(Window, ScalesInTheAspectOfTheScreenWhenResized) {
+    struct Case {
+        unsigned width;
+        unsigned height;
+        Box view;
+    };
+    const Case cases[] = {
+        {640, 360, {0, 0, 640, 360}},     {1600, 900, {0, 0, 1600, 900}},
+        {1500, 720, {110, 0, 1390, 720}}, {1280, 900, {0, 90, 1280, 810}},
+        {333, 801, {0, 307, 333, 494}},   {1600, 101, {710, 0, 889, 101}},
+    };
+    const Box parts[] = {kAll, {3, 5, 4, 6}, {601, 333, 777, 348}, {1270, 0, 1280, 720}};
+    Television television;
+    for (const Case& each : cases) {
+        television.window.resize(each.width, each.height);
+        for (const Box& part : parts) {
+            television.flush(each.width, part);
+            const Pixels expected =
+                inWindow(*television.screen, each.width, each.height, each.view);
+            EXPECT_TRUE(television.window.waitUntil([&](const Pixels& shown) {
+                return shown == expected;
+            })) << each.width
+                << " x " << each.height << ", part from " << part.left;
+        }
+    }
+}
+
+TEST(Window, ShowsAgainWhatTheDisplayLost) {
+    Television television;
+    const auto showsThePicture = [&] {
+        const Pixels expected = television.picture();
+        return television.window.waitUntil([&](const Pixels& shown) { return shown == expected; });
+    };
+    television.window.wipe();
+    EXPECT_TRUE(showsThePicture()) << "black before the first frame";
+    television.flush(1, kAll);
+    EXPECT_TRUE(showsThePicture());
+    television.window.wipe();
+    EXPECT_TRUE(showsThePicture()) << "after it was covered";
+    television.window.hide();
+    television.flush(2, {10, 10, 60, 60});
+    television.flush(3, {700, 500, 800, 600});
+    television.window.unhide();
+    EXPECT_TRUE(showsThePicture()) << "after it was hidden";
+}
+
+TEST(Window, TellsOfKeysByName) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"Left", "Left"},    {"Return", "Return"},
+        {"a", "A"},          {"7", "7"},
+        {"F1", "F1"},        {"BackSpace", "Backspace"},
+        {"Prior", "PageUp"}, {"KP_Enter", "Keypad Enter"},
+        {"minus", "-"},      {"Escape", "Escape"},
+    };
+    Television television;
+    Events expected;
+    for (const auto& [key, name] : cases) {
+        television.press(joined("key ", key));
+        expected.push_back(joined(name, " down"));
+        expected.push_back(joined(name, " up"));
+    }
+    EXPECT_EQ(television.viewer.events(expected.size()), expected);
+}
+
+TEST(Window, TakesTheKeyboardsRepetitionForOnePress) {
+    Television television;
+    television.press("keydown Left keydown Left keydown Up keydown Left keyup Left keyup Up");
+    const Events expected{"Left down", "Up down", "Left up", "Up up"};
+    EXPECT_EQ(television.viewer.events(expected.size()), expected);
+}
+
+TEST(Window, KnowsKeysByTheirPlaceWhereTheirNameIsBoundToNothing) {
+    Television television;
+    ASSERT_EQ(std::system("setxkbmap -layout fr"), 0);
+    television.viewer.bind({"1", "A", "Left"});
+    // The 1 of a French keyboard is had with Shift; its A is where others have the Q.
+    television.press("key ampersand key a key x key Left");
+    const Events expected{"1 down", "1 up", "A down", "A up", "Left down", "Left up"};
+    EXPECT_EQ(television.viewer.events(expected.size()), expected);
+}
+
+TEST(Window, LetsGoOfKeysThatItHearsNoMoreOf) {
+    Television television;
+    television.press("keydown Left");
+    EXPECT_EQ(television.viewer.events(1), Events{"Left down"});
+    television.window.takeFocusAway();
+    EXPECT_EQ(television.viewer.events(2), (Events{"Left down", "Left up"}));
+    television.press("keyup Left");
+}
+
+TEST(Window, LetsGoOfKeysWhenFinished) {
+    Television television;
+    television.press("keydown Down");
+    television.viewer.events(1);
+    television.window.askToClose();
+    television.viewer.events(2);
+    television.screen->finish();
+    const Events expected{"Down down", "Exit down", "Down up", "Exit up"};
+    EXPECT_EQ(television.viewer.events(4), expected);
+    EXPECT_FALSE(XWindow("Quiravent").exists());
+    television.flush(1, kAll);
+    EXPECT_EQ(television.screen->frameCount(), 1U);
+}
+
+TEST(Window, DisplayThatGoesAwayIsToldAndTheScreenGoesOn) {
+    for (const bool isServerGone : {false, true}) {
+        const ChildOutcome outcome = runInChild({}, [&] {
+            Television television;
+            television.press("keydown Left");
+            television.viewer.events(1);
+            if (isServerGone) {
+                television.server.end();
+            } else {
+                television.window.killConnection();
+            }
+            EXPECT_EQ(television.viewer.events(2), (Events{"Left down", "Left up"}));
+            television.flush(1, kAll);
+            television.flush(2, kAll);
+            EXPECT_EQ(television.screen->frameCount(), 2U);
+            television.screen.reset();
+            // The test's own connection can't be closed in good order either.
+            if (isServerGone) std::_Exit(testing::Test::HasFailure() ? 1 : 0);
+        });
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.errors,
+                  "quiravent: warning: going on without the window: the display is gone\n");
+    }
+}
+
+TEST(Window, DisplayThatDoesNotAnswerKeepsNobodyWaiting) {
+    Television television;
+    television.server.pause();
+    for (unsigned seed = 1; seed <= 3; ++seed) television.flush(seed, kAll);
+    television.screen->finish();
+    EXPECT_EQ(television.screen->frameCount(), 3U);
+    television.server.resume();
+}
+
+TEST(DisplayDrivers, AreChosenByWhatTheEnvironmentOffers) {
+    struct Case {
+        const char* name;
+        const char* display;
+        const char* refusal;  ///< null where there is a screen
+        const char* told;
+    };
+    const Case cases[] = {
+        {"headless", "nowhere:0", nullptr, ""},
+        {"auto", "", nullptr, ""},
+        {"auto", "nowhere:0", nullptr,
+         "quiravent: warning: the screen can't be shown by the driver \"window\", another one is "
+         "taken: the display that DISPLAY or WAYLAND_DISPLAY names can't be opened: x11 not "
+         "available\n"},
+        {"window", "",
+         "the screen can't be shown by the driver \"window\": neither DISPLAY nor "
+         "WAYLAND_DISPLAY is set",
+         ""},
+        {"window", "nowhere:0",
+         "the screen can't be shown by the driver \"window\": the display that DISPLAY or "
+         "WAYLAND_DISPLAY names can't be opened: x11 not available",
+         ""},
+    };
+    for (const Case& each : cases) {
+        const std::map<std::string, std::string> variables{{"DISPLAY", each.display},
+                                                           {"WAYLAND_DISPLAY", ""}};
+        const ChildOutcome outcome = runInChild(variables, [&] {
+            try {
+                createDisplayDriver(each.name, {});
+                EXPECT_EQ(each.refusal, nullptr);
+            } catch (const DeviceError& error) {
+                EXPECT_STREQ(error.what(), each.refusal);
+            }
+        });
+        EXPECT_EQ(outcome.status, 0) << each.name << " on " << each.display;
+        EXPECT_EQ(outcome.errors, each.told);
+    }
+}
+
+TEST(CloseRequest, PressesExitAndThenInsists) {
+    struct Case {
+        std::vector<int> asked;  ///< milliseconds
+        int end;
+        Events events;
+    };
+    const Events pressed{"Exit down"};
+    const Events over{"Exit down", "Exit up"};
+    const Case cases[] = {
+        {{0}, 4999, pressed},
+        {{0}, 5000, over},
+        {{0, 999}, 4999, pressed},
+        {{0, 1000}, 1000, {"Exit down", "terminate"}},
+        {{0, 2000, 3000}, 4000, {"Exit down", "terminate", "terminate"}},
+        {{0, 4999}, 5000, {"Exit down", "terminate", "Exit up"}},
+        {{0, 5000}, 5000, {"Exit down", "Exit up", "Exit down"}},
+    };
+    for (const Case& each : cases) {
+        Viewer viewer;
+        const DisplayInput input = viewer.input();
+        CloseRequest request(input);
+        const CloseRequest::Clock::time_point start{};
+        for (const int time : each.asked) request.ask(start + std::chrono::milliseconds(time));
+        request.advance(start + std::chrono::milliseconds(each.end));
+        EXPECT_EQ(viewer.events(0), each.events);
+    }
+}
+
+}  // namespace
+}  // namespace quiravent::desktop
