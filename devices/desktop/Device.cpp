@@ -52,6 +52,7 @@ Device::Device(const Configuration& configuration)
       m_screen(createDisplayDriver(configuration.screen.driver),
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
+      m_players(configuration, m_screen),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
     if (!configuration.control.path.empty()) startControl(configuration.control.path);
 }
@@ -116,6 +117,7 @@ void Device::finishInTurn() noexcept {
     attempt([&] { m_remote.stop(); });
     attempt([&] { m_platform.stop(); });
     attempt([&] { m_screen.finish(); });
+    attempt([&] { m_players.finish(); });
     attempt([&] { m_persistence.close(); });
 }
 

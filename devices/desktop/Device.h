@@ -13,6 +13,7 @@
 #include "platform/Platform.h"
 #include "platform/ProcessStart.h"
 #include "platform/StandardStreams.h"
+#include "playing/PlayerService.h"
 
 namespace quiravent::desktop {
 
@@ -29,6 +30,7 @@ class Device {
 
     RemoteControl& remote() { return m_remote; }
     DrawingService& drawing() { return m_drawing; }
+    PlayerService& players() { return m_players; }
     Persistence& persistence() { return m_persistence; }
     Platform& platform() { return m_platform; }
 
@@ -52,6 +54,7 @@ class Device {
     RemoteControl m_remote;
     Screen m_screen;
     DrawingService m_drawing;
+    PlayerService m_players;
     Persistence m_persistence;
     std::unique_ptr<ControlServer> m_control;  ///< null: none was asked for, or it can't be
     std::once_flag m_finished;

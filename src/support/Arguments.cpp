@@ -1,6 +1,40 @@
 #include "Arguments.h"
 
+#include <limits>
+
 namespace quiravent {
+
+namespace {
+
+/// What a conversion gives, or a value in its place when it threw.
+template <class Value, class Convert>
+Value Converted(Value otherwise, Convert convert) {
+    const Nan::TryCatch caught;
+    Value value = otherwise;
+    if (!convert(Nan::GetCurrentContext(), value)) KeptException::Keep(caught);
+    return value;
+}
+
+}  // namespace
+
+uint32_t ConvertUint32(v8::Local<v8::Value> value) {
+    return Converted(uint32_t{0}, [&](v8::Local<v8::Context> context, uint32_t& number) {
+        return value->Uint32Value(context).To(&number);
+    });
+}
+
+int32_t ConvertInt32(v8::Local<v8::Value> value) {
+    return Converted(int32_t{0}, [&](v8::Local<v8::Context> context, int32_t& number) {
+        return value->Int32Value(context).To(&number);
+    });
+}
+
+double ConvertDouble(v8::Local<v8::Value> value) {
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    return Converted(none, [&](v8::Local<v8::Context> context, double& number) {
+        return value->NumberValue(context).To(&number);
+    });
+}
 
 std::string ReadText(v8::Local<v8::Value> value) {
     return WithUtf8(value, [](const char* text) {
@@ -23,6 +57,7 @@ v8::Local<v8::Value> ReadProperty(v8::Local<v8::Object> object, Property propert
 
 FourNumbers ReadFour(v8::Local<v8::Object> object, Property first, Property second, Property third,
                      Property fourth) {
+    const PropertyReads reads;
     const uint32_t x = ReadUint32(object, first);
     const uint32_t y = ReadUint32(object, second);
     const uint32_t w = ReadUint32(object, third);

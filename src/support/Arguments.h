@@ -2,44 +2,47 @@
 
 #include <nan.h>
 
-#include <cmath>
 #include <cstdint>
-#include <limits>
 #include <stdexcept>
 #include <string>
 
 #include "HardEnd.h"
+#include "KeptException.h"
 #include "PropertyNames.h"
 #include "Runtime.h"
 
 /// Reading of script values, by the script's own conversions: no range is tested, nothing is
-/// refused. Where a conversion itself throws, the script's exception stays pending and the value
-/// counts as 0 (texts excepted, see ReadText).
+/// refused. Where a conversion itself throws, the value counts as 0, and the exception reaches the
+/// script when the entry returns (texts excepted, see ReadText).
 namespace quiravent {
 
 inline bool IsMissing(v8::Local<v8::Value> value) {
     return value->IsUndefined() || value->IsNull();
 }
 
+/// The conversions of values that aren't the expected kind already.
+uint32_t ConvertUint32(v8::Local<v8::Value> value);
+int32_t ConvertInt32(v8::Local<v8::Value> value);
+double ConvertDouble(v8::Local<v8::Value> value);
+
 /// A negative number gives its 32-bit complement, what is no number 0.
 inline uint32_t ReadUint32(v8::Local<v8::Value> value) {
     // The general conversion costs twice as much as these tests.
     if (value->IsUint32()) return value.As<v8::Uint32>()->Value();
     if (value->IsInt32()) return static_cast<uint32_t>(value.As<v8::Int32>()->Value());
-    return value->Uint32Value(Nan::GetCurrentContext()).FromMaybe(0);
+    return ConvertUint32(value);
 }
 
 /// As above, with the bits taken as a signed number; a fraction is cut off.
 inline int32_t ReadInt32(v8::Local<v8::Value> value) {
     if (value->IsInt32()) return value.As<v8::Int32>()->Value();
-    return value->Int32Value(Nan::GetCurrentContext()).FromMaybe(0);
+    return ConvertInt32(value);
 }
 
 /// What is no number gives not-a-number.
 inline double ReadDouble(v8::Local<v8::Value> value) {
     if (value->IsNumber()) return value.As<v8::Number>()->Value();
-    return value->NumberValue(Nan::GetCurrentContext())
-        .FromMaybe(std::numeric_limits<double>::quiet_NaN());
+    return ConvertDouble(value);
 }
 
 /// The text form of any value, up to its first zero byte; the word "undefined" for a missing
@@ -52,7 +55,20 @@ std::string ReadText(v8::Local<v8::Value> value);
 /// that have an answer for them test first.
 v8::Local<v8::Object> ReadObject(v8::Local<v8::Value> value);
 
-/// A property of an object; undefined where reading it threw.
+/// Stands around reads of properties: what an accessor throws, the script gets when the entry
+/// returns. One for all properties of an object, since it costs as much as a read.
+class PropertyReads {
+  public:
+    PropertyReads() = default;
+    ~PropertyReads() { KeptException::Keep(m_caught); }
+    PropertyReads(const PropertyReads&) = delete;
+    PropertyReads& operator=(const PropertyReads&) = delete;
+
+  private:
+    Nan::TryCatch m_caught;
+};
+
+/// A property of an object, within PropertyReads; undefined where reading it threw.
 v8::Local<v8::Value> ReadProperty(v8::Local<v8::Object> object, Property property);
 
 inline uint32_t ReadUint32(v8::Local<v8::Object> object, Property property) {

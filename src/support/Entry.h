@@ -2,6 +2,8 @@
 
 #include <nan.h>
 
+#include "KeptException.h"
+
 namespace quiravent {
 
 using Info = Nan::FunctionCallbackInfo<v8::Value>;
@@ -12,6 +14,7 @@ using Entry = void (*)(const Info&);
 template <Entry entry>
 void Dispatch(const v8::FunctionCallbackInfo<v8::Value>& info) {
     entry(Info(info, v8::Local<v8::Value>()));
+    KeptException::Throw();
 }
 
 /// One row of a class's or namespace's table: a script name and the entry behind it.

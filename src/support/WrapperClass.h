@@ -108,6 +108,7 @@ class ExternalWrapper : public Wrapper {
     static void DispatchMethod(const v8::FunctionCallbackInfo<v8::Value>& raw) {
         const Info info(raw, v8::Local<v8::Value>());
         body(NativeOf(info.Holder()), info);
+        KeptException::Throw();
     }
 };
 

@@ -36,6 +36,7 @@ void GetSize(Canvas* canvas, const Info& info) {
 void SetColor(Canvas* canvas, const Info& info) {
     if (info[0]->IsString()) return canvas->SetColor(ReadText(info[0]));
     if (!info[0]->IsObject()) return;
+    const PropertyReads reads;
     const v8::Local<v8::Object> color = info[0].As<v8::Object>();
     const uint8_t r = ReadByte(color, Property::r);
     const uint8_t g = ReadByte(color, Property::g);
@@ -173,6 +174,7 @@ struct Ellipse {
 
 // Braces, because they fix the order in which a script sees its values read.
 Ellipse ReadEllipse(v8::Local<v8::Object> object) {
+    const PropertyReads reads;
     return Ellipse{ReadText(ReadProperty(object, Property::mode)),
                    ReadUint32(object, Property::xc),
                    ReadUint32(object, Property::yc),

@@ -47,15 +47,15 @@ void GetLiveDTVStatus(const Info& info) {
 }
 
 void SetReferenceDate(const Info& info) {
-    // Deliberately carries on after the error: the device gets 0, then the script the exception.
-    if (info[0]->IsUndefined()) {
-        ThrowTypeError("setReferenceDate() error. Expected 'timestamp' uint32_t");
-    }
     const uint32_t timestamp = ReadUint32(info[0]);
     (void)std::fprintf(stdout, "[PlatformServicesWrapper] SetReferenceDate(timestamp = %zu)\n",
                        static_cast<size_t>(timestamp));
     (void)std::fflush(stdout);
     PlatformServices::SetReferenceDate(timestamp);
+    // Deliberately the last: the device gets 0 first.
+    if (info[0]->IsUndefined()) {
+        ThrowTypeError("setReferenceDate() error. Expected 'timestamp' uint32_t");
+    }
 }
 
 void Restart(const Info& info) { info.GetReturnValue().Set(PlatformServices::Restart()); }

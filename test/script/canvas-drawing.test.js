@@ -346,3 +346,28 @@ test('a refusal by the porting layer is never an exception', (t) => {
     });
   });
 });
+
+test('what a conversion throws reaches the script after the call was made with 0 in its place', (t) => {
+  const fails = () => {
+    throw new RangeError('mine');
+  };
+  const accessor = Object.defineProperty({ y: 2, w: 3, h: 4 }, 'x', { get: fails });
+  const drawings = [
+    ['an accessor', () => canvas.fillRect(accessor), { x: 0, y: 2, w: 3, h: 4 }],
+    ['a conversion', () => canvas.fillRect(1, { valueOf: fails }, 3), { x: 1, y: 0, w: 3, h: 0 }],
+    [
+      'a property that converts',
+      () => canvas.fillRect({ x: 1, y: { valueOf: fails }, w: undefined, h: '4' }),
+      { x: 1, y: 0, w: 0, h: 4 }
+    ]
+  ];
+  drawings.forEach((drawing) => {
+    recorder.clear();
+    t.throws(drawing[1], /^RangeError: mine$/, drawing[0]);
+    t.deepEqual(
+      recorder.argsOf('pl_gfx_Canvas_FillRect').map((args) => args[1]),
+      [drawing[2]]
+    );
+  });
+  t.end();
+});

@@ -7,25 +7,11 @@ const crypto = require('crypto');
 const fs = require('fs');
 const os = require('os');
 const path = require('path');
+const { isInstalled, readPackages } = require('./packages');
 const { Failure, mustRun, root, run } = require('./run');
 const { findNodeHeaders } = require('../node-headers');
 
-const packageList = path.join(root, 'tools', 'packages.txt');
 const stampFolder = path.join(root, 'build', 'setup');
-
-function readPackages(group) {
-  return fs
-    .readFileSync(packageList, 'utf8')
-    .split('\n')
-    .map((line) => line.trim().split(/\s+/))
-    .filter((words) => words[0] === group)
-    .map((words) => words[1]);
-}
-
-function isInstalled(name) {
-  const answer = run('dpkg-query', ['-W', '-f', '${db:Status-Status}', name], { capture: true });
-  return answer.status === 0 && answer.stdout === 'installed';
-}
 
 /** The words in front of apt-get with which this user may install, or null. */
 function installer() {
@@ -114,7 +100,7 @@ const always = () => true;
 /** Sets up what the groups of tools/packages.txt and the build ask for. */
 function setup(groups) {
   groups.forEach((group) => {
-    const packages = readPackages(group);
+    const packages = readPackages(group).map((one) => one.name);
     once(`packages-${group}`, packages, always, () => installPackages(packages));
   });
   const lock = fs.readFileSync(path.join(root, 'package-lock.json'));

@@ -58,6 +58,7 @@ function runScripts(folder, library) {
 const suites = [
   { name: 'native', run: () => runNative('release') },
   { name: 'script', run: () => runScripts('test/script', 'recorder') },
+  { name: 'cli', run: () => runScripts('test/cli', 'bench') },
   { name: 'device', run: () => runScripts('test/device', '.') },
   { name: 'native-sanitized', run: () => runNative('asan') }
 ];

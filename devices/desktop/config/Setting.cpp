@@ -130,6 +130,20 @@ Setting sizeSetting(SettingPlace place, uint64_t leastMiB, uint64_t mostMiB,
             std::move(schema), asNumber, std::move(store)};
 }
 
+Setting textSetting(SettingPlace place, std::string allowed,
+                    std::function<bool(const std::string&)> check, Field<std::string> field) {
+    Configuration defaults;
+    ordered_json schema{{"type", "string"}, {"default", field(defaults)}};
+    auto store = [check = std::move(check), field = std::move(field)](
+                     Configuration& configuration, const json& value,
+                     const std::filesystem::path&) {
+        if (!value.is_string() || !check(value.get_ref<const std::string&>())) return false;
+        field(configuration) = value.get<std::string>();
+        return true;
+    };
+    return {std::move(place), std::move(allowed), std::move(schema), asText, std::move(store)};
+}
+
 Setting pathSetting(SettingPlace place, std::string allowed,
                     std::function<bool(const std::string&)> check, Field<std::string> field) {
     Configuration defaults;

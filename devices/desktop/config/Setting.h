@@ -73,6 +73,10 @@ Setting numberSetting(SettingPlace place, uint64_t least, uint64_t most, Field<u
 /// A number of bytes, or a text with a number and a unit, as "64 MiB". The range is in MiB.
 Setting sizeSetting(SettingPlace place, uint64_t leastMiB, uint64_t mostMiB, Field<uint64_t> field);
 
+/// A text that has to pass the check, whose rule `allowed` tells.
+Setting textSetting(SettingPlace place, std::string allowed,
+                    std::function<bool(const std::string&)> check, Field<std::string> field);
+
 /// A path, absolute or relative to the configuration file's folder; in the environment, to the
 /// working directory. It has to pass the check, whose rule `allowed` tells. Empty: as if not set.
 Setting pathSetting(SettingPlace place, std::string allowed,

@@ -5,6 +5,8 @@
 #include "display/CapturePattern.h"
 #include "display/drivers.h"
 #include "input/Keys.h"
+#include "media/FaultList.h"
+#include "media/audio/audioSinks.h"
 
 namespace quiravent::desktop {
 
@@ -14,6 +16,8 @@ using nlohmann::json;
 using nlohmann::ordered_json;
 
 bool isAnything(const std::string&) { return true; }
+
+bool isFaultList(const std::string& text) { return static_cast<bool>(parseFaults(text)); }
 
 std::vector<std::string> driverChoices() {
     std::vector<std::string> names{kAutomaticDriver};
@@ -41,6 +45,46 @@ ordered_json remoteKeySchema() {
     return {{"anyOf", {{{"enum", names}}, {{"type", {"string", "integer", "null"}}}}}};
 }
 
+std::vector<Setting> mediaSettings() {
+    const std::vector<std::string> sinks = audioSinkNames();
+    return {
+        numberSetting({"media", "bandwidthKbit", "QUIRAVENT_BANDWIDTH",
+                       "What the network is taken to carry, in kbit/s: of a medium that is offered "
+                       "in variants, the best one that fits is played."},
+                      1, 10000000,
+                      [](Configuration& all) -> uint64_t& { return all.media.bandwidthKbit; }),
+        sizeSetting({"media", "cache", "QUIRAVENT_MEDIA_CACHE",
+                     "Memory of a player for what is read of its medium, in bytes or with a unit."},
+                    1, 4095, [](Configuration& all) -> uint64_t& { return all.media.cache; }),
+        numberSetting({"media", "timeLimitSeconds", "QUIRAVENT_MEDIA_TIME_LIMIT",
+                       "How long a player waits for a server that doesn't answer, in seconds."},
+                      1, 3600,
+                      [](Configuration& all) -> uint64_t& { return all.media.timeLimitSeconds; }),
+        choiceSetting({"media", "audioSink", "QUIRAVENT_AUDIO",
+                       "Where sound goes: nowhere, in its own time, or to a WAV file."},
+                      sinks, 0,
+                      [sinks](Configuration& configuration, size_t index) {
+                          configuration.media.audioSink = sinks[index];
+                      }),
+        pathSetting(
+            {"media", "audioFile", "QUIRAVENT_AUDIO_FILE", "The file of the audio sink \"wav\"."},
+            "the path of a file", isAnything,
+            [](Configuration& all) -> std::string& { return all.media.audioFile; }),
+        pathSetting({"media", "subtitleFont", "QUIRAVENT_SUBTITLE_FONT",
+                     "TrueType or OpenType font of subtitles that are text."},
+                    "the path of a file", isAnything,
+                    [](Configuration& all) -> std::string& { return all.media.subtitleFont; }),
+        textSetting(
+            {"media", "faults", "QUIRAVENT_FAULTS",
+             "Faults of reading media, for development, separated by semicolons: \"slow\", "
+             "\"stalled\", \"dropped\" or \"unavailable\", the seconds since reading began "
+             "as 2-10, for \"slow\" the bytes per second, and \"off\" for one that is to be "
+             "switched on later."},
+            "a list of faults as \"slow 2-10 50000; stalled 12-20\"", isFaultList,
+            [](Configuration& all) -> std::string& { return all.media.faults; }),
+    };
+}
+
 std::vector<Setting> inputAndPlatformSettings() {
     return {
         entriesSetting<KeyBindings>(
@@ -65,9 +109,9 @@ std::vector<Setting> inputAndPlatformSettings() {
     };
 }
 
-std::vector<Setting> makeSettings() {
+std::vector<Setting> screenToNetworkSettings() {
     const std::vector<std::string> drivers = driverChoices();
-    std::vector<Setting> table{
+    return {
         choiceSetting({"screen", "driver", "QUIRAVENT_SCREEN",
                        "What shows the screen; \"auto\" takes the first that works here."},
                       drivers, 0,
@@ -104,12 +148,22 @@ std::vector<Setting> makeSettings() {
                       1, 4095,
                       [](Configuration& all) -> uint64_t& { return all.network.sizeLimitMiB; }),
     };
-    for (Setting& setting : inputAndPlatformSettings()) table.push_back(std::move(setting));
-    table.push_back(enumerationSetting<log::Level>(
+}
+
+Setting logSetting() {
+    return enumerationSetting<log::Level>(
         {"log", "level", "QUIRAVENT_LOG",
          "The device's own messages on standard error: up to which level they are written."},
         {log::kLevelNames.begin(), log::kLevelNames.end()},
-        [](Configuration& all) -> log::Level& { return all.log.level; }));
+        [](Configuration& all) -> log::Level& { return all.log.level; });
+}
+
+std::vector<Setting> makeSettings() {
+    std::vector<Setting> table = screenToNetworkSettings();
+    for (const auto& part : {mediaSettings(), inputAndPlatformSettings()}) {
+        table.insert(table.end(), part.begin(), part.end());
+    }
+    table.push_back(logSetting());
     return table;
 }
 

@@ -43,7 +43,7 @@ void Screen::present(const Surface& target, const Box& part) {
         m_graphics.update(target, changed);
         frame = m_frameCount + 1;
     }
-    m_driver->show(*this, frame, changed);
+    show(frame, changed);
     if (m_capture.isPerFrame()) capture(frame);
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -51,6 +51,26 @@ void Screen::present(const Surface& target, const Box& part) {
     }
     m_frameShown.notify_all();
     m_onFrame();
+}
+
+void Screen::show(uint64_t frame, const Box& changed) {
+    const std::lock_guard<std::mutex> lock(m_showing);
+    m_driver->show(*this, frame, changed);
+}
+
+void Screen::addPlane(const Plane& plane) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_planes.insert(m_planes.end() - 1, &plane);
+}
+
+void Screen::removePlane(const Plane& plane) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_planes.erase(std::remove(m_planes.begin(), m_planes.end(), &plane), m_planes.end());
+}
+
+void Screen::refresh(const Box& part) {
+    const Box changed = intersection(part, kWholeScreen);
+    if (!changed.empty()) show(frameCount(), changed);
 }
 
 uint64_t Screen::frameCount() const {

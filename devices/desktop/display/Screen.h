@@ -37,6 +37,14 @@ class Screen {
     /// Has a function called after each frame has been shown, by the thread that flushes, with no
     /// lock held. To be set before the first frame.
     void setFrameListener(std::function<void()> listener) { m_onFrame = std::move(listener); }
+    /// Puts a plane, whose owner removes it in time, over those that are there and below the
+    /// graphics.
+    void addPlane(const Plane& plane);
+    /// From the return on the plane isn't drawn.
+    void removePlane(const Plane& plane);
+    /// Shows that planes below the graphics have changed within a part. This makes no frame with a
+    /// number of its own, and doesn't wait for a capture.
+    void refresh(const Box& part);
 
     /// Number of the last frame, 0 when there was none.
     uint64_t frameCount() const;
@@ -55,12 +63,14 @@ class Screen {
     void finish();
 
   private:
+    void show(uint64_t frame, const Box& changed);
     void capture(uint64_t frame) const;
 
     const CapturePattern m_capture;
     std::function<void()> m_onFrame = [] {};
     mutable SurfacePool m_pool;  ///< the screen's own pictures are none of the application's memory
 
+    std::mutex m_showing;        ///< one call of the driver at a time
     mutable std::mutex m_mutex;  ///< guards what follows
     mutable std::condition_variable m_frameShown;
     GraphicsPlane m_graphics;

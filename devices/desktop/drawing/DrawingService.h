@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -32,6 +33,11 @@ class DrawingService {
     uint32_t targetCanvas();
 
     e_pl_status releaseCanvas(uint32_t handle);
+
+    /// Handle of a new canvas with a surface that make(pool) gives out of the application's memory.
+    uint32_t createCanvas(const std::function<std::shared_ptr<Surface>(SurfacePool&)>& make) {
+        return addCanvas(make(m_pool));
+    }
 
     /// See readResource() for locations, decodeImage() for formats.
     uint32_t loadImage(const std::string& location);

@@ -18,8 +18,8 @@ v8::Local<v8::Value> toScript(const Call& call);
 /// properties.
 Value fromScript(v8::Local<v8::Value> value);
 
-/// From an object with any of "status", "outputs", "gate", "opens", "patience" (milliseconds) and "inside"
-/// (a list of events).
+/// From an object with any of "status", "outputs", "gate", "opens", "patience" (milliseconds) and
+/// "inside" (a list of events).
 Behaviour toBehaviour(const Value& value);
 
 /// From a list of objects with "callback", "args" and, optionally, "times".

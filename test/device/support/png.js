@@ -52,7 +52,10 @@ function unfilter(data, stride, height) {
   return pixels;
 }
 
-/** { width, height, colors }: colors is a Map of the number of pixels by colour, as "#rrggbb". */
+/**
+ * { width, height, colors, colorAt(x, y) }: colors is a Map of the number of pixels by colour; a
+ * colour is "#rrggbb".
+ */
 function readPicture(path) {
   const file = fs.readFileSync(path);
   if (!file.slice(0, SIGNATURE.length).equals(SIGNATURE)) throw new Error(`${path} is no PNG`);
@@ -62,11 +65,12 @@ function readPicture(path) {
   if (format !== '8 2 0 0 0') throw new Error(`${path} isn't 8 bit truecolour: ${format}`);
   const pixels = unfilter(zlib.inflateSync(chunks.IDAT), width * BYTES, height);
   const colors = new Map();
+  const colorOf = (at) => `#${pixels.toString('hex', at, at + BYTES)}`;
   for (let at = 0; at < pixels.length; at += BYTES) {
-    const color = `#${pixels.toString('hex', at, at + BYTES)}`;
+    const color = colorOf(at);
     colors.set(color, (colors.get(color) || 0) + 1);
   }
-  return { width, height, colors };
+  return { width, height, colors, colorAt: (x, y) => colorOf((y * width + x) * BYTES) };
 }
 
 module.exports = { readPicture };

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+#include <libavutil/avutil.h>
+}
+
+/// Owners for the objects of the FFmpeg libraries. An owner that a make function gives is never
+/// null: without memory the function throws std::bad_alloc.
+namespace quiravent::desktop {
+
+struct AvDelete {
+    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
+    void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
+    void operator()(AVCodecParameters* codec) const { avcodec_parameters_free(&codec); }
+    void operator()(AVFormatContext* format) const { avformat_close_input(&format); }
+    void operator()(AVDictionary* options) const { av_dict_free(&options); }
+};
+
+using AvPacket = std::unique_ptr<AVPacket, AvDelete>;
+using AvFrame = std::unique_ptr<AVFrame, AvDelete>;
+using AvCodecContext = std::unique_ptr<AVCodecContext, AvDelete>;
+using AvFormatContext = std::unique_ptr<AVFormatContext, AvDelete>;
+
+AvPacket makePacket();
+AvFrame makeFrame();
+std::shared_ptr<const AVCodecParameters> copyOf(const AVCodecParameters& codec);
+
+/// Times of media are in microseconds from the beginning of the medium.
+constexpr int64_t kNoTime = AV_NOPTS_VALUE;
+constexpr AVRational kMicroseconds{1, 1000000};
+constexpr int64_t kSecond = 1000000;
+constexpr int64_t kMillisecond = 1000;
+
+/// Keeps the libraries from writing to standard error; call before any other use of them.
+void quietAv();
+
+}  // namespace quiravent::desktop

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "graphics/Geometry.h"
+#include "graphics/Surface.h"
+#include "graphics/text/Font.h"
+#include "media/SubtitleTrack.h"
+
+namespace quiravent::desktop {
+
+/// Draws subtitles over pictures: text in white with a black edge at the bottom, in a height that
+/// goes with the picture's. For one thread.
+class SubtitlePainter {
+  public:
+    /// fontFile: a TrueType or OpenType file, read when text is drawn for the first time; without
+    /// it text isn't drawn.
+    explicit SubtitlePainter(std::string fontFile) : m_fontFile(std::move(fontFile)) {}
+
+    /// area: where the video lies on the surface.
+    void paint(const SubtitleCue& cue, const std::shared_ptr<Surface>& surface, const Box& area);
+
+  private:
+    void paintLine(const std::string& line, const std::shared_ptr<Surface>& surface, int32_t x,
+                   int32_t bottom);
+    void paintBitmap(const SubtitleBitmap& bitmap, const SubtitleCue& cue,
+                     const std::shared_ptr<Surface>& surface, const Box& area);
+    Font* fontOf(uint32_t pixelHeight);
+
+    const std::string m_fontFile;
+    uint32_t m_pixelHeight = 0;  ///< for which the font was loaded, or couldn't be
+    std::shared_ptr<Font> m_font;
+    SurfacePool m_pool{16U << 20};
+};
+
+}  // namespace quiravent::desktop

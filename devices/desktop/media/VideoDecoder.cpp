@@ -1,0 +1,156 @@
+#include "media/VideoDecoder.h"
+
+#include <utility>
+
+#include "media/ReverseGroup.h"
+#include "support/NamedThread.h"
+
+namespace quiravent::desktop {
+
+namespace {
+
+/// So many packets without any picture mean that there will be none.
+constexpr uint32_t kMaxFruitlessPackets = 60;
+/// So much before the target every picture is decoded: where the medium ends before the target,
+/// its last picture is shown.
+constexpr int64_t kDecodedWhole = kSecond;
+/// Beyond this speed only key pictures are shown.
+constexpr double kFastestAllBackwards = -2;
+constexpr int64_t kUsualFrameDuration = 40 * kMillisecond;
+
+}  // namespace
+
+VideoDecoder::VideoDecoder(PacketSource& source, FrameQueue& queue)
+    : m_source(source), m_queue(queue), m_thread(startThread("media-video", [this] { run(); })) {}
+
+VideoDecoder::~VideoDecoder() { m_thread.join(); }
+
+void VideoDecoder::run() {
+    while (true) {
+        const PacketSource::Read read = m_source.next(TrackKind::video, m_segment.serial);
+        switch (read.state) {
+            case PacketSource::Read::State::closed:
+                return;
+            case PacketSource::Read::State::newSegment:
+                begin(read.segment);
+                break;
+            case PacketSource::Read::State::packet:
+                decode(read);
+                break;
+            case PacketSource::Read::State::end:
+                finish();
+                break;
+        }
+    }
+}
+
+void VideoDecoder::begin(const Segment& segment) {
+    m_segment = segment;
+    m_pushed = false;
+    m_skipped = {};
+    m_group.clear();
+    m_nextTime = segment.target;
+    if (!segment.track) return;
+    if (m_opened == segment.track) {
+        m_decoder->reset();
+        m_decoder->leaveOutUnreferenced(false);
+        return;
+    }
+    m_decoder = Decoder::open(*segment.track);
+    m_opened = m_decoder ? segment.track : nullptr;
+    if (!m_decoder) fail(MediaError::unknownCodec);
+}
+
+void VideoDecoder::fail(MediaError error) {
+    m_error = error;
+    m_queue.finish(m_segment.serial);
+}
+
+void VideoDecoder::decode(const PacketSource::Read& read) {
+    if (!m_decoder) return;
+    if (m_segment.mode == PlayMode::backwards) {
+        collect(read);
+        return;
+    }
+    if (m_segment.mode == PlayMode::keyFrames && !read.packet->key) return;
+    m_decoder->leaveOutUnreferenced(read.packet->end() < m_segment.target - kDecodedWhole);
+    send(read.packet->data.get());
+    if (m_segment.mode == PlayMode::keyFrames) {
+        // The picture comes at once and not when its successors are there.
+        send(nullptr);
+        m_decoder->reset();
+    }
+}
+
+void VideoDecoder::send(const AVPacket* packet) {
+    m_decoder->send(packet);
+    if (packet != nullptr) ++m_fruitlessPackets;
+    receive();
+    if (m_fruitlessPackets >= kMaxFruitlessPackets && m_decodedFrames == 0)
+        fail(MediaError::undecodable);
+}
+
+void VideoDecoder::receive() {
+    while (AvFrame picture = m_decoder->receive()) {
+        ++m_decodedFrames;
+        m_fruitlessPackets = 0;
+        accept(toFrame(std::move(picture)));
+    }
+}
+
+VideoFrame VideoDecoder::toFrame(AvFrame picture) {
+    VideoFrame frame;
+    frame.pts = picture->best_effort_timestamp;
+    if (frame.pts == kNoTime) frame.pts = m_nextTime;
+    frame.duration = picture->pkt_duration;
+    if (frame.duration <= 0) frame.duration = m_segment.track->frameDuration;
+    if (frame.duration <= 0) frame.duration = kUsualFrameDuration;
+    frame.pixelAspect = m_segment.track->pixelAspect;
+    const AVRational aspect = picture->sample_aspect_ratio;
+    if (aspect.num > 0 && aspect.den > 0) frame.pixelAspect = aspect;
+    m_nextTime = frame.end();
+    frame.picture = std::shared_ptr<const AVFrame>(std::move(picture));
+    return frame;
+}
+
+void VideoDecoder::accept(VideoFrame frame) {
+    if (frame.end() <= m_segment.target) {
+        m_skipped = std::move(frame);
+        return;
+    }
+    m_pushed |= m_queue.push(std::move(frame), m_segment.serial);
+}
+
+void VideoDecoder::finish() {
+    if (m_decoder && m_segment.mode == PlayMode::all) {
+        send(nullptr);
+        m_decoder->reset();
+    }
+    if (!m_pushed && m_skipped.picture) m_queue.push(std::move(m_skipped), m_segment.serial);
+    m_skipped = {};
+    if (m_decoder && m_decodedFrames == 0) fail(MediaError::undecodable);
+    m_queue.finish(m_segment.serial);
+}
+
+void VideoDecoder::collect(const PacketSource::Read& read) {
+    m_group.push_back(read.packet);
+    if (!read.groupEnd) return;
+    if (m_segment.speed < kFastestAllBackwards) m_group.resize(1);
+    playGroup();
+    m_group.clear();
+}
+
+void VideoDecoder::playGroup() {
+    ReverseGroup group(*m_decoder, m_group);
+    int64_t before = m_segment.target + 1;
+    while (group.decodeBefore(before, [this](AvFrame picture) {
+        ++m_decodedFrames;
+        return toFrame(std::move(picture));
+    })) {
+        for (auto frame = group.frames().rbegin(); frame != group.frames().rend(); ++frame)
+            if (!m_queue.push(*frame, m_segment.serial)) return;
+        before = group.frames().front().pts;
+    }
+}
+
+}  // namespace quiravent::desktop

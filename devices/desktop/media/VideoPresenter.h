@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "graphics/Geometry.h"
+#include "media/PacketSource.h"
+#include "media/SubtitlePainter.h"
+#include "media/SubtitleTrack.h"
+#include "media/VideoOutput.h"
+#include "media/VideoScaler.h"
+
+namespace quiravent::desktop {
+
+/// Brings decoded pictures, with the subtitles on them, to a player's output. For the player's
+/// thread, but for setBounds() and close().
+class VideoPresenter {
+  public:
+    /// Source, output and pool outlive the presenter.
+    VideoPresenter(PacketSource& source, VideoOutput& output, SurfacePool& pool,
+                   const std::string& subtitleFont)
+        : m_source(source), m_output(output), m_pool(pool), m_painter(subtitleFont) {}
+
+    void setBounds(const Rect& bounds);
+
+    /// Takes the picture that is to be seen now, or is as soon as the presenter shows it.
+    void present(VideoFrame frame);
+    void setVisible(bool visible);
+    bool isVisible() const { return m_visible; }
+    /// Shows the present picture anew, since something about it has changed.
+    void redraw();
+
+    bool hasPicture() const { return m_frame.picture != nullptr; }
+    const VideoFrame& picture() const { return m_frame; }
+    /// Forgets the picture, so that it won't be shown; what is seen stays.
+    void forget() { m_frame = {}; }
+
+    /// Takes the picture away; nothing is shown from the return on.
+    void close();
+
+  private:
+    void followSubtitles();
+    Rect bounds() const;
+
+    PacketSource& m_source;
+    VideoOutput& m_output;
+    SurfacePool& m_pool;
+    VideoScaler m_scaler;
+    SubtitlePainter m_painter;
+    std::unique_ptr<SubtitleTrack> m_subtitles;
+    uint32_t m_subtitleSerial = 0;
+    std::deque<PacketRef> m_subtitlePackets;  ///< that aren't due yet
+    VideoFrame m_frame;
+    bool m_visible = false;
+
+    mutable std::mutex m_mutex;  ///< guards the bounds and the calls of the output
+    Rect m_bounds{};
+    bool m_closed = false;
+};
+
+}  // namespace quiravent::desktop

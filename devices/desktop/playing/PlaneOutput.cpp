@@ -1,0 +1,16 @@
+#include "playing/PlaneOutput.h"
+
+namespace quiravent::desktop {
+
+PlaneOutput::PlaneOutput(Screen& screen) : m_screen(screen) { m_screen.addPlane(m_plane); }
+
+PlaneOutput::~PlaneOutput() { m_screen.removePlane(m_plane); }
+
+void PlaneOutput::show(const VideoPicture& picture) {
+    m_screen.refresh(m_plane.setPicture(picture.surface, signedCoordinate(picture.bounds.x),
+                                        signedCoordinate(picture.bounds.y)));
+}
+
+void PlaneOutput::hide() { m_screen.refresh(m_plane.setPicture(nullptr, 0, 0)); }
+
+}  // namespace quiravent::desktop

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "display/Screen.h"
+#include "display/VideoPlane.h"
+#include "media/VideoOutput.h"
+
+namespace quiravent::desktop {
+
+/// A player's plane of the screen. The plane is there from the making of the output on, which
+/// decides what covers what.
+class PlaneOutput : public VideoOutput {
+  public:
+    /// The screen outlives the output.
+    explicit PlaneOutput(Screen& screen);
+    ~PlaneOutput() override;
+    PlaneOutput(const PlaneOutput&) = delete;
+    PlaneOutput& operator=(const PlaneOutput&) = delete;
+
+    void show(const VideoPicture& picture) override;
+    void hide() override;
+
+  private:
+    Screen& m_screen;
+    VideoPlane m_plane;
+};
+
+}  // namespace quiravent::desktop

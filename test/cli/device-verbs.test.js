@@ -1,0 +1,169 @@
+'use strict';
+
+const fs = require('fs');
+const path = require('path');
+const test = require('tape');
+const { FakeDevice } = require('./support/fake-device');
+const { inFolder, inSequence, launch } = require('./support/launcher');
+
+/** Calls body(device, control, folder) with a device that listens at control. */
+function withDevice(handlers, body) {
+  return inFolder((folder) => {
+    const control = path.join(folder, 'control');
+    const device = new FakeDevice(handlers);
+    return device
+      .listen(control)
+      .then(() => body(device, control, folder))
+      .then((result) => device.close().then(() => result));
+  });
+}
+
+/** Each flushes a frame, as an application does that answers a key. */
+const lively = {
+  press(request, device) {
+    device.flush();
+    return FakeDevice.handlers.press(request, device);
+  }
+};
+
+test('each verb sends its request and prints the answer', (t) => {
+  const keysJson = {
+    keys: [
+      { name: 'ArrowDown', code: 40, aliases: ['VK_ArrowDown'] },
+      { name: 'Enter', code: 13, aliases: ['VK_Enter'] },
+      { name: 'GoBack', code: 461, aliases: ['VK_GoBack'] }
+    ]
+  };
+  const keysText =
+    '  40   ArrowDown  VK_ArrowDown\n  13   Enter      VK_Enter\n  461  GoBack     VK_GoBack\n';
+  const cases = [
+    [['state'], ['state', {}], 'running\n', { state: 'running' }],
+    [['state', 'overlay'], ['state', { state: 'overlay' }], 'overlay\n', { state: 'overlay' }],
+    [['keys'], ['keys', {}], keysText, keysJson],
+    [['message', 'volume', 'très bas\n'], ['message', { name: 'volume', value: 'très bas\n' }], ''],
+    [['message', '--', '--a', ''], ['message', { name: '--a', value: '' }], '']
+  ];
+  const runCase = (one) =>
+    withDevice({}, (device, control) => {
+      const words = one[0].slice(0, 1).concat(['--control', control], one[0].slice(1));
+      return launch(words).then((plain) => {
+        t.deepEqual([plain.code, plain.stdout, plain.stderr], [0, one[2], ''], one[0].join(' '));
+        t.deepEqual(device.sequence(), [one[1]]);
+        if (!one[3]) return null;
+        return launch(one[0].concat('--json'), { QUIRAVENT_CONTROL: control }).then((result) =>
+          t.deepEqual(JSON.parse(result.stdout), one[3])
+        );
+      });
+    });
+  return inSequence(cases, runCase);
+});
+
+test('screenshot names the file absolutely, for a device that stands elsewhere', (t) =>
+  withDevice({}, (device, control, folder) =>
+    launch(['screenshot', 'screen.png', '--json', `--control=${control}`], {}, folder).then(
+      (result) => {
+        const file = path.join(folder, 'screen.png');
+        t.deepEqual(JSON.parse(result.stdout), { file, frame: 0, width: 1280, height: 720 });
+        t.deepEqual(device.sequence(), [['capture', { file }]]);
+        t.ok(fs.existsSync(file));
+      }
+    )
+  ));
+
+test('press takes keys one after the other, each after the frame of the one before', (t) =>
+  withDevice(lively, (device, control) =>
+    launch(['press', '--json', 'ArrowDown*2', 'wait:1', 'Enter:700'], {
+      QUIRAVENT_CONTROL: control
+    }).then((result) => {
+      t.deepEqual(JSON.parse(result.stdout), {
+        pressed: [
+          { key: 'ArrowDown', code: 40 },
+          { key: 'ArrowDown', code: 40 },
+          { key: 'Enter', code: 13 }
+        ]
+      });
+      t.deepEqual(
+        device.sequence().filter((one) => one[0] !== 'frame'),
+        [
+          ['press', { key: 'ArrowDown' }],
+          ['waitFlush', { after: 0, timeout: 1000 }],
+          ['press', { key: 'ArrowDown' }],
+          ['waitFlush', { after: 1, timeout: 1000 }],
+          ['press', { key: 'Enter', hold: 700 }],
+          ['waitFlush', { after: 2, timeout: 1000 }]
+        ]
+      );
+    })
+  ));
+
+test('an application that draws nothing for a key gets the next one all the same', (t) => {
+  const still = {
+    waitFlush() {
+      throw new Error('no frame came in time');
+    }
+  };
+  return withDevice(still, (device, control) =>
+    launch(['press', '--control', control, 'Enter', '13', 'GoBack']).then((result) => {
+      t.equal(result.code, 1);
+      t.equal(result.stderr, "quiravent: unknown key '13'\n");
+      const pressed = device.requests.filter((one) => one.command === 'press');
+      t.deepEqual(
+        pressed.map((one) => one.key),
+        ['Enter', '13'],
+        'an error answer ends the sequence'
+      );
+    })
+  );
+});
+
+test('a device that fails is told in one line', (t) => {
+  const badly = (answer) => ({ state: (request, device, socket) => answer(socket, request) });
+  const cases = [
+    [badly(() => null), /didn't answer 'state' in 200 ms\n$/],
+    [badly((socket) => socket.end() && null), /is gone: it closed the connection\n$/],
+    [badly((socket) => socket.write('{\n') && null), /answered "\{", out of turn\n$/],
+    [badly((socket) => socket.write('{"id":77,"ok":true}\n') && null), /out of turn\n$/],
+    [badly((socket) => socket.write('null\n') && null), /answered "null", out of turn\n$/]
+  ];
+  const runCase = (one) =>
+    withDevice(one[0], (device, control) =>
+      launch(['state', '--timeout', '.2', '--control', control]).then((result) => {
+        t.deepEqual([result.code, result.stdout], [1, '']);
+        t.ok(/^quiravent: the device at .*\n$/.test(result.stderr), result.stderr);
+        t.ok(one[1].test(result.stderr), String(one[1]));
+      })
+    );
+  return inSequence(cases, runCase);
+});
+
+test('an answer may come in pieces, split within a character', (t) => {
+  const pieces = (request, device, socket) => {
+    const bytes = Buffer.from(`{"id":${request.id},"ok":true,"state":"päused"}\n`);
+    const middle = bytes.indexOf('ä') + 1;
+    socket.write(bytes.slice(0, middle));
+    setTimeout(() => socket.write(bytes.slice(middle)), 100);
+    return null;
+  };
+  return withDevice({ state: pieces }, (device, control) =>
+    launch(['state', '--control', control]).then((result) => t.equal(result.stdout, 'päused\n'))
+  );
+});
+
+test('a path without a device is told with the reason', (t) =>
+  inFolder((folder, write) => {
+    const expect = (control, reason) =>
+      launch(['keys', '--control', control]).then((result) => {
+        t.deepEqual([result.code, result.stdout], [1, '']);
+        t.equal(result.stderr, `quiravent: no device answers at '${control}': ${reason}\n`);
+      });
+    return Promise.resolve()
+      .then(() =>
+        expect(
+          path.join(folder, 'none'),
+          'there is no such socket; is a device running with --control?'
+        )
+      )
+      .then(() =>
+        expect(write('file', ''), 'nobody listens there; the device has ended, or it is no socket')
+      );
+  }));

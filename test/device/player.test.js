@@ -1,0 +1,179 @@
+'use strict';
+
+// Plays real media as an application does, on the desktop device without a window.
+
+const fs = require('fs');
+const os = require('os');
+const path = require('path');
+const { spawnSync } = require('child_process');
+const test = require('tape');
+const { readPicture } = require('./support/png');
+
+const root = path.join(__dirname, '..', '..');
+const build = process.env.QUIRAVENT_BUILD || path.join(root, 'build', 'release');
+const media = path.join(build, 'test', 'native', 'media', 'media');
+
+const BOUNDS = { x: 160, y: 90, w: 960, h: 540 };
+const SECOND_50TH = 2000;
+
+/** Runs a script in which `quiravent`, `film`, `bounds` and `say(value)` are known. */
+function runScript(folder, source) {
+  const prelude = `
+    const quiravent = require(${JSON.stringify(path.join(root, 'lib'))});
+    const film = (name) => ${JSON.stringify(media)} + '/' + name;
+    const bounds = ${JSON.stringify(BOUNDS)};
+    const say = (value) => require('fs').writeSync(1, JSON.stringify(value) + '\\n');
+    const orEnd = (done) => (error, result) => {
+      if (error) { say(error); process.exit(1); }
+      done(result);
+    };`;
+  const env = Object.assign({}, process.env, {
+    QUIRAVENT_SCREENSHOT: path.join(folder, 'screen.png'),
+    QUIRAVENT_STORAGE: folder,
+    UV_THREADPOOL_SIZE: '8'
+  });
+  delete env.DISPLAY;
+  const words = ['-e', prelude + source];
+  const run = spawnSync(process.execPath, words, { env, encoding: 'utf8', timeout: 60000 });
+  const said = run.stdout.split('\n').filter((line) => line);
+  return { status: run.status, errors: run.stderr, said: said.map((line) => JSON.parse(line)) };
+}
+
+function inFolder(body) {
+  const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-player-'));
+  try {
+    body(folder);
+  } finally {
+    spawnSync('rm', ['-rf', folder]);
+  }
+}
+
+/** The number that a picture of the film carries in twelve blocks along its upper edge. */
+function pictureNumber(screen) {
+  let number = 0;
+  for (let bit = 0; bit < 12; bit++) {
+    const x = BOUNDS.x + Math.round(((bit + 0.5) * BOUNDS.w) / 12);
+    if (parseInt(screen.colorAt(x, BOUNDS.y + 20).slice(1, 3), 16) > 128) number += 1 << bit;
+  }
+  return number;
+}
+
+test('a film plays to its end, and its player tells so', (t) =>
+  inFolder((folder) => {
+    const run = runScript(
+      folder,
+      `quiravent.mediaServices.getPlayer(film('short.mp4'), bounds, orEnd((player) => {
+        player.registerListener(
+          (name, value) => {
+            say(name);
+            if (name !== 'playback_completed') return;
+            say([player.getTracks('audio'), player.getBufferedTimes().length]);
+            player.unload();
+          },
+          () => { say('listener ended'); process.exit(0); });
+        player.start();
+      }));`
+    );
+    t.deepEqual([run.status, run.errors], [0, '']);
+    const names = run.said.filter((each) => each !== 'fetch_in_progress');
+    t.deepEqual(names, [
+      'fetch_ready',
+      'playback_ready',
+      'playback_completed',
+      [[{ id: 1, language: 'eng' }], 1],
+      'listener ended'
+    ]);
+    t.end();
+  }));
+
+test('a seek shows the very picture, under what the application draws', (t) =>
+  inFolder((folder) => {
+    const run = runScript(
+      folder,
+      `const screen = quiravent.graphicServices.getTargetCanvas();
+      screen.clearRect(0, 0, 1280, 720);
+      screen.setColor('red');
+      screen.fillRect(600, 400, 80, 60);
+      screen.flush();
+      quiravent.mediaServices.getPlayer(film('film.mp4'), bounds, orEnd((player) => {
+        const settle = () => {
+          if (player.getTime().now !== ${SECOND_50TH}) return void setTimeout(settle, 5);
+          setTimeout(() => process.exit(0), 200);
+        };
+        player.registerListener((name) => {
+          if (name !== 'playback_ready') return;
+          player.pause();
+          player.seek(${SECOND_50TH});
+          settle();
+        });
+        player.start();
+      }));`
+    );
+    t.deepEqual([run.status, run.errors], [0, '']);
+    const screen = readPicture(path.join(folder, 'screen.png'));
+    t.equal(pictureNumber(screen), 50);
+    t.equal(screen.colorAt(640, 430), '#ff0000', 'the drawing lies above the film');
+    t.equal(screen.colorAt(20, 20), '#000000', 'beside the film nothing is shown');
+    t.end();
+  }));
+
+test('an advertisement plays while the film pauses, each with events of its own', (t) =>
+  inFolder((folder) => {
+    const run = runScript(
+      folder,
+      `quiravent.mediaServices.getPlayer(film('film.mp4'), bounds, orEnd((player) => {
+        const playAd = () => quiravent.mediaServices.getAdPlayer(film('short.mp4'), bounds,
+          orEnd((ad) => {
+            ad.registerListener((name) => {
+              if (name === 'fetch_in_progress') return;
+              say(['ad', name]);
+              if (name !== 'playback_completed') return;
+              say(player.getTime().now - paused < 500);
+              process.exit(0);
+            });
+            ad.start();
+          }));
+        let paused;
+        player.registerListener((name) => {
+          if (name !== 'playback_ready') return;
+          player.pause();
+          paused = player.getTime().now;
+          playAd();
+        });
+        player.start();
+      }));`
+    );
+    t.deepEqual([run.status, run.errors], [0, '']);
+    t.deepEqual(run.said, [
+      ['ad', 'fetch_ready'],
+      ['ad', 'playback_ready'],
+      ['ad', 'playback_completed'],
+      true
+    ]);
+    t.end();
+  }));
+
+test('what can not be played is told by an event', (t) =>
+  inFolder((folder) => {
+    const run = runScript(
+      folder,
+      `const names = ['missing.mp4', 'random.mp4', 'empty.mp4'];
+      const tryNext = () => {
+        const name = names.shift();
+        if (!name) process.exit(0);
+        quiravent.mediaServices.getPlayer(film(name), bounds, orEnd((player) => {
+          player.registerListener(
+            (event) => {
+              if (event !== 'fetch_error') return;
+              say(name);
+              player.unload();
+            }, tryNext);
+          player.fetch();
+        }));
+      };
+      tryNext();`
+    );
+    t.equal(run.status, 0);
+    t.deepEqual(run.said, ['missing.mp4', 'random.mp4', 'empty.mp4']);
+    t.end();
+  }));

@@ -1,0 +1,137 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Recorder.h"
+#include "interfaces/Canvas.h"
+#include "interfaces/DemuxFilter.h"
+#include "interfaces/Font.h"
+#include "interfaces/MediaPlayer.h"
+
+using namespace quiravent::recorder;
+
+namespace {
+
+class InterfacesTest : public testing::Test {
+  protected:
+    InterfacesTest() {
+        m_recorder.resetAnswers();
+        m_recorder.clear();
+    }
+
+    std::vector<double> handlesPassedTo(const std::string& function) const {
+        std::vector<double> handles;
+        for (const Call& call : m_recorder.callsFrom(0)) {
+            if (call.fn == function) handles.push_back(call.args.front().number());
+        }
+        std::sort(handles.begin(), handles.end());
+        return handles;
+    }
+
+    void refuse(const std::string& function, int32_t status) {
+        Behaviour behaviour;
+        behaviour.status = status;
+        m_recorder.answerOnce(function, behaviour);
+    }
+
+    Recorder& m_recorder = Recorder::instance();
+};
+
+std::string failureOf(const std::function<void()>& construct) {
+    try {
+        construct();
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+    return "none";
+}
+
+TEST_F(InterfacesTest, FailedConstructorsSayWhy) {
+    const auto offscreen = e_GraphicServices_CanvasType_Offscreen;
+    const auto target = e_GraphicServices_CanvasType_Target;
+    EXPECT_EQ(failureOf([&] { Canvas(0, 5, offscreen, 0); }),
+              "Canvas Canvas.cpp:87 :: Invalid dimensions (width=0, height=5)");
+    EXPECT_EQ(failureOf([&] { Canvas(65536, 65536, offscreen, 9); }),
+              "Canvas Canvas.cpp:87 :: Invalid dimensions (width=65536, height=65536)");
+    EXPECT_TRUE(m_recorder.callsFrom(0).empty());
+
+    refuse("pl_gfx_CreateCanvas", -3);
+    EXPECT_EQ(failureOf([&] { Canvas(7, 8, offscreen, 0); }),
+              "Canvas Canvas.cpp:104 :: pl_gfx_GetTargetCanvas(width=7,height=8,type=2) failed! "
+              "(err=-3)");
+    refuse("pl_gfx_GetTargetCanvas", 12);
+    EXPECT_EQ(failureOf([&] { Canvas(1280, 720, target, 0); }),
+              "Canvas Canvas.cpp:104 :: pl_gfx_GetTargetCanvas(width=1280,height=720,type=0) "
+              "failed! (err=12)");
+    refuse("pl_gfx_LoadFont", 5);
+    EXPECT_EQ(failureOf([] { Font("a/b.ttf", 300); }),
+              "Font Font.cpp:18 :: pl_gfx_LoadFont(path='a/b.ttf') failed! (err=5)");
+    EXPECT_EQ(Canvas::s_target, nullptr);
+}
+
+TEST_F(InterfacesTest, CleanUpEndsEveryCanvasAndTheTarget) {
+    auto* target = new Canvas(1280, 720, e_GraphicServices_CanvasType_Target, 0);
+    auto* released = new Canvas(4, 4, e_GraphicServices_CanvasType_Adopted, 101);
+    auto* live = new Canvas(4, 4, e_GraphicServices_CanvasType_Adopted, 102);
+    EXPECT_EQ(Canvas::s_target, target);
+    released->Release();
+
+    Canvas::CleanUp();
+
+    // The addresses may still be asked; nothing behind them is looked at.
+    EXPECT_TRUE(target->IsInvalid() && released->IsInvalid() && live->IsInvalid());
+    EXPECT_FALSE(target->IsTarget());
+    EXPECT_EQ(Canvas::s_target, nullptr);
+    EXPECT_EQ(handlesPassedTo("pl_gfx_ReleaseCanvas").size(), 3U);
+}
+
+TEST_F(InterfacesTest, CleanUpEndsEveryFontAndUnbindsAllCanvases) {
+    auto* first = new Font("first.ttf", 20);
+    auto* second = new Font("second.ttf", 30);
+    Canvas canvas(10, 10, e_GraphicServices_CanvasType_Offscreen, 0);
+    canvas.SetFont(second);
+
+    Font::CleanUp();
+
+    EXPECT_TRUE(first->IsInvalid() && second->IsInvalid());
+    EXPECT_EQ(handlesPassedTo("pl_gfx_ReleaseFont").size(), 2U);
+    EXPECT_EQ(canvas.DrawText("text", 0, 0), 0);
+    EXPECT_TRUE(handlesPassedTo("pl_gfx_Canvas_DrawText").empty());
+    canvas.SetFont(first);
+    EXPECT_TRUE(handlesPassedTo("pl_gfx_Canvas_SetFont").size() == 1U);
+}
+
+TEST_F(InterfacesTest, ThumbnailsAreAdoptedOrNull) {
+    Canvas* thumbnail = nullptr;
+    MediaPlayer(0).GetThumbnail(1, 2, 3, &thumbnail);
+    EXPECT_EQ(thumbnail, nullptr);
+    EXPECT_TRUE(m_recorder.callsFrom(0).empty());
+
+    MediaPlayer player(7);
+    player.GetThumbnail(1000, 160, 90, &thumbnail);
+    const std::unique_ptr<Canvas> owned(thumbnail);
+    ASSERT_NE(thumbnail, nullptr);
+    EXPECT_FALSE(thumbnail->IsInvalid());
+
+    for (const unsigned height : {0U, 90U}) {
+        if (height != 0) refuse("pl_media_UrlPlayer_GetThumbnail", 1);
+        Canvas* none = owned.get();
+        player.GetThumbnail(1000, 160, height, &none);
+        EXPECT_EQ(none, nullptr);
+    }
+}
+
+TEST_F(InterfacesTest, ADemuxFilterIsClosedOnceWhereItHasAHandle) {
+    {
+        DemuxFilter open(33);
+        open.filter_name = "a name that is long enough to be kept on the heap";
+        const DemuxFilter without(0);
+    }
+    EXPECT_EQ(handlesPassedTo("pl_dtv_Demux_closeFilter"), std::vector<double>{33});
+}
+
+}  // namespace

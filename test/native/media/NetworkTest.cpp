@@ -1,0 +1,172 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "media/MediaServer.h"
+#include "media/TestPlayer.h"
+
+namespace quiravent::test {
+namespace {
+
+using desktop::MediaError;
+
+struct FailureCase {
+    const char* location;
+    const char* status;  ///< of the server, where the location is an URL's path
+    MediaError expected;
+};
+
+class Unplayable : public testing::TestWithParam<FailureCase> {};
+
+TEST_P(Unplayable, IsToldWithinASecond) {
+    const FailureCase& one = GetParam();
+    Misbehaviour misbehaviour;
+    misbehaviour.status = one.status;
+    const MediaServer server(misbehaviour);
+    const std::string location =
+        *one.status != '\0' ? server.url("film.mp4") : std::string(one.location);
+    TestPlayer player(location);
+    ASSERT_EQ(player->start(), e_pl_status_ok);
+    EXPECT_EQ(player.waitFor(e_pl_media_event_fetch_error), static_cast<int>(one.expected));
+    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_error), static_cast<int>(one.expected));
+    const std::vector<SeenEvent> events = player.events();
+    EXPECT_LT(events.back().at - events.front().at, 1000000);
+    EXPECT_EQ(player->start(), e_pl_status_wrong_state);
+    EXPECT_EQ(player->seek(0), e_pl_status_wrong_state);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Media, Unplayable,
+    testing::Values(FailureCase{TEST_MEDIA "/missing.mp4", "", MediaError::notFound},
+                    FailureCase{"file:///missing.mp4", "", MediaError::notFound},
+                    FailureCase{TEST_MEDIA "/random.mp4", "", MediaError::notMedia},
+                    FailureCase{TEST_MEDIA "/empty.mp4", "", MediaError::notMedia},
+                    FailureCase{TEST_MEDIA, "", MediaError::badLocation},
+                    FailureCase{"gopher://host/film", "", MediaError::badLocation},
+                    FailureCase{"http://127.0.0.1:9/film.mp4", "", MediaError::unreachable},
+                    FailureCase{"", "404 Not Found", MediaError::notFound},
+                    FailureCase{"", "403 Forbidden", MediaError::accessDenied},
+                    FailureCase{"", "503 Service Unavailable", MediaError::serverError}));
+
+TEST(Network, FillsTheRangesAsItReads) {
+    MediaServer server;
+    TestPlayer player(server.url("film.mp4"));
+    ASSERT_EQ(player->fetch(), e_pl_status_ok);
+    ASSERT_EQ(player.waitFor(e_pl_media_event_fetch_ready), 0);
+    ASSERT_EQ(player->seek(player->times().end - 300000), e_pl_status_ok);
+    ASSERT_EQ(player->start(), e_pl_status_ok);
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    const auto ranges = player->bufferedRanges();
+    ASSERT_FALSE(ranges.empty());
+    EXPECT_EQ(ranges.front().begin, 0);
+    EXPECT_NEAR(static_cast<double>(ranges.back().end), 6000000, 50000);
+    for (size_t index = 1; index < ranges.size(); ++index)
+        EXPECT_GT(ranges[index].begin, ranges[index - 1].end);
+}
+
+TEST(Network, StallsAndRecovers) {
+    MediaServer server({70000, false, "", false});
+    TestPlayer player(server.url("film.mp4"));
+    ASSERT_TRUE(player.play());
+    ASSERT_TRUE(server.waitUntilHolding());
+    const auto before = player->bufferedRanges();
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_stalled), 0);
+    EXPECT_NEAR(static_cast<double>(player->times().now), static_cast<double>(before[0].end),
+                400000);
+    server.behave();
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_recovering), 0);
+    EXPECT_GT(player->bufferedRanges()[0].end, before[0].end);
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    const std::vector<e_pl_media_event> expected{
+        e_pl_media_event_fetch_in_progress,   e_pl_media_event_fetch_ready,
+        e_pl_media_event_playback_ready,      e_pl_media_event_playback_stalled,
+        e_pl_media_event_playback_recovering, e_pl_media_event_playback_completed};
+    EXPECT_EQ(kindsOf(player.events()), expected);
+}
+
+TEST(Network, PlaysWhatIsThereWhenTheServerDrops) {
+    MediaServer server({70000, true, "", false});
+    TestPlayer player(server.url("film.mp4"));
+    ASSERT_TRUE(player.play());
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_error),
+              static_cast<int>(MediaError::connectionLost));
+    EXPECT_GT(player.output().seen().back().number, 30);
+    EXPECT_EQ(player.count(e_pl_media_event_playback_completed), 0U);
+}
+
+TEST(Network, GivesUpASilentServer) {
+    MediaServer server({SIZE_MAX, false, "", true});
+    desktop::MediaSettings settings = testSettings();
+    settings.input.timeLimit = 300000;
+    TestPlayer player(server.url("film.mp4"), settings);
+    ASSERT_EQ(player->fetch(), e_pl_status_ok);
+    EXPECT_EQ(player.waitFor(e_pl_media_event_fetch_error), static_cast<int>(MediaError::timeout));
+}
+
+TEST(Network, ReadsOnlyTheVariantThatFits) {
+    struct Case {
+        uint64_t bandwidth;
+        const char* read;
+        const char* other;
+    };
+    for (const Case& one :
+         {Case{8000000, "hls/v0-2.ts", "hls/v1-2.ts"}, Case{400000, "hls/v1-2.ts", "hls/v0-2.ts"},
+          Case{1000, "hls/v1-2.ts", "hls/v0-2.ts"}}) {
+        MediaServer server;
+        desktop::MediaSettings settings = testSettings();
+        settings.input.bandwidth = one.bandwidth;
+        TestPlayer player(server.url("hls/master.m3u8"), settings);
+        ASSERT_EQ(player->seek(5500000), e_pl_status_ok);
+        ASSERT_EQ(player->start(), e_pl_status_ok);
+        ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+        const std::vector<std::string> requested = server.requested();
+        EXPECT_GE(std::count(requested.begin(), requested.end(), one.read), 1);
+        EXPECT_EQ(std::count(requested.begin(), requested.end(), one.other), 0);
+        EXPECT_EQ(player->tracks(desktop::TrackKind::video).size(), 1U);
+    }
+}
+
+TEST(Damage, OfATruncatedMediumIsToldWhereItEnds) {
+    TestPlayer player(mediaFile("truncated.mp4"));
+    ASSERT_EQ(player->seek(2000000), e_pl_status_ok);
+    ASSERT_EQ(player->start(), e_pl_status_ok);
+    EXPECT_GT(player.waitFor(e_pl_media_event_playback_error), 0);
+    EXPECT_GT(player.output().seen().back().number, 60);
+    EXPECT_EQ(player.count(e_pl_media_event_playback_completed), 0U);
+}
+
+struct FaultCase {
+    desktop::Fault::Kind kind;
+    e_pl_media_event expected;
+    int value;
+};
+
+class Faults : public testing::TestWithParam<FaultCase> {};
+
+TEST_P(Faults, ActFromTheirBeginningToTheirEnd) {
+    using desktop::Fault;
+    // Nothing is read ahead of a small cache, so that the fault strikes in the midst of reading.
+    desktop::MediaSettings settings = testSettings();
+    settings.cacheBytes = 60000;
+    TestPlayer player(mediaFile("film.mp4"), settings, {{GetParam().kind, 0, 1e9, 1000, false}});
+    EXPECT_FALSE(player.engine().faults().setEnabled(1, true));
+    ASSERT_TRUE(player.play());
+    ASSERT_TRUE(player.engine().faults().setEnabled(0, true));
+    EXPECT_EQ(player.waitFor(GetParam().expected), GetParam().value);
+    if (GetParam().expected != e_pl_media_event_playback_stalled) return;
+    player.engine().faults().setEnabled(0, false);
+    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_recovering), 0);
+    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Media, Faults,
+    testing::Values(FaultCase{desktop::Fault::Kind::slow, e_pl_media_event_playback_stalled, 0},
+                    FaultCase{desktop::Fault::Kind::stalled, e_pl_media_event_playback_stalled, 0},
+                    FaultCase{desktop::Fault::Kind::dropped, e_pl_media_event_playback_error,
+                              static_cast<int>(MediaError::connectionLost)},
+                    FaultCase{desktop::Fault::Kind::unavailable, e_pl_media_event_playback_error,
+                              static_cast<int>(MediaError::serverError)}));
+
+}  // namespace
+}  // namespace quiravent::test

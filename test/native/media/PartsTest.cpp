@@ -1,0 +1,268 @@
+// The parts of playing whose cases are too many, or too rare, to be met with whole players.
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "media/FaultList.h"
+#include "media/FetchProgress.h"
+#include "media/Language.h"
+#include "media/MediaClock.h"
+#include "media/PacketCache.h"
+#include "media/StallPolicy.h"
+#include "media/SubtitleTrack.h"
+
+namespace quiravent::desktop {
+namespace {
+
+constexpr int64_t kFrame = 40 * kMillisecond;
+constexpr int kGroup = 25;
+
+/// A cache with a video track (id 0) of 25 pictures a second, each of a thousand bytes, with a key
+/// picture each second.
+class PacketCacheTest : public testing::Test {
+  protected:
+    explicit PacketCacheTest(size_t bytes = 1U << 20)
+        : m_track(std::make_shared<Track>()), m_cache({bytes, 600 * kSecond}, m_wakeup) {}
+
+    void start(int64_t target, PlayMode mode = PlayMode::all) {
+        m_cache.start({++m_serial, target, mode, 1, {m_track, nullptr, nullptr}});
+        PacketSource::Read read{};
+        ASSERT_TRUE(m_cache.tryNext(TrackKind::video, m_serial - 1, read));
+        ASSERT_EQ(read.state, PacketSource::Read::State::newSegment);
+    }
+
+    static PacketRef picture(int number) {
+        auto packet = std::make_shared<Packet>();
+        packet->data = makePacket();
+        EXPECT_EQ(av_new_packet(packet->data.get(), 1000), 0);
+        packet->track = 0;
+        packet->pts = packet->dts = number * kFrame;
+        packet->duration = kFrame;
+        packet->key = number % kGroup == 0;
+        return packet;
+    }
+
+    /// Does what the cache asks for, for so many seconds of the medium.
+    void read(int seconds) { readPackets(seconds * kGroup); }
+
+    void readPackets(int packets) {
+        while (packets > 0) {
+            const PacketCache::Task task = m_cache.awaitTask();
+            if (task.kind == PacketCache::Task::Kind::seek) {
+                m_next = static_cast<int>(task.time / kSecond) * kGroup;
+                ++m_seeks;
+                m_cache.sought(task.generation);
+                continue;
+            }
+            ASSERT_EQ(task.kind, PacketCache::Task::Kind::read);
+            m_cache.append(picture(m_next++), task.generation);
+            --packets;
+        }
+    }
+
+    /// Position of the next packet in seconds, or -1.
+    double take() {
+        PacketSource::Read read{};
+        if (!m_cache.tryNext(TrackKind::video, m_serial, read) || !read.packet) return -1;
+        return static_cast<double>(read.packet->pts) / kSecond;
+    }
+
+    std::vector<std::pair<int64_t, int64_t>> seconds() const {
+        std::vector<std::pair<int64_t, int64_t>> ranges;
+        for (const TimeRange& range : m_cache.ranges())
+            ranges.emplace_back(range.begin / kSecond, range.end / kSecond);
+        return ranges;
+    }
+
+    using Ranges = std::vector<std::pair<int64_t, int64_t>>;
+    TrackRef m_track;
+    Wakeup m_wakeup;
+    PacketCache m_cache;
+    uint32_t m_serial = 0;
+    int m_next = 0;
+    int m_seeks = 0;
+};
+
+TEST_F(PacketCacheTest, KeepsRangesAndJoinsThem) {
+    start(0);
+    read(4);
+    EXPECT_EQ(seconds(), (Ranges{{0, 4}}));
+    start(20 * kSecond + kFrame);
+    read(5);
+    EXPECT_EQ(seconds(), (Ranges{{0, 4}, {20, 25}}));
+    EXPECT_EQ(m_seeks, 1);
+    start(2 * kSecond + kFrame);
+    EXPECT_EQ(take(), 2);
+    read(20);
+    EXPECT_EQ(seconds(), (Ranges{{0, 24}}));
+    EXPECT_EQ(m_seeks, 2);
+}
+
+TEST_F(PacketCacheTest, GoesBackWithoutReadingAnew) {
+    start(0);
+    read(6);
+    for (const int64_t target : {5 * kSecond, int64_t{0}, 3 * kSecond + 7 * kFrame}) {
+        start(target);
+        EXPECT_EQ(take(), target / kSecond);
+    }
+    EXPECT_EQ(m_seeks, 0);
+}
+
+TEST_F(PacketCacheTest, EndsOnceAndIgnoresWhatComesTooLate) {
+    start(0);
+    read(1);
+    const uint32_t generation = m_cache.awaitTask().generation;
+    start(50 * kSecond);
+    m_cache.append(picture(kGroup), generation);
+    m_cache.finish(MediaError::connectionLost, generation);
+    EXPECT_FALSE(m_cache.status().finished);
+    EXPECT_EQ(seconds(), (Ranges{{0, 1}}));
+    read(1);
+    m_cache.finish(MediaError::none, m_cache.awaitTask().generation);
+    while (take() >= 0) {
+    }
+    PacketSource::Read read{};
+    EXPECT_FALSE(m_cache.tryNext(TrackKind::video, m_serial, read));
+    EXPECT_TRUE(m_cache.status().finished);
+}
+
+TEST_F(PacketCacheTest, GivesGroupsBackwardsFromWhatItHasAndAsksForTheRest) {
+    start(2 * kSecond);
+    read(2);
+    start(3 * kSecond + 12 * kFrame, PlayMode::backwards);
+    EXPECT_EQ(take(), 3);
+    for (int picture = 1; picture < kGroup; ++picture) EXPECT_GT(take(), 3);
+    EXPECT_EQ(take(), 2);
+    PacketCache::Task task = m_cache.awaitTask();
+    ASSERT_EQ(task.kind, PacketCache::Task::Kind::group);
+    EXPECT_EQ(task.time, 2 * kSecond);
+    m_cache.appendGroup({picture(kGroup), picture(kGroup + 1)}, task.generation);
+    for (int picture = 1; picture < kGroup; ++picture) EXPECT_GT(take(), 2);
+    EXPECT_EQ(take(), 1);
+    task = m_cache.awaitTask();
+    EXPECT_EQ(task.time, 1 * kSecond);
+    m_cache.appendGroup({picture(0)}, task.generation);
+    EXPECT_EQ(take(), 1.04);
+    EXPECT_EQ(take(), 0);
+    EXPECT_EQ(take(), -1);
+    EXPECT_TRUE(m_cache.status().finished);
+}
+
+class SmallPacketCacheTest : public PacketCacheTest {
+  protected:
+    static constexpr size_t kBytes = 400000;
+    SmallPacketCacheTest() : PacketCacheTest(kBytes) {}
+};
+
+TEST_F(SmallPacketCacheTest, StaysWithinItsBudget) {
+    start(0);
+    while (!m_cache.status().full) readPackets(1);
+    const Ranges ahead = seconds();
+    ASSERT_EQ(ahead.size(), 1U);
+    EXPECT_EQ(ahead[0].first, 0);
+    const int64_t room = ahead[0].second;
+    EXPECT_GT(room, 5);
+    for (int packet = 0; packet < 40 * kGroup; ++packet) {
+        EXPECT_GE(take(), 0);
+        if (!m_cache.status().full) readPackets(1);
+    }
+    const Ranges later = seconds();
+    ASSERT_EQ(later.size(), 1U);
+    EXPECT_GT(later[0].first, 20);
+    EXPECT_LT(later[0].first, 40);
+    EXPECT_LT(later[0].second - later[0].first, room * 3 / 2 + 3);
+}
+
+TEST(MediaClock, GoesAtItsSpeedFromWhereItStands) {
+    MediaClock clock;
+    clock.setPosition(5000);
+    EXPECT_EQ(clock.positionAt(123), 5000);
+    EXPECT_EQ(clock.timeOf(6000), std::numeric_limits<int64_t>::max());
+    clock.start(1000);
+    EXPECT_EQ(clock.positionAt(1500), 5500);
+    clock.setSpeed(2, 1500);
+    EXPECT_EQ(clock.positionAt(2000), 6500);
+    EXPECT_EQ(clock.timeOf(6500), 2000);
+    clock.setSpeed(-0.5, 2000);
+    EXPECT_EQ(clock.positionAt(4000), 5500);
+    EXPECT_EQ(clock.timeOf(5500), 4000);
+    clock.stop(4000);
+    EXPECT_EQ(clock.positionAt(9000), 5500);
+}
+
+TEST(StallPolicy, HaltsOnlyForWantOfDataAndGoesOnWithASecondOfThem) {
+    using Change = StallPolicy::Change;
+    struct Case {
+        StallPolicy::Observation seen;
+        Change expected;
+    };
+    const Case cases[] = {
+        {{100000, 0, false, true}, Change::none},  // just begun
+        {{400000, 500000, false, false}, Change::none},
+        {{500000, 0, true, true}, Change::none},  // at the end
+        {{600000, 0, false, true}, Change::stalled},
+        {{700000, 900000, false, false}, Change::none},
+        {{800000, 1000000, false, false}, Change::recovering},
+        {{900000, 0, false, true}, Change::stalled},
+        {{950000, 10, true, true}, Change::recovering},
+    };
+    StallPolicy policy;
+    policy.restart(0);
+    for (const Case& one : cases) EXPECT_EQ(policy.observe(one.seen), one.expected) << one.seen.now;
+}
+
+TEST(FetchProgress, TellsRisingPercentagesAtMostTenTimesASecond) {
+    struct Case {
+        int64_t have;
+        int64_t now;
+        int expected;  ///< -1: nothing is told
+    };
+    FetchProgress progress;
+    for (const Case& one : {Case{0, 0, 0}, Case{10, 1000, -1}, Case{10, 100000, 10},
+                            Case{5, 300000, -1}, Case{10, 400000, -1}, Case{99, 500000, 99},
+                            Case{250, 500001, 100}, Case{250, 900000, -1}})
+        EXPECT_EQ(progress.observe(one.have, 100, one.now).value_or(255),
+                  static_cast<uint8_t>(one.expected));
+}
+
+TEST(Faults, AreReadFromAText) {
+    const auto faults = parseFaults("slow 2-10.5 50000; stalled 12-20 off;unavailable 0-1;");
+    ASSERT_TRUE(faults);
+    ASSERT_EQ(faults->size(), 3U);
+    FaultList list(*faults);
+    EXPECT_EQ(list.at(500000)->kind, Fault::Kind::unavailable);
+    EXPECT_EQ(list.at(10400000)->bytesPerSecond, 50000U);
+    EXPECT_FALSE(list.at(10500000));
+    EXPECT_FALSE(list.at(13 * kSecond));
+    EXPECT_TRUE(list.setEnabled(1, true));
+    EXPECT_EQ(list.at(13 * kSecond)->kind, Fault::Kind::stalled);
+    for (const char* wrong : {"slow 2-10", "slow 2-10 0", "broken 1-2", "stalled 5-5",
+                              "stalled -1-5", "stalled 1-2 on", "stalled 1", "dropped 1-2 off x"})
+        EXPECT_FALSE(parseFaults(wrong)) << wrong;
+    EXPECT_EQ(parseFaults("stalled 9-1").reason(), "not a fault of reading: 'stalled 9-1'");
+}
+
+TEST(Languages, AreOfThreeLetters) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"de", "deu"}, {"ger", "deu"},    {"DEU", "deu"}, {"en-GB", "eng"},
+        {"zu", "zul"}, {"aa", "aar"},     {"chi", "zho"}, {"xx", "und"},
+        {"", "und"},   {"german", "und"}, {"qaa", "qaa"}, {"wel", "cym"}};
+    for (const auto& [tag, code] : cases) EXPECT_EQ(languageCode(tag), code) << tag;
+    EXPECT_EQ(languageCode(nullptr), "und");
+}
+
+TEST(Subtitles, LoseTheirMarkup) {
+    using Lines = std::vector<std::string>;
+    const std::pair<const char*, Lines> cases[] = {
+        {"0,0,Default,,0,0,0,,Plain, with a comma", {"Plain, with a comma"}},
+        {"0,0,Default,,0,0,0,,{\\i1}One{\\i0}\\N two \\hx", {"One", "two  x"}},
+        {"0,0,Default,,0,0,0,,{unclosed", {"{unclosed"}},
+        {"0,0,Default,,0,0,0,,\\N\\N", {}},
+        {"too,few,fields", {}},
+    };
+    for (const auto& [event, lines] : cases) EXPECT_EQ(subtitleLines(event), lines) << event;
+}
+
+}  // namespace
+}  // namespace quiravent::desktop

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include "media/TestPlayer.h"
+
+namespace quiravent::test {
+namespace {
+
+struct SeekCase {
+    const char* medium;
+    int64_t position;
+    int expected;
+};
+
+class Seek : public testing::TestWithParam<SeekCase> {};
+
+TEST_P(Seek, LandsOnTheExactPicture) {
+    TestPlayer player(mediaFile(GetParam().medium));
+    ASSERT_TRUE(player.play());
+    ASSERT_EQ(player->pause(), e_pl_status_ok);
+    ASSERT_EQ(player->seek(GetParam().position), e_pl_status_ok);
+    EXPECT_EQ(player->times().now, std::min<int64_t>(GetParam().position, player->times().end));
+    ASSERT_TRUE(player.output().waitForNumber(GetParam().expected))
+        << player.output().seen().back().number;
+}
+
+// Where the sound begins before the pictures, all pictures are 21 to 23 ms later.
+INSTANTIATE_TEST_SUITE_P(
+    Media, Seek,
+    testing::Values(SeekCase{"film.mp4", 0, 0}, SeekCase{"film.mp4", 39000, 0},
+                    SeekCase{"film.mp4", 40000, 1}, SeekCase{"film.mp4", 3230000, 80},
+                    SeekCase{"film.mp4", 4999000, 124}, SeekCase{"film.mp4", 99000000, 149},
+                    SeekCase{"film.mkv", 3230000, 80}, SeekCase{"film.ts", 3230000, 80},
+                    SeekCase{"film.ts", 5525000, 137}, SeekCase{"onegroup.mp4", 3600000, 90},
+                    SeekCase{"hls/master.m3u8", 3230000, 80},
+                    SeekCase{"dash/film.mpd", 3230000, 80}));
+
+TEST(Seeking, GoesThereFromAnywhereInQuickSuccession) {
+    TestPlayer player(mediaFile("film.mp4"));
+    ASSERT_TRUE(player.play());
+    ASSERT_EQ(player->pause(), e_pl_status_ok);
+    for (const int number : {140, 3, 77, 149, 0, 76, 51}) {
+        ASSERT_EQ(player->seek(1000000), e_pl_status_ok);
+        ASSERT_EQ(player->seek(int64_t{number} * 40000), e_pl_status_ok);
+        ASSERT_TRUE(player.output().waitForNumber(number)) << number;
+    }
+    ASSERT_EQ(player->seek(5600000), e_pl_status_ok);
+    ASSERT_EQ(player->resume(), e_pl_status_ok);
+    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    ASSERT_EQ(player->seek(1000000), e_pl_status_ok);
+    EXPECT_TRUE(player.output().waitForNumber(25));
+}
+
+struct SpeedCase {
+    const char* medium;
+    double speed;
+    int64_t from;
+    int64_t duration;  ///< of the way to the end, in microseconds
+    size_t pictures;   ///< at least
+};
+
+class Speed : public testing::TestWithParam<SpeedCase> {};
+
+TEST_P(Speed, PassesTheMediumInItsTime) {
+    const SpeedCase& one = GetParam();
+    TestPlayer player(mediaFile(one.medium));
+    double speed = one.speed;
+    ASSERT_EQ(player->setSpeed(speed), e_pl_status_ok);
+    EXPECT_EQ(speed, one.speed);
+    ASSERT_EQ(player->seek(one.from), e_pl_status_ok);
+    ASSERT_EQ(player->start(), e_pl_status_ok);
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed, 1, 30), 0);
+    const std::vector<SeenEvent> events = player.events();
+    const int64_t taken = events.back().at - events[events.size() - 2].at;
+    EXPECT_NEAR(static_cast<double>(taken), static_cast<double>(one.duration), 250000);
+    const std::vector<SeenPicture> seen = player.output().seen();
+    EXPECT_GE(seen.size(), one.pictures);
+    for (size_t index = 1; index < seen.size(); ++index)
+        ASSERT_EQ(seen[index].number > seen[index - 1].number, one.speed > 0);
+    EXPECT_EQ(player->times().now, one.speed > 0 ? player->times().end : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Media, Speed,
+                         testing::Values(SpeedCase{"film.mp4", 2, 0, 3000000, 70},
+                                         SpeedCase{"film.mp4", 0.5, 5000000, 2000000, 25},
+                                         SpeedCase{"film.mp4", 4, 0, 1500000, 6},
+                                         SpeedCase{"film.mp4", -1, 2990000, 2990000, 72},
+                                         SpeedCase{"film.mkv", -2, 2990000, 1495000, 36},
+                                         SpeedCase{"onegroup.mp4", -1, 3990000, 3990000, 96},
+                                         SpeedCase{"film.mp4", -8, 5990000, 748750, 5}));
+
+TEST(Speeds, ChangeWhilePlayingAndKeepThePosition) {
+    TestPlayer player(mediaFile("film.mp4"));
+    ASSERT_TRUE(player.play());
+    ASSERT_TRUE(player.output().waitForNumber(40));
+    double speed = -1;
+    ASSERT_EQ(player->setSpeed(speed), e_pl_status_ok);
+    ASSERT_TRUE(player.output().waitForNumber(30));
+    speed = 1;
+    ASSERT_EQ(player->setSpeed(speed), e_pl_status_ok);
+    ASSERT_TRUE(player.output().waitForNumber(35));
+    speed = 0;
+    EXPECT_EQ(player->setSpeed(speed), e_pl_status_invalid_argument);
+    EXPECT_EQ(speed, 1);
+    speed = -100;
+    EXPECT_EQ(player->setSpeed(speed), e_pl_status_ok);
+    EXPECT_EQ(speed, -desktop::Player::kMaxSpeed);
+    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+}
+
+}  // namespace
+}  // namespace quiravent::test

@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+#include "common/TemporaryFolder.h"
+#include "media/TestPlayer.h"
+#include "media/audio/WavSink.h"
+
+namespace quiravent::test {
+namespace {
+
+using desktop::TrackKind;
+
+std::vector<int16_t> readWav(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(file)), {});
+    std::vector<int16_t> samples;
+    for (size_t at = 44; at + 3 < bytes.size(); at += 4)
+        samples.push_back(static_cast<int16_t>(static_cast<unsigned char>(bytes[at]) |
+                                               static_cast<unsigned char>(bytes[at + 1]) << 8));
+    return samples;
+}
+
+/// Frequency of the last tenth of a second before `end` seconds, by zero crossings.
+double toneBefore(const std::vector<int16_t>& samples, double end) {
+    const auto to = std::min(static_cast<size_t>(end * 48000), samples.size());
+    const size_t from = to < 4800 ? 0 : to - 4800;
+    int crossings = 0;
+    for (size_t at = from + 1; at < to; ++at)
+        if ((samples[at - 1] < 0) != (samples[at] < 0)) ++crossings;
+    return crossings * 5.0;
+}
+
+int loudest(const std::vector<int16_t>& samples) {
+    int most = 0;
+    for (const int16_t sample : samples) most = std::max<int>(most, std::abs(sample));
+    return most;
+}
+
+struct Recording {
+    TemporaryFolder folder;
+    std::string file = folder / "sound.wav";
+
+    std::unique_ptr<desktop::AudioSink> sink() const {
+        return std::move(*desktop::WavSink::create(file));
+    }
+};
+
+TEST(Tracks, AreToldWithTheirLanguages) {
+    struct Case {
+        const char* medium;
+        std::vector<std::string> languages;  ///< of video, audio and subtitles, in this order
+    };
+    for (const Case& one : {Case{"film.mp4", {"und", "eng", "fra", "deu"}},
+                            Case{"film.mkv", {"und", "eng", "fra", "deu"}},
+                            Case{"film.ts", {"und", "eng", "fra"}}, Case{"sound.m4a", {"eng"}}}) {
+        TestPlayer player(mediaFile(one.medium));
+        ASSERT_EQ(player->fetch(), e_pl_status_ok);
+        ASSERT_EQ(player.waitFor(e_pl_media_event_fetch_ready), 0);
+        std::vector<std::string> languages;
+        std::vector<uint32_t> ids;
+        for (const TrackKind kind : {TrackKind::video, TrackKind::audio, TrackKind::subtitle})
+            for (const desktop::TrackRef& track : player->tracks(kind)) {
+                languages.push_back(track->language);
+                ids.push_back(track->id);
+            }
+        EXPECT_EQ(languages, one.languages) << one.medium;
+        std::sort(ids.begin(), ids.end());
+        EXPECT_EQ(std::unique(ids.begin(), ids.end()), ids.end());
+    }
+}
+
+TEST(Sound, ChangesWithTheTrackWhilePlaying) {
+    const Recording recording;
+    TestPlayer player(mediaFile("film.mp4"), testSettings(), {}, recording.sink());
+    ASSERT_TRUE(player.play());
+    ASSERT_TRUE(player.output().waitForNumber(50));
+    ASSERT_EQ(player->selectTrack(TrackKind::audio, player->tracks(TrackKind::audio)[1]->id),
+              e_pl_status_ok);
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    const std::vector<int16_t> samples = readWav(recording.file);
+    EXPECT_NEAR(static_cast<double>(samples.size()) / 48000, 6, 0.15);
+    EXPECT_NEAR(toneBefore(samples, 1.8), 440, 15);
+    EXPECT_NEAR(toneBefore(samples, 2.6), 880, 15);
+    EXPECT_NEAR(toneBefore(samples, 5.5), 880, 15);
+}
+
+TEST(Sound, KeepsItsPitchAtDoubleSpeedAndIsSilentBackwards) {
+    for (const double wanted : {2.0, -1.0}) {
+        const Recording recording;
+        TestPlayer player(mediaFile("film.mp4"), testSettings(), {}, recording.sink());
+        double speed = wanted;
+        ASSERT_EQ(player->setSpeed(speed), e_pl_status_ok);
+        ASSERT_EQ(player->seek(wanted < 0 ? 1000000 : 4000000), e_pl_status_ok);
+        ASSERT_EQ(player->start(), e_pl_status_ok);
+        ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+        const std::vector<int16_t> samples = readWav(recording.file);
+        EXPECT_NEAR(static_cast<double>(samples.size()) / 48000, 1, 0.15);
+        if (wanted > 0) {
+            EXPECT_NEAR(toneBefore(samples, 0.6), 440, 15);
+        } else {
+            EXPECT_EQ(loudest(samples), 0);
+        }
+    }
+}
+
+TEST(Sound, IsAsLoudAsTheVolume) {
+    std::map<int, int> loudness;
+    for (const int volume : {0, 50, 100, 200}) {
+        const Recording recording;
+        TestPlayer player(mediaFile("short.mp4"), testSettings(), {}, recording.sink());
+        ASSERT_EQ(player->setVolume(static_cast<uint8_t>(volume)), e_pl_status_ok);
+        ASSERT_EQ(player->start(), e_pl_status_ok);
+        ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+        loudness[volume] = loudest(readWav(recording.file));
+    }
+    EXPECT_EQ(loudness[0], 0);
+    EXPECT_GT(loudness[100], 1000);
+    EXPECT_NEAR(loudness[50] * 2, loudness[100], 50);
+    EXPECT_NEAR(loudness[200], loudness[100] * 2, 50);
+}
+
+TEST(Subtitles, AreDrawnAtTheirTimeAndSwitchedOffByAnUnknownId) {
+    TestPlayer player(mediaFile("film.mp4"));
+    ASSERT_TRUE(player.play());
+    ASSERT_EQ(player->pause(), e_pl_status_ok);
+    const auto whiteAt = [&](int64_t position) {
+        player.output().forget();
+        EXPECT_EQ(player->seek(position), e_pl_status_ok);
+        EXPECT_TRUE(player.output().waitForNumber(static_cast<int>(position / 40000)));
+        return whitePixels(*player.output().current());
+    };
+    EXPECT_EQ(whiteAt(1520000), 0);
+    ASSERT_EQ(player->selectTrack(TrackKind::subtitle, player->tracks(TrackKind::subtitle)[0]->id),
+              e_pl_status_ok);
+    EXPECT_EQ(whiteAt(520000), 0);
+    EXPECT_GT(whiteAt(1520000), 20);
+    EXPECT_EQ(whiteAt(2520000), 0);
+    EXPECT_GT(whiteAt(3520000), 20);
+    player.output().forget();
+    ASSERT_EQ(player->selectTrack(TrackKind::subtitle, 99), e_pl_status_ok);
+    ASSERT_TRUE(player.output().waitForCount(1));
+    EXPECT_EQ(whitePixels(*player.output().current()), 0);
+}
+
+TEST(Thumbnails, ShowTheKeyPictureBeforeThePosition) {
+    TestPlayer player(mediaFile("film.mp4"));
+    desktop::SurfacePool pool(16U << 20);
+    for (const auto& [position, number] : std::map<int64_t, int>{
+             {0, 0}, {990000, 0}, {1000000, 25}, {4100000, 100}, {99000000, 125}}) {
+        const auto picture = player->thumbnail(position, 160, 90, pool);
+        ASSERT_TRUE(picture) << picture.reason();
+        EXPECT_EQ((*picture)->width(), 160U);
+        EXPECT_EQ(pictureNumber(**picture), number);
+    }
+    TestPlayer missing(mediaFile("missing.mp4"));
+    const auto none = missing->thumbnail(0, 160, 90, pool);
+    ASSERT_FALSE(none);
+    EXPECT_EQ(none.reason(), "not found");
+}
+
+}  // namespace
+}  // namespace quiravent::test
