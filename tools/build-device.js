@@ -39,6 +39,7 @@ function writeManifest() {
     license: own.license,
     main: own.main,
     types: own.types,
+    exports: own.exports,
     os: ['linux'],
     cpu: ['arm']
   };
@@ -49,8 +50,7 @@ function writeManifest() {
 function assemble() {
   mustRun('rm', ['-rf', path.join(folder, 'package')]);
   copy('build/armhf/quiravent.node', 'quiravent.node');
-  copy('lib/index.js', 'lib/index.js');
-  copy('lib/index.d.ts', 'lib/index.d.ts');
+  fs.readdirSync(path.join(root, 'lib')).forEach((name) => copy(`lib/${name}`, `lib/${name}`));
   copy('docs/application-guide.md', 'docs/application-guide.md');
   copy('docs/on-a-device.md', 'README.md');
   copy('LICENSE', 'LICENSE');
