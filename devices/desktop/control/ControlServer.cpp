@@ -40,8 +40,10 @@ void ControlServer::stop() {
     m_stopped = true;
     m_wake->wake();
     if (m_thread.joinable()) m_thread.join();
-    m_connections.clear();
+    // The socket first: a client that is told of the end by its connection may come again at once,
+    // and must not meet a server that is leaving.
     m_socket.reset();
+    m_connections.clear();
 }
 
 void ControlServer::run() {

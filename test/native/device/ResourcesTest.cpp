@@ -154,7 +154,7 @@ TEST(Start, WithAWrongConfigurationRefusesEverythingAndSaysWhyOnce) {
     });
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.errors, "quiravent: error: " + (station / R"(a\n\t\x1b.json)") +
-                                  R"(: screen.driver is "crt"; allowed: "auto", "headless")"
+                                  R"(: screen.driver is "crt"; allowed: "auto", "window", "headless")"
                                   "\n");
 }
 
