@@ -99,18 +99,25 @@ class Application {
   }
 
   /**
-   * Resolves when the script has said so many lines: what it said. An event that comes while its
-   * worker is away lies until the next one comes, so keys are pressed until then.
+   * Resolves once isReached() is true. An event that comes while its worker is away lies until the
+   * next one comes, so keys are pressed until then.
    */
+  nudgeUntil(control, isReached) {
+    if (isReached()) return Promise.resolve();
+    return control
+      .ask('press', { key: NUDGE, hold: 0 })
+      .then(() => this.nudgeUntil(control, isReached));
+  }
+
+  /** Resolves when the script has said so many lines: what it said. */
   until(control, count) {
-    if (this.said().length >= count) return Promise.resolve(this.said());
-    return control.ask('press', { key: NUDGE, hold: 0 }).then(() => this.until(control, count));
+    return this.nudgeUntil(control, () => this.said().length >= count).then(() => this.said());
   }
 
   /** Resolves when the script has been told of a key. */
   untilListening(control) {
-    if (this.lines.some((line) => line.endsWith(' ' + NUDGE_CODE))) return Promise.resolve(control);
-    return control.ask('press', { key: NUDGE, hold: 0 }).then(() => this.untilListening(control));
+    const hasHeard = () => this.lines.some((line) => line.endsWith(' ' + NUDGE_CODE));
+    return this.nudgeUntil(control, hasHeard).then(() => control);
   }
 
   clear() {
