@@ -7,7 +7,7 @@
 
 #include "display/DisplayDriver.h"
 #include "display/DisplayInput.h"
-#include "display/window/Wakeup.h"
+#include "display/window/WindowWakeup.h"
 
 namespace quiravent::desktop {
 
@@ -48,7 +48,7 @@ class WindowDisplay : public DisplayDriver {
     bool isEnding() const;
 
     const DisplayInput m_input;
-    const Wakeup m_wakeup;
+    const WindowWakeup m_wakeup;
     mutable std::mutex m_mutex;  ///< guards what follows
     std::condition_variable m_ended;
     Pending m_pending;

@@ -5,13 +5,13 @@
 namespace quiravent::desktop {
 
 /// Wakes a thread that waits for a descriptor.
-class Wakeup {
+class WindowWakeup {
   public:
     /// Throws DeviceError where the process has no descriptor left.
-    Wakeup();
-    ~Wakeup();
-    Wakeup(const Wakeup&) = delete;
-    Wakeup& operator=(const Wakeup&) = delete;
+    WindowWakeup();
+    ~WindowWakeup();
+    WindowWakeup(const WindowWakeup&) = delete;
+    WindowWakeup& operator=(const WindowWakeup&) = delete;
 
     /// Ends the wait that is under way, or else the next one. Any thread; never blocks.
     void wake() const;

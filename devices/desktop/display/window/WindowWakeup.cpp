@@ -1,4 +1,4 @@
-#include "display/window/Wakeup.h"
+#include "display/window/WindowWakeup.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -13,22 +13,22 @@
 
 namespace quiravent::desktop {
 
-Wakeup::Wakeup() : m_event(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+WindowWakeup::WindowWakeup() : m_event(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     if (m_event < 0) {
         throw DeviceError(e_pl_status_unavailable,
                           joined("no event descriptor: ", std::strerror(errno)));
     }
 }
 
-Wakeup::~Wakeup() { close(m_event); }
+WindowWakeup::~WindowWakeup() { close(m_event); }
 
-void Wakeup::wake() const {
+void WindowWakeup::wake() const {
     const uint64_t one = 1;
     // Can fail only where the event is set already.
     [[maybe_unused]] const ssize_t written = write(m_event, &one, sizeof one);
 }
 
-void Wakeup::wait(int descriptor, std::chrono::milliseconds limit) const {
+void WindowWakeup::wait(int descriptor, std::chrono::milliseconds limit) const {
     // poll() leaves out what is negative.
     pollfd sources[] = {{m_event, POLLIN, 0}, {descriptor, POLLIN, 0}};
     poll(sources, 2, static_cast<int>(limit.count()));
