@@ -153,9 +153,10 @@ TEST(Start, WithAWrongConfigurationRefusesEverythingAndSaysWhyOnce) {
         EXPECT_EQ(handle, 0U);
     });
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.errors, "quiravent: error: " + (station / R"(a\n\t\x1b.json)") +
-                                  R"(: screen.driver is "crt"; allowed: "auto", "window", "headless")"
-                                  "\n");
+    EXPECT_EQ(outcome.errors,
+              "quiravent: error: " + (station / R"(a\n\t\x1b.json)") +
+                  R"(: screen.driver is "crt"; allowed: "auto", "window", "headless")"
+                  "\n");
 }
 
 TEST(Start, LogLevelDecidesWhatIsTold) {
