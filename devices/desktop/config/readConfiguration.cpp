@@ -13,6 +13,7 @@
 #include "resources/LocalFile.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
+#include "support/jsonDepth.h"
 #include "support/shownValue.h"
 
 namespace quiravent::desktop {
@@ -48,11 +49,14 @@ std::string parseReason(const json::exception& error) {
     return std::string(start == std::string_view::npos ? text : text.substr(start + 2));
 }
 
-/// Parses a file, and refuses a key that stands twice in an object, of which the parser would
-/// silently take one.
+/// Parses a file, and refuses what is nested too deeply, and a key that stands twice in an object,
+/// of which the parser would silently take one.
 json parse(const std::string& file, const std::string& text) {
     std::vector<std::set<std::string>> keys;
-    const auto watch = [&](int, json::parse_event_t event, json& parsed) {
+    const auto watch = [&](int depth, json::parse_event_t event, json& parsed) {
+        if (depth > kMaxJsonDepth) {
+            refuse(joined(file, ": nested too deeply; allowed: ", kMaxJsonDepth, " levels"));
+        }
         if (event == json::parse_event_t::object_start) keys.emplace_back();
         if (event == json::parse_event_t::object_end) keys.pop_back();
         if (event == json::parse_event_t::key && !keys.back().insert(parsed).second) {
