@@ -12,9 +12,10 @@ const fs = require('fs');
 const path = require('path');
 const { spawn } = require('child_process');
 const { runtime } = require('./script/support/build');
+const { patience } = require('./script/support/pace');
 
 /** A file that isn't over by then hangs. */
-const PATIENCE_MS = 180 * 1000;
+const PATIENCE_MS = patience(180 * 1000);
 
 const USAGE = 'usage: node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--jobs N]';
 
