@@ -98,6 +98,10 @@ e_pl_status Player::suspend() {
     return ask(session(), [](PlayerSession& loaded) { return loaded.suspend(); });
 }
 
+void Player::setOutputTaken(bool isTaken) {
+    if (const auto loaded = session()) loaded->setOutputTaken(isTaken);
+}
+
 Player::Times Player::times() const {
     const auto loaded = session();
     return loaded ? loaded->times() : Times{0, 0, 0};
@@ -111,6 +115,11 @@ std::vector<TimeRange> Player::bufferedRanges() const {
 std::vector<TrackRef> Player::tracks(TrackKind kind) const {
     const auto loaded = session();
     return loaded ? loaded->tracks(kind) : std::vector<TrackRef>{};
+}
+
+PlayerReport Player::report() const {
+    const auto loaded = session();
+    return loaded ? loaded->report() : PlayerReport{};
 }
 
 Result<std::shared_ptr<Surface>> Player::thumbnail(int64_t position, uint32_t width,

@@ -16,7 +16,7 @@
 namespace quiravent::desktop {
 
 /// Brings decoded pictures, with the subtitles on them, to a player's output. For the player's
-/// thread, but for setBounds() and close().
+/// thread, but for the bounds and close().
 class VideoPresenter {
   public:
     /// Source, output and pool outlive the presenter.
@@ -25,6 +25,7 @@ class VideoPresenter {
         : m_source(source), m_output(output), m_pool(pool), m_painter(subtitleFont) {}
 
     void setBounds(const Rect& bounds);
+    Rect bounds() const;
 
     /// Takes the picture that is to be seen now, or is as soon as the presenter shows it.
     void present(VideoFrame frame);
@@ -43,7 +44,6 @@ class VideoPresenter {
 
   private:
     void followSubtitles();
-    Rect bounds() const;
 
     PacketSource& m_source;
     VideoOutput& m_output;
