@@ -3,7 +3,7 @@
 const test = require('tape');
 const { inFolder, inSequence, launch } = require('./support/launcher');
 
-const verbs = ['run', 'press', 'screenshot', 'state', 'message', 'keys', 'doctor'];
+const verbs = ['run', 'press', 'screenshot', 'state', 'message', 'keys', 'lineup', 'doctor'];
 
 test('a wrong command line is told in one line that names what is wrong, with status 2', (t) =>
   inFolder((folder, write) => {
@@ -31,6 +31,8 @@ test('a wrong command line is told in one line that names what is wrong, with st
       [['keys', '--timeout', '0'], /keys: --timeout is '0'; allowed: a number of seconds/],
       [['message', 'name'], /message: VALUE is missing/],
       [['screenshot', ''], /screenshot: FILE is ''; allowed: the path of a file/],
+      [['lineup', 'fly'], /lineup: ACTION is 'fly'; allowed: make/],
+      [['lineup', 'make', 'a.json'], /make with 1 file names; allowed: lineup make FILE.json OUT/],
       [['run'], /run: APPLICATION is missing; allowed: a script/],
       [['run', 'none.js'], /run: APPLICATION is 'none.js'; allowed: a script/],
       [['run', '--headless', '--window', app], /--headless contradicts --window/],

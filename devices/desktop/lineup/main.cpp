@@ -9,6 +9,7 @@
 #include "lineup/description/readLineup.h"
 #include "lineup/makeMultiplex.h"
 #include "media/Av.h"
+#include "support/DeviceError.h"
 #include "support/Text.h"
 #include "support/writeFile.h"
 
@@ -19,7 +20,11 @@ using namespace quiravent::desktop;
 void make(const std::string& description, const std::string& output) {
     const lineup::Lineup lineup = lineup::readLineup(description);
     const std::vector<uint8_t> multiplex = lineup::makeMultiplex(lineup, description);
-    writeFile(output, multiplex);
+    try {
+        writeFile(output, multiplex);
+    } catch (const DeviceError& error) {
+        throw DeviceError(error.status(), joined(output, " can't be written: ", error.what()));
+    }
 }
 
 int run(const std::vector<std::string>& words) {
