@@ -6,7 +6,7 @@
 #include "lineup/packets/Schedule.h"
 #include "lineup/streams/serviceStreams.h"
 #include "support/Text.h"
-#include "television/tableIds.h"
+#include "television/TableId.h"
 
 namespace quiravent::desktop::lineup {
 
@@ -51,9 +51,9 @@ std::vector<TimedPacket> tablesOf(const Lineup& lineup, Ticks loop) {
     tables.add(kSdtPid, kServiceInterval, descriptionTable(lineup));
     const Sections events = eventTable(lineup);
     if (!events.empty()) tables.add(kEitPid, kServiceInterval, events);
-    if (!lineup.networkName.empty()) tables.add(kNitPid, kNetworkInterval, networkTable(lineup));
+    if (hasNetworkTable(lineup)) tables.add(kNitPid, kNetworkInterval, networkTable(lineup));
     if (lineup.startTime) {
-        tables.addChanging(kTdtPid, kNetworkInterval, [&lineup](Ticks time) {
+        tables.addChanging(kTimePid, kNetworkInterval, [&lineup](Ticks time) {
             return timeTable(lineup.standard, *lineup.startTime + time / kPcrRate);
         });
     }

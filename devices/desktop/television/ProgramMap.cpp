@@ -106,4 +106,10 @@ ProgramMap parseProgramMap(const Section& section) {
     return map;
 }
 
+uint8_t streamTypeOf(StreamCodec codec) {
+    for (const CodecOfType& known : kTypes)
+        if (known.codec == codec) return known.type;
+    return kPrivateData;
+}
+
 }  // namespace quiravent::desktop

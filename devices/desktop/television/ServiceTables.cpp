@@ -4,18 +4,11 @@
 #include <utility>
 
 #include "television/Descriptors.h"
+#include "television/TableId.h"
 
 namespace quiravent::desktop {
 
 namespace {
-
-enum TableId : uint8_t {
-    kAssociation = 0x00,
-    kProgramMap = 0x02,
-    kNetwork = 0x40,
-    kServices = 0x42,
-    kPresentFollowing = 0x4E,
-};
 
 // ISDB's events for mobile receivers.
 constexpr Pid kMobileEitPid = 0x0026;

@@ -1,6 +1,8 @@
 #include "lineup/tables/sectionFrame.h"
 #include "lineup/tables/sections.h"
-#include "television/tableIds.h"
+#include "television/Descriptors.h"
+#include "television/ProgramMap.h"
+#include "television/TableId.h"
 
 namespace quiravent::desktop::lineup {
 
@@ -12,12 +14,12 @@ void writePid(ByteWriter& out, Pid pid) { out.word(kReservedPidBits | pid); }
 
 void writeLanguage(ByteWriter& out, const std::string& language) { out.append(language); }
 
-uint8_t typeOf(const Video& video) {
-    return video.codec == VideoCodec::h264 ? stream_type::kH264 : stream_type::kMpeg2Video;
+StreamCodec codecOf(const Video& video) {
+    return video.codec == VideoCodec::h264 ? StreamCodec::h264 : StreamCodec::mpeg2Video;
 }
 
-uint8_t typeOf(const Audio& audio) {
-    return audio.codec == AudioCodec::aac ? stream_type::kAacAdts : stream_type::kMpeg1Audio;
+StreamCodec codecOf(const Audio& audio) {
+    return audio.codec == AudioCodec::aac ? StreamCodec::aac : StreamCodec::mpegAudio;
 }
 
 /// Captions of the pictures, as ATSC A/65 (6.9.2) tells of them.
@@ -28,7 +30,7 @@ void writeCaptionService(ByteWriter& out, const Captions& captions) {
     constexpr unsigned kLine21 = 0x3E;
     constexpr unsigned kNoReaderLevel = 0x3FFF;
     constexpr unsigned kServiceNumber = 1;
-    out.byte(descriptor::kCaptionService);
+    out.byte(DescriptorTag::kCaptionService);
     out.counted([&] {
         const unsigned count = (captions.cea608 ? 1 : 0) + (captions.cea708 ? 1 : 0);
         out.byte(kReserved | count);
@@ -48,7 +50,7 @@ void writeCaptionService(ByteWriter& out, const Captions& captions) {
 void writeSubtitling(ByteWriter& out, const Subtitles& subtitles) {
     constexpr unsigned kNormal = 0x10;
     constexpr unsigned kPage = 1;
-    out.byte(descriptor::kSubtitling);
+    out.byte(DescriptorTag::kSubtitling);
     out.counted([&] {
         writeLanguage(out, subtitles.language);
         out.byte(kNormal);
@@ -58,7 +60,7 @@ void writeSubtitling(ByteWriter& out, const Subtitles& subtitles) {
 }
 
 void writeAudioLanguage(ByteWriter& out, const std::string& language) {
-    out.byte(descriptor::kIso639Language);
+    out.byte(DescriptorTag::kLanguage);
     out.counted([&] {
         writeLanguage(out, language);
         out.byte(0);
@@ -67,30 +69,34 @@ void writeAudioLanguage(ByteWriter& out, const std::string& language) {
 
 void writeStreams(ByteWriter& out, const Service& service) {
     constexpr unsigned kReserved = 0xF;
-    const auto write = [&out](uint8_t type, Pid pid, const auto& writeDescriptors) {
-        out.byte(type);
+    const auto write = [&out](StreamCodec codec, Pid pid, const auto& writeDescriptors) {
+        out.byte(streamTypeOf(codec));
         writePid(out, pid);
         out.countedLoop(kReserved, writeDescriptors);
     };
     if (service.video) {
-        write(typeOf(*service.video), service.video->pid, [&] {
+        write(codecOf(*service.video), service.video->pid, [&] {
             if (service.captions) writeCaptionService(out, *service.captions);
         });
     }
     for (const Audio& audio : service.audio) {
-        write(typeOf(audio), audio.pid, [&] { writeAudioLanguage(out, audio.language); });
+        write(codecOf(audio), audio.pid, [&] { writeAudioLanguage(out, audio.language); });
     }
     if (service.subtitles) {
-        write(stream_type::kPrivateData, service.subtitles->pid,
+        write(StreamCodec::dvbSubtitle, service.subtitles->pid,
               [&] { writeSubtitling(out, *service.subtitles); });
     }
 }
 
 }  // namespace
 
+bool hasNetworkTable(const Lineup& lineup) {
+    return !lineup.networkName.empty() || lineup.standard == Standard::isdb;
+}
+
 Sections associationTable(const Lineup& lineup) {
-    return {longSection({table::kPat, lineup.transportStreamId}, [&](ByteWriter& out) {
-        if (!lineup.networkName.empty()) {
+    return {longSection({kAssociation, lineup.transportStreamId}, [&](ByteWriter& out) {
+        if (hasNetworkTable(lineup)) {
             out.word(0);
             writePid(out, kNitPid);
         }
@@ -102,7 +108,7 @@ Sections associationTable(const Lineup& lineup) {
 }
 
 Sections mapTable(const Service& service) {
-    return {longSection({table::kPmt, service.id}, [&](ByteWriter& out) {
+    return {longSection({kProgramMap, service.id}, [&](ByteWriter& out) {
         writePid(out, service.pcrPid);
         out.countedLoop(0xF, [] {});
         writeStreams(out, service);

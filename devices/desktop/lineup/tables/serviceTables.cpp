@@ -1,7 +1,8 @@
 #include "lineup/tables/sectionFrame.h"
 #include "lineup/tables/sections.h"
 #include "lineup/tables/textCoding.h"
-#include "television/tableIds.h"
+#include "television/Descriptors.h"
+#include "television/TableId.h"
 
 namespace quiravent::desktop::lineup {
 
@@ -20,7 +21,7 @@ Bytes coded(Standard standard, const std::string& text) {
 unsigned typeOf(const Service& service) { return service.video ? kTelevision : kRadio; }
 
 void writeServiceDescriptor(ByteWriter& out, Standard standard, const Service& service) {
-    out.byte(descriptor::kService);
+    out.byte(DescriptorTag::kServiceName);
     out.counted([&] {
         out.byte(typeOf(service));
         out.counted([&] { out.append(coded(standard, service.provider)); });
@@ -83,7 +84,7 @@ void writeEvent(ByteWriter& out, Standard standard, const Event& event, unsigned
     writeDate(out, standard, event.start);
     writeTimeOfDay(out, event.duration);
     out.countedLoop(running << 1, [&] {
-        out.byte(descriptor::kShortEvent);
+        out.byte(DescriptorTag::kShortEvent);
         out.counted([&] {
             out.append(event.language);
             out.counted([&] { out.append(coded(standard, event.name)); });
@@ -92,17 +93,44 @@ void writeEvent(ByteWriter& out, Standard standard, const Event& event, unsigned
     });
 }
 
+void writeNetworkName(ByteWriter& out, const Lineup& lineup) {
+    if (lineup.networkName.empty()) return;
+    out.byte(DescriptorTag::kNetworkName);
+    out.counted([&] { out.append(coded(lineup.standard, lineup.networkName)); });
+}
+
+void writeServiceList(ByteWriter& out, const Lineup& lineup) {
+    out.byte(DescriptorTag::kServiceList);
+    out.counted([&] {
+        for (const Service& service : lineup.services) {
+            out.word(service.id);
+            out.byte(typeOf(service));
+        }
+    });
+}
+
+/// By this descriptor a receiver knows that texts are those of ISDB. Channel 14 of Brazil: mode 3,
+/// guard interval of a sixteenth; the frequency in sevenths of a MHz.
+void writeIsdbDelivery(ByteWriter& out) {
+    constexpr unsigned kAreaAndMode = 0x0006;
+    constexpr unsigned kFrequency = 3312;
+    out.byte(DescriptorTag::kIsdbTerrestrialDelivery);
+    out.counted([&] {
+        out.word(kAreaAndMode);
+        out.word(kFrequency);
+    });
+}
+
 Bytes eventSection(const Lineup& lineup, const Service& service, uint8_t number) {
     const std::optional<Event>& event = number == 0 ? service.present : service.following;
     const unsigned running = number == 0 ? kRunning : kNotRunning;
-    return longSection({table::kEitActualPresentFollowing, service.id, number, 1},
-                       [&](ByteWriter& out) {
-                           out.word(lineup.transportStreamId);
-                           out.word(lineup.originalNetworkId);
-                           out.byte(1);
-                           out.byte(table::kEitActualPresentFollowing);
-                           if (event) writeEvent(out, lineup.standard, *event, running);
-                       });
+    return longSection({kPresentFollowing, service.id, number, 1}, [&](ByteWriter& out) {
+        out.word(lineup.transportStreamId);
+        out.word(lineup.originalNetworkId);
+        out.byte(1);
+        out.byte(kPresentFollowing);
+        if (event) writeEvent(out, lineup.standard, *event, running);
+    });
 }
 
 }  // namespace
@@ -115,30 +143,22 @@ Sections descriptionTable(const Lineup& lineup) {
         writeDescription(part, lineup.standard, service);
         parts.push_back(part.take());
     }
-    return divided({table::kSdtActual, lineup.transportStreamId}, kMaxSectionSize - kFrameBytes,
-                   parts, [&](ByteWriter& out) {
+    return divided({kServices, lineup.transportStreamId}, kMaxSectionSize - kFrameBytes, parts,
+                   [&](ByteWriter& out) {
                        out.word(lineup.originalNetworkId);
                        out.byte(0xFF);
                    });
 }
 
 Sections networkTable(const Lineup& lineup) {
-    return {longSection({table::kNitActual, *lineup.networkId}, [&](ByteWriter& out) {
-        out.countedLoop(kReserved, [&] {
-            out.byte(descriptor::kNetworkName);
-            out.counted([&] { out.append(coded(lineup.standard, lineup.networkName)); });
-        });
+    return {longSection({kNetwork, *lineup.networkId}, [&](ByteWriter& out) {
+        out.countedLoop(kReserved, [&] { writeNetworkName(out, lineup); });
         out.countedLoop(kReserved, [&] {
             out.word(lineup.transportStreamId);
             out.word(lineup.originalNetworkId);
             out.countedLoop(kReserved, [&] {
-                out.byte(descriptor::kServiceList);
-                out.counted([&] {
-                    for (const Service& service : lineup.services) {
-                        out.word(service.id);
-                        out.byte(typeOf(service));
-                    }
-                });
+                writeServiceList(out, lineup);
+                if (lineup.standard == Standard::isdb) writeIsdbDelivery(out);
             });
         });
     })};
@@ -158,13 +178,13 @@ Sections timeTable(Standard standard, int64_t time) {
     constexpr unsigned kDateSize = 5;
     ByteWriter out;
     if (standard == Standard::dvb) {
-        out.byte(table::kTdt);
+        out.byte(kTimeAndDate);
         out.word(0x7000 | kDateSize);
         writeDate(out, standard, time);
         return {out.take()};
     }
     constexpr unsigned kLoopLengthAndChecksum = 6;
-    out.byte(table::kTot);
+    out.byte(kTimeOffset);
     out.word(0x7000 | (kDateSize + kLoopLengthAndChecksum));
     writeDate(out, standard, time);
     out.countedLoop(kReserved, [] {});
