@@ -5,7 +5,7 @@
 
 #include "lineup/packets/Schedule.h"
 #include "lineup/streams/serviceStreams.h"
-#include "television/TableId.h"
+#include "television/tableIds.h"
 
 namespace quiravent::desktop::lineup {
 
@@ -52,7 +52,7 @@ std::vector<TimedPacket> tablesOf(const Lineup& lineup, Ticks loop) {
     if (!events.empty()) tables.add(kEitPid, kServiceInterval, events);
     if (hasNetworkTable(lineup)) tables.add(kNitPid, kNetworkInterval, networkTable(lineup));
     if (lineup.startTime) {
-        tables.addChanging(kTimePid, kNetworkInterval, [&lineup](Ticks time) {
+        tables.addChanging(kTdtPid, kNetworkInterval, [&lineup](Ticks time) {
             return timeTable(lineup.standard, *lineup.startTime + time / kPcrRate);
         });
     }

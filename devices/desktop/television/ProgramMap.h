@@ -15,7 +15,4 @@ struct ProgramMap {
 
 ProgramMap parseProgramMap(const Section& section);
 
-/// The number by which a map tells a codec; that of private data where descriptors have to.
-uint8_t streamTypeOf(StreamCodec codec);
-
 }  // namespace quiravent::desktop

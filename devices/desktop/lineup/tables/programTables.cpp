@@ -1,8 +1,6 @@
 #include "lineup/tables/sectionFrame.h"
 #include "lineup/tables/sections.h"
-#include "television/Descriptors.h"
-#include "television/ProgramMap.h"
-#include "television/TableId.h"
+#include "television/tableIds.h"
 
 namespace quiravent::desktop::lineup {
 
@@ -14,12 +12,12 @@ void writePid(ByteWriter& out, Pid pid) { out.word(kReservedPidBits | pid); }
 
 void writeLanguage(ByteWriter& out, const std::string& language) { out.append(language); }
 
-StreamCodec codecOf(const Video& video) {
-    return video.codec == VideoCodec::h264 ? StreamCodec::h264 : StreamCodec::mpeg2Video;
+uint8_t typeOf(const Video& video) {
+    return video.codec == VideoCodec::h264 ? stream_type::kH264 : stream_type::kMpeg2Video;
 }
 
-StreamCodec codecOf(const Audio& audio) {
-    return audio.codec == AudioCodec::aac ? StreamCodec::aac : StreamCodec::mpegAudio;
+uint8_t typeOf(const Audio& audio) {
+    return audio.codec == AudioCodec::aac ? stream_type::kAacAdts : stream_type::kMpeg1Audio;
 }
 
 /// Captions of the pictures, as ATSC A/65 (6.9.2) tells of them.
@@ -30,7 +28,7 @@ void writeCaptionService(ByteWriter& out, const Captions& captions) {
     constexpr unsigned kLine21 = 0x3E;
     constexpr unsigned kNoReaderLevel = 0x3FFF;
     constexpr unsigned kServiceNumber = 1;
-    out.byte(DescriptorTag::kCaptionService);
+    out.byte(descriptor::kCaptionService);
     out.counted([&] {
         const unsigned count = (captions.cea608 ? 1 : 0) + (captions.cea708 ? 1 : 0);
         out.byte(kReserved | count);
@@ -50,7 +48,7 @@ void writeCaptionService(ByteWriter& out, const Captions& captions) {
 void writeSubtitling(ByteWriter& out, const Subtitles& subtitles) {
     constexpr unsigned kNormal = 0x10;
     constexpr unsigned kPage = 1;
-    out.byte(DescriptorTag::kSubtitling);
+    out.byte(descriptor::kSubtitling);
     out.counted([&] {
         writeLanguage(out, subtitles.language);
         out.byte(kNormal);
@@ -60,7 +58,7 @@ void writeSubtitling(ByteWriter& out, const Subtitles& subtitles) {
 }
 
 void writeAudioLanguage(ByteWriter& out, const std::string& language) {
-    out.byte(DescriptorTag::kLanguage);
+    out.byte(descriptor::kIso639Language);
     out.counted([&] {
         writeLanguage(out, language);
         out.byte(0);
@@ -69,21 +67,21 @@ void writeAudioLanguage(ByteWriter& out, const std::string& language) {
 
 void writeStreams(ByteWriter& out, const Service& service) {
     constexpr unsigned kReserved = 0xF;
-    const auto write = [&out](StreamCodec codec, Pid pid, const auto& writeDescriptors) {
-        out.byte(streamTypeOf(codec));
+    const auto write = [&out](uint8_t type, Pid pid, const auto& writeDescriptors) {
+        out.byte(type);
         writePid(out, pid);
         out.countedLoop(kReserved, writeDescriptors);
     };
     if (service.video) {
-        write(codecOf(*service.video), service.video->pid, [&] {
+        write(typeOf(*service.video), service.video->pid, [&] {
             if (service.captions) writeCaptionService(out, *service.captions);
         });
     }
     for (const Audio& audio : service.audio) {
-        write(codecOf(audio), audio.pid, [&] { writeAudioLanguage(out, audio.language); });
+        write(typeOf(audio), audio.pid, [&] { writeAudioLanguage(out, audio.language); });
     }
     if (service.subtitles) {
-        write(StreamCodec::dvbSubtitle, service.subtitles->pid,
+        write(stream_type::kPrivateData, service.subtitles->pid,
               [&] { writeSubtitling(out, *service.subtitles); });
     }
 }
@@ -95,7 +93,7 @@ bool hasNetworkTable(const Lineup& lineup) {
 }
 
 Sections associationTable(const Lineup& lineup) {
-    return {longSection({kAssociation, lineup.transportStreamId}, [&](ByteWriter& out) {
+    return {longSection({table::kPat, lineup.transportStreamId}, [&](ByteWriter& out) {
         if (hasNetworkTable(lineup)) {
             out.word(0);
             writePid(out, kNitPid);
@@ -108,7 +106,7 @@ Sections associationTable(const Lineup& lineup) {
 }
 
 Sections mapTable(const Service& service) {
-    return {longSection({kProgramMap, service.id}, [&](ByteWriter& out) {
+    return {longSection({table::kPmt, service.id}, [&](ByteWriter& out) {
         writePid(out, service.pcrPid);
         out.countedLoop(0xF, [] {});
         writeStreams(out, service);

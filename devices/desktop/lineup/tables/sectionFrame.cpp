@@ -1,7 +1,7 @@
 #include "lineup/tables/sectionFrame.h"
 
-#include "television/Section.h"
-#include "television/TableId.h"
+#include "television/Crc32.h"
+#include "television/tableIds.h"
 
 namespace quiravent::desktop::lineup {
 
@@ -10,12 +10,12 @@ namespace {
 constexpr unsigned kChecksumSize = 4;
 
 /// The bits before the length: tables of DVB set the second one, those of MPEG don't.
-unsigned highBitsOf(uint8_t tableId) { return tableId < kNetwork ? 0xB : 0xF; }
+unsigned highBitsOf(uint8_t tableId) { return tableId < table::kNitActual ? 0xB : 0xF; }
 
 }  // namespace
 
 Bytes withChecksum(ByteWriter writer) {
-    writer.doubleWord(sectionChecksum({writer.bytes().data(), writer.bytes().size()}));
+    writer.doubleWord(crc32(writer.bytes().data(), writer.bytes().size()));
     return writer.take();
 }
 

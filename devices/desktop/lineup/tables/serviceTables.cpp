@@ -1,8 +1,7 @@
 #include "lineup/tables/sectionFrame.h"
 #include "lineup/tables/sections.h"
 #include "lineup/tables/textCoding.h"
-#include "television/Descriptors.h"
-#include "television/TableId.h"
+#include "television/tableIds.h"
 
 namespace quiravent::desktop::lineup {
 
@@ -21,7 +20,7 @@ Bytes coded(Standard standard, const std::string& text) {
 unsigned typeOf(const Service& service) { return service.video ? kTelevision : kRadio; }
 
 void writeServiceDescriptor(ByteWriter& out, Standard standard, const Service& service) {
-    out.byte(DescriptorTag::kServiceName);
+    out.byte(descriptor::kService);
     out.counted([&] {
         out.byte(typeOf(service));
         out.counted([&] { out.append(coded(standard, service.provider)); });
@@ -84,7 +83,7 @@ void writeEvent(ByteWriter& out, Standard standard, const Event& event, unsigned
     writeDate(out, standard, event.start);
     writeTimeOfDay(out, event.duration);
     out.countedLoop(running << 1, [&] {
-        out.byte(DescriptorTag::kShortEvent);
+        out.byte(descriptor::kShortEvent);
         out.counted([&] {
             out.append(event.language);
             out.counted([&] { out.append(coded(standard, event.name)); });
@@ -95,12 +94,12 @@ void writeEvent(ByteWriter& out, Standard standard, const Event& event, unsigned
 
 void writeNetworkName(ByteWriter& out, const Lineup& lineup) {
     if (lineup.networkName.empty()) return;
-    out.byte(DescriptorTag::kNetworkName);
+    out.byte(descriptor::kNetworkName);
     out.counted([&] { out.append(coded(lineup.standard, lineup.networkName)); });
 }
 
 void writeServiceList(ByteWriter& out, const Lineup& lineup) {
-    out.byte(DescriptorTag::kServiceList);
+    out.byte(descriptor::kServiceList);
     out.counted([&] {
         for (const Service& service : lineup.services) {
             out.word(service.id);
@@ -114,7 +113,7 @@ void writeServiceList(ByteWriter& out, const Lineup& lineup) {
 void writeIsdbDelivery(ByteWriter& out) {
     constexpr unsigned kAreaAndMode = 0x0006;
     constexpr unsigned kFrequency = 3312;
-    out.byte(DescriptorTag::kIsdbTerrestrialDelivery);
+    out.byte(descriptor::kIsdbTerrestrialDelivery);
     out.counted([&] {
         out.word(kAreaAndMode);
         out.word(kFrequency);
@@ -124,13 +123,14 @@ void writeIsdbDelivery(ByteWriter& out) {
 Bytes eventSection(const Lineup& lineup, const Service& service, uint8_t number) {
     const std::optional<Event>& event = number == 0 ? service.present : service.following;
     const unsigned running = number == 0 ? kRunning : kNotRunning;
-    return longSection({kPresentFollowing, service.id, number, 1}, [&](ByteWriter& out) {
-        out.word(lineup.transportStreamId);
-        out.word(lineup.originalNetworkId);
-        out.byte(1);
-        out.byte(kPresentFollowing);
-        if (event) writeEvent(out, lineup.standard, *event, running);
-    });
+    return longSection({table::kEitActualPresentFollowing, service.id, number, 1},
+                       [&](ByteWriter& out) {
+                           out.word(lineup.transportStreamId);
+                           out.word(lineup.originalNetworkId);
+                           out.byte(1);
+                           out.byte(table::kEitActualPresentFollowing);
+                           if (event) writeEvent(out, lineup.standard, *event, running);
+                       });
 }
 
 }  // namespace
@@ -143,15 +143,15 @@ Sections descriptionTable(const Lineup& lineup) {
         writeDescription(part, lineup.standard, service);
         parts.push_back(part.take());
     }
-    return divided({kServices, lineup.transportStreamId}, kMaxSectionSize - kFrameBytes, parts,
-                   [&](ByteWriter& out) {
+    return divided({table::kSdtActual, lineup.transportStreamId}, kMaxSectionSize - kFrameBytes,
+                   parts, [&](ByteWriter& out) {
                        out.word(lineup.originalNetworkId);
                        out.byte(0xFF);
                    });
 }
 
 Sections networkTable(const Lineup& lineup) {
-    return {longSection({kNetwork, *lineup.networkId}, [&](ByteWriter& out) {
+    return {longSection({table::kNitActual, *lineup.networkId}, [&](ByteWriter& out) {
         out.countedLoop(kReserved, [&] { writeNetworkName(out, lineup); });
         out.countedLoop(kReserved, [&] {
             out.word(lineup.transportStreamId);
@@ -178,13 +178,13 @@ Sections timeTable(Standard standard, int64_t time) {
     constexpr unsigned kDateSize = 5;
     ByteWriter out;
     if (standard == Standard::dvb) {
-        out.byte(kTimeAndDate);
+        out.byte(table::kTdt);
         out.word(0x7000 | kDateSize);
         writeDate(out, standard, time);
         return {out.take()};
     }
     constexpr unsigned kLoopLengthAndChecksum = 6;
-    out.byte(kTimeOffset);
+    out.byte(table::kTot);
     out.word(0x7000 | (kDateSize + kLoopLengthAndChecksum));
     writeDate(out, standard, time);
     out.countedLoop(kReserved, [] {});
