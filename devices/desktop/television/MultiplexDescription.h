@@ -30,8 +30,9 @@ enum class StreamCodec {
 enum class StreamKind { video, audio, subtitle, other };
 StreamKind kindOf(StreamCodec codec);
 
-/// The name of a codec for people and for JSON, such as "H.264".
+// Names for people and for JSON, such as "H.264" and "video".
 const char* nameOf(StreamCodec codec);
+const char* nameOf(StreamKind kind);
 
 /// One stream of a service, as its program map tells it.
 struct ElementaryStream {
