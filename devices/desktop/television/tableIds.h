@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// The numbers of ISO/IEC 13818-1, ETSI EN 300 468 and ABNT NBR 15603 that a transport stream is
+/// read and written by.
+namespace quiravent::desktop {
+
+constexpr size_t kTsPacketSize = 188;
+constexpr uint8_t kTsSyncByte = 0x47;
+constexpr size_t kMaxSectionSize = 1024;  ///< of PAT, PMT, SDT, NIT and TOT
+constexpr size_t kMaxEventSectionSize = 4096;
+
+/// Packet identifiers with a fixed meaning.
+namespace pid {
+constexpr uint16_t kPat = 0x0000;
+constexpr uint16_t kNit = 0x0010;
+constexpr uint16_t kSdt = 0x0011;
+constexpr uint16_t kEit = 0x0012;
+constexpr uint16_t kTdt = 0x0014;
+constexpr uint16_t kLastReserved = 0x001F;
+constexpr uint16_t kNull = 0x1FFF;
+}  // namespace pid
+
+namespace table {
+constexpr uint8_t kPat = 0x00;
+constexpr uint8_t kPmt = 0x02;
+constexpr uint8_t kNitActual = 0x40;
+constexpr uint8_t kSdtActual = 0x42;
+constexpr uint8_t kEitActualPresentFollowing = 0x4E;
+constexpr uint8_t kTdt = 0x70;
+constexpr uint8_t kTot = 0x73;
+}  // namespace table
+
+namespace descriptor {
+constexpr uint8_t kIso639Language = 0x0A;
+constexpr uint8_t kNetworkName = 0x40;
+constexpr uint8_t kServiceList = 0x41;
+constexpr uint8_t kService = 0x48;
+constexpr uint8_t kShortEvent = 0x4D;
+constexpr uint8_t kStreamIdentifier = 0x52;
+constexpr uint8_t kLocalTimeOffset = 0x58;
+constexpr uint8_t kSubtitling = 0x59;
+constexpr uint8_t kCaptionService = 0x86;
+}  // namespace descriptor
+
+namespace stream_type {
+constexpr uint8_t kMpeg1Video = 0x01;
+constexpr uint8_t kMpeg2Video = 0x02;
+constexpr uint8_t kMpeg1Audio = 0x03;
+constexpr uint8_t kMpeg2Audio = 0x04;
+constexpr uint8_t kPrivateData = 0x06;
+constexpr uint8_t kAacAdts = 0x0F;
+constexpr uint8_t kAacLatm = 0x11;
+constexpr uint8_t kH264 = 0x1B;
+constexpr uint8_t kH265 = 0x24;
+constexpr uint8_t kAc3 = 0x81;
+}  // namespace stream_type
+
+}  // namespace quiravent::desktop
