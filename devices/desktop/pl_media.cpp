@@ -101,8 +101,9 @@ int32_t pl_media_UrlPlayer_Fetch(uint32_t handle) {
 }
 
 int32_t pl_media_UrlPlayer_Start(uint32_t handle) {
-    return withUrlPlayer(__func__, handle, Required(),
-                         [](Player& player) { return player.start(); });
+    return answer(__func__, Required(), [&](Device& device) {
+        return device.players().playUrlPlayer(handle, &Player::start);
+    });
 }
 
 int32_t pl_media_UrlPlayer_Pause(uint32_t handle) {
@@ -111,8 +112,9 @@ int32_t pl_media_UrlPlayer_Pause(uint32_t handle) {
 }
 
 int32_t pl_media_UrlPlayer_Resume(uint32_t handle) {
-    return withUrlPlayer(__func__, handle, Required(),
-                         [](Player& player) { return player.resume(); });
+    return answer(__func__, Required(), [&](Device& device) {
+        return device.players().playUrlPlayer(handle, &Player::resume);
+    });
 }
 
 int32_t pl_media_UrlPlayer_Stop(uint32_t handle) {
@@ -220,8 +222,9 @@ e_pl_ad_media_error pl_media_CreateAdPlayer(const char* url, uint32_t* handle) {
 }
 
 int32_t pl_media_AdPlayer_Start(uint32_t handle) {
-    return withAdPlayer(__func__, handle, Required(),
-                        [](Player& player) { return player.start(); });
+    return answer(__func__, Required(), [&](Device& device) {
+        return device.players().playAdPlayer(handle, &Player::start);
+    });
 }
 
 int32_t pl_media_AdPlayer_Pause(uint32_t handle) {
@@ -230,8 +233,9 @@ int32_t pl_media_AdPlayer_Pause(uint32_t handle) {
 }
 
 int32_t pl_media_AdPlayer_Resume(uint32_t handle) {
-    return withAdPlayer(__func__, handle, Required(),
-                        [](Player& player) { return player.resume(); });
+    return answer(__func__, Required(), [&](Device& device) {
+        return device.players().playAdPlayer(handle, &Player::resume);
+    });
 }
 
 int32_t pl_media_AdPlayer_Stop(uint32_t handle) {

@@ -104,6 +104,11 @@ std::vector<TrackRef> Player::tracks(TrackKind kind) const {
     return loaded ? loaded->tracks(kind) : std::vector<TrackRef>{};
 }
 
+PlayerReport Player::report() const {
+    const auto loaded = session();
+    return loaded ? loaded->report() : PlayerReport{};
+}
+
 Result<std::shared_ptr<Surface>> Player::thumbnail(int64_t position, uint32_t width,
                                                    uint32_t height, SurfacePool& pool) {
     const auto loaded = session();

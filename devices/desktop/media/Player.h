@@ -11,6 +11,7 @@
 #include "graphics/Geometry.h"
 #include "media/MediaEngine.h"
 #include "media/PacketCache.h"
+#include "media/PlayerReport.h"
 #include "media/VideoOutput.h"
 #include "porting/pl_media.h"
 #include "porting/pl_status.h"
@@ -71,6 +72,8 @@ class Player {
     std::vector<TimeRange> bufferedRanges() const;
     /// In the medium's order; none before anything is known.
     std::vector<TrackRef> tracks(TrackKind kind) const;
+    /// All of that at once, and more. Of an unloaded player it is that of one that is idle.
+    PlayerReport report() const;
 
     /// An unknown id of a subtitle switches subtitles off; of another kind it is not found.
     e_pl_status selectTrack(TrackKind kind, uint32_t id);

@@ -59,7 +59,7 @@ e_pl_status PlayerSession::pause() {
 
 e_pl_status PlayerSession::resume() {
     const Lock lock(m_mutex);
-    if (m_state != State::paused) return e_pl_status_wrong_state;
+    if (!isOneOf({State::paused, State::suspended})) return e_pl_status_wrong_state;
     m_state = State::playing;
     post([this] { applyRunning(); });
     return e_pl_status_ok;
@@ -67,7 +67,8 @@ e_pl_status PlayerSession::resume() {
 
 e_pl_status PlayerSession::stop() {
     const Lock lock(m_mutex);
-    if (!isOneOf({State::loaded, State::playing, State::paused, State::completed}))
+    if (!isOneOf(
+            {State::loaded, State::playing, State::paused, State::suspended, State::completed}))
         return e_pl_status_wrong_state;
     m_state = State::stopped;
     post([this] {
@@ -132,6 +133,8 @@ e_pl_status PlayerSession::setSpeed(double& speed) {
 }
 
 e_pl_status PlayerSession::setVolume(uint8_t percent) {
+    const Lock lock(m_mutex);
+    m_volume = percent;
     m_playback->voice().setGain(static_cast<float>(percent) / 100);
     return e_pl_status_ok;
 }
@@ -171,7 +174,7 @@ e_pl_status PlayerSession::abort() {
 e_pl_status PlayerSession::suspend() {
     const Lock lock(m_mutex);
     if (m_state != State::playing) return e_pl_status_wrong_state;
-    m_state = State::paused;
+    m_state = State::suspended;
     post([this] {
         applyRunning();
         tell(e_pl_media_event_playback_suspend);

@@ -19,7 +19,7 @@
 namespace quiravent::desktop {
 
 /// Brings decoded pictures, with the subtitles on them, to a player's output. For the player's
-/// thread, but for setBounds() and close().
+/// thread, but for the bounds and close().
 class VideoPresenter {
   public:
     /// Source, output and pool outlive the presenter.
@@ -28,6 +28,7 @@ class VideoPresenter {
         : m_source(source), m_output(output), m_pool(pool), m_painter(subtitleFont) {}
 
     void setBounds(const Rect& bounds);
+    Rect bounds() const;
 
     /// Captions inside the pictures from now on; null for none.
     void setCaptions(std::shared_ptr<PictureCaptions> captions) {
@@ -58,7 +59,6 @@ class VideoPresenter {
 
   private:
     void followSubtitles();
-    Rect bounds() const;
 
     PacketSource& m_source;
     VideoOutput& m_output;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+
 #include "display/Screen.h"
 #include "display/VideoPlane.h"
 #include "media/VideoOutput.h"
@@ -20,9 +23,15 @@ class PlaneOutput : public VideoOutput {
     void show(const VideoPicture& picture) override;
     void hide() override;
 
+    /// Position in the medium of the picture that is on the plane, in microseconds; kNoPicture
+    /// where there is none. Thread-safe.
+    int64_t shownPosition() const { return m_shownPosition; }
+    static constexpr int64_t kNoPicture = -1;
+
   private:
     Screen& m_screen;
     VideoPlane m_plane;
+    std::atomic<int64_t> m_shownPosition{kNoPicture};
 };
 
 }  // namespace quiravent::desktop

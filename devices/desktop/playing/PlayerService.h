@@ -10,10 +10,20 @@
 #include "display/Screen.h"
 #include "media/MediaEngine.h"
 #include "media/Player.h"
+#include "playing/PlaneOutput.h"
 #include "porting/pl_media.h"
 #include "support/HandleTable.h"
 
 namespace quiravent::desktop {
+
+/// An open player as it is watched and steered from outside.
+struct WatchedPlayer {
+    uint64_t number = 0;    ///< from 1, in the order in which players were made
+    const char* kind = "";  ///< "url" or "ad"
+    std::string location;
+    int64_t shownPosition = PlaneOutput::kNoPicture;  ///< see there
+    PlayerReport report;
+};
 
 /// All players of the application, known by handles: those for a URL and those for advertisements,
 /// which differ in their handles only. Thread-safe. What can't be made is thrown as DeviceError
@@ -40,6 +50,29 @@ class PlayerService {
         return with(m_adPlayers, handle, use);
     }
 
+    /// Has a player play: calls request, which is Player::start or Player::resume. While something
+    /// else has the output, the player is suspended at once.
+    using Request = e_pl_status (Player::*)();
+    e_pl_status playUrlPlayer(uint32_t handle, Request request) {
+        return with(m_urlPlayers, handle, [&](Player& player) { return play(player, request); });
+    }
+    e_pl_status playAdPlayer(uint32_t handle, Request request) {
+        return with(m_adPlayers, handle, [&](Player& player) { return play(player, request); });
+    }
+
+    /// Takes the output of pictures and sound for something else, for as long as the claim is kept,
+    /// in the life of this service: players that play are suspended, and stay so until the
+    /// application resumes them. There may be several claims.
+    [[nodiscard]] std::shared_ptr<const void> takeOutput();
+
+    /// The system stops the application: all players are aborted, for good.
+    void abortAll();
+
+    /// The open players, in the order in which they were made.
+    std::vector<WatchedPlayer> watch() const;
+    /// Calls request, which is Player::suspend or Player::abort, of one of those.
+    e_pl_status halt(uint64_t number, Request request);
+
     /// What goes wrong on purpose; see FaultList.
     FaultList& faults() { return engine().faults(); }
 
@@ -50,8 +83,16 @@ class PlayerService {
     static Rect checkedBounds(const s_pl_media_bounds& bounds);
 
   private:
+    struct OpenPlayer {
+        uint64_t number;
+        const char* kind;
+        std::string location;
+        std::weak_ptr<Player> player;
+        std::weak_ptr<PlaneOutput> output;
+    };
+
     template <class Table, class Use>
-    static e_pl_status with(const Table& table, uint32_t handle, Use& use) {
+    static e_pl_status with(const Table& table, uint32_t handle, Use&& use) {
         const std::shared_ptr<Player> player = table.find(handle);
         return player ? use(*player) : e_pl_status_invalid_handle;
     }
@@ -63,13 +104,20 @@ class PlayerService {
         return e_pl_status_ok;
     }
     MediaEngine& engine();
-    std::shared_ptr<Player> createPlayer(const std::string& location, const Rect& bounds);
+    std::shared_ptr<Player> createPlayer(const char* kind, const std::string& location,
+                                         const Rect& bounds);
+    std::vector<std::shared_ptr<Player>> openPlayers() const;
+    e_pl_status play(Player& player, Request request);
 
     Screen& m_screen;
     const Configuration::Media m_configuration;
-    std::mutex m_mutex;                     ///< guards what follows, up to the blank line
+    mutable std::mutex m_mutex;             ///< guards what follows, up to the blank line
     std::unique_ptr<MediaEngine> m_engine;  ///< made for the first player
-    std::vector<std::weak_ptr<Player>> m_players;
+    std::vector<OpenPlayer> m_players;
+    uint64_t m_lastNumber = 0;
+
+    std::mutex m_outputMutex;  ///< guards the number of claims, and what follows from it
+    size_t m_claims = 0;
 
     HandleTable<Player, HandleKind::urlPlayer> m_urlPlayers;
     HandleTable<Player, HandleKind::adPlayer> m_adPlayers;
