@@ -23,8 +23,8 @@ constexpr std::array<uint32_t, 256> makeCrc32Table() {
 
 }  // namespace detail
 
-/// CRC-32/MPEG-2 as ISO/IEC 13818-1 (annex A) defines it for sections. Over a whole section with its
-/// CRC it is 0.
+/// CRC-32/MPEG-2 as ISO/IEC 13818-1 (annex A) defines it for sections. Over a whole section with
+/// its CRC it is 0.
 inline uint32_t crc32(const uint8_t* data, size_t size) {
     static constexpr std::array<uint32_t, 256> kTable = detail::makeCrc32Table();
     uint32_t crc = 0xFFFFFFFF;

@@ -71,10 +71,12 @@ class Multiplex {
     /// A selection begins, in the place of what was before. Its number goes with all that is
     /// received for it: what comes late for another selection is dropped.
     uint64_t begin();
-    /// Nothing is tuned any more; listeners aren't called for it once this has returned.
+    /// Nothing is tuned any more: listeners have been told when this returns, and aren't called any
+    /// more. May be called again.
     void end();
 
-    void publish(uint64_t selection, MultiplexRef description);
+    /// isOtherStreams: not only names and events have changed.
+    void publish(uint64_t selection, MultiplexRef description, bool isOtherStreams);
     void receive(uint64_t selection, const std::vector<StreamPacket>& packets);
     void setSignal(uint64_t selection, bool isPresent);
 
@@ -91,6 +93,7 @@ class Multiplex {
     void unsubscribe(uint64_t number);
     void replay(const Subscriber& subscriber, Pid keyPid) const;
     void deliver(const StreamPacket& packet) const;
+    void setDescription(MultiplexRef description);
     bool isCurrent(uint64_t selection) const { return m_isTuned && selection == m_selection; }
     void reckonWanted();
 

@@ -23,7 +23,7 @@ class PacketRing {
     explicit PacketRing(size_t bytes);
 
     /// Of these streams key pictures are looked for, from the next packet on.
-    void setVideoStreams(std::map<Pid, StreamCodec> streams);
+    void setVideoStreams(const std::map<Pid, StreamCodec>& streams);
 
     void add(const StreamPacket& packet);
 
@@ -35,7 +35,9 @@ class PacketRing {
     /// ring, since it was last cleared.
     void forEachFrom(uint64_t number, const std::function<void(const StreamPacket&)>& use) const;
 
+    /// Forgets the packets, and release() the streams and the memory too.
     void clear();
+    void release();
 
   private:
     static constexpr size_t kBlockPackets = 512;
@@ -54,8 +56,7 @@ class PacketRing {
     };
 
     uint64_t oldest() const;
-    const Record& record(uint64_t number) const;
-    void noteUnit(KeyPictures& keys, const TransportPacket& packet);
+    void noteUnit(KeyPictures& keys, const StreamPacket& packet);
 
     const size_t m_maxBlocks;
     std::vector<std::unique_ptr<Block>> m_blocks;

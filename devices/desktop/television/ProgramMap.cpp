@@ -3,6 +3,7 @@
 #include <array>
 
 #include "television/Descriptors.h"
+#include "television/tableIds.h"
 
 namespace quiravent::desktop {
 
@@ -14,20 +15,17 @@ struct CodecOfType {
 };
 
 /// ISO/IEC 13818-1, table 2-34, and the numbers of ATSC for Dolby's codecs.
-constexpr std::array<CodecOfType, 11> kTypes{{{0x01, StreamCodec::mpeg1Video},
-                                              {0x02, StreamCodec::mpeg2Video},
-                                              {0x03, StreamCodec::mpegAudio},
-                                              {0x04, StreamCodec::mpegAudio},
-                                              {0x0F, StreamCodec::aac},
-                                              {0x11, StreamCodec::aacLatm},
-                                              {0x1B, StreamCodec::h264},
-                                              {0x24, StreamCodec::hevc},
-                                              {0x81, StreamCodec::ac3},
-                                              {0x84, StreamCodec::eac3},
-                                              {0x87, StreamCodec::eac3}}};
+constexpr std::array<CodecOfType, 10> kTypes{{{stream_type::kMpeg1Video, StreamCodec::mpeg1Video},
+                                              {stream_type::kMpeg2Video, StreamCodec::mpeg2Video},
+                                              {stream_type::kMpeg1Audio, StreamCodec::mpegAudio},
+                                              {stream_type::kMpeg2Audio, StreamCodec::mpegAudio},
+                                              {stream_type::kAacAdts, StreamCodec::aac},
+                                              {stream_type::kAacLatm, StreamCodec::aacLatm},
+                                              {stream_type::kH264, StreamCodec::h264},
+                                              {stream_type::kH265, StreamCodec::hevc},
+                                              {stream_type::kAc3, StreamCodec::ac3},
 
-/// The number of what is told by descriptors only.
-constexpr uint8_t kPrivateData = 0x06;
+                                              {stream_type::kEac3, StreamCodec::eac3}}};
 
 /// Data component 8 of ISDB is captions, of a stream with 0x12 those of mobile receivers.
 bool isIsdbCaption(ByteView content) {
@@ -49,20 +47,20 @@ StreamCodec codecOfRegistration(ByteView content) {
 }
 
 StreamCodec codecOfPrivateData(ByteView descriptors) {
-    if (findDescriptor(descriptors, kAc3)) return StreamCodec::ac3;
-    if (findDescriptor(descriptors, kEnhancedAc3)) return StreamCodec::eac3;
-    if (findDescriptor(descriptors, kSubtitling)) return StreamCodec::dvbSubtitle;
-    if (findDescriptor(descriptors, kTeletext)) return StreamCodec::teletext;
-    const auto component = findDescriptor(descriptors, kIsdbDataComponent);
+    if (findDescriptor(descriptors, descriptor::kAc3)) return StreamCodec::ac3;
+    if (findDescriptor(descriptors, descriptor::kEnhancedAc3)) return StreamCodec::eac3;
+    if (findDescriptor(descriptors, descriptor::kSubtitling)) return StreamCodec::dvbSubtitle;
+    if (findDescriptor(descriptors, descriptor::kTeletext)) return StreamCodec::teletext;
+    const auto component = findDescriptor(descriptors, descriptor::kIsdbDataComponent);
     if (component && isIsdbCaption(*component)) return StreamCodec::isdbCaption;
-    const auto registration = findDescriptor(descriptors, kRegistration);
+    const auto registration = findDescriptor(descriptors, descriptor::kRegistration);
     return registration ? codecOfRegistration(*registration) : StreamCodec::other;
 }
 
 StreamCodec codecOf(uint8_t type, ByteView descriptors) {
     for (const CodecOfType& known : kTypes)
         if (known.type == type) return known.codec;
-    return type == kPrivateData ? codecOfPrivateData(descriptors) : StreamCodec::other;
+    return type == stream_type::kPrivateData ? codecOfPrivateData(descriptors) : StreamCodec::other;
 }
 
 /// The three letters that stand at a place of a descriptor's content; empty when they are none.
@@ -80,9 +78,10 @@ std::string languageAt(ByteView content, size_t place) {
 
 std::string languageOf(ByteView descriptors) {
     constexpr size_t kPlaceInAudioComponent = 6;
-    for (const DescriptorTag tag : {kLanguage, kSubtitling, kTeletext})
+    for (const uint8_t tag :
+         {descriptor::kIso639Language, descriptor::kSubtitling, descriptor::kTeletext})
         if (const auto content = findDescriptor(descriptors, tag)) return languageAt(*content, 0);
-    const auto component = findDescriptor(descriptors, kIsdbAudioComponent);
+    const auto component = findDescriptor(descriptors, descriptor::kIsdbAudioComponent);
     return component ? languageAt(*component, kPlaceInAudioComponent) : std::string();
 }
 

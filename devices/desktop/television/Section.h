@@ -22,8 +22,4 @@ struct Section {
     static std::optional<Section> parse(ByteView bytes);
 };
 
-/// The checksum of sections: CRC-32 with the polynomial 0x04C11DB7, the highest bit first, starting
-/// from all ones. Over a section with its checksum it is 0.
-uint32_t sectionChecksum(ByteView bytes);
-
 }  // namespace quiravent::desktop

@@ -4,18 +4,11 @@
 #include <utility>
 
 #include "television/Descriptors.h"
+#include "television/tableIds.h"
 
 namespace quiravent::desktop {
 
 namespace {
-
-enum TableId : uint8_t {
-    kAssociation = 0x00,
-    kProgramMap = 0x02,
-    kNetwork = 0x40,
-    kServices = 0x42,
-    kPresentFollowing = 0x4E,
-};
 
 // ISDB's events for mobile receivers.
 constexpr Pid kMobileEitPid = 0x0026;
@@ -48,9 +41,10 @@ int64_t takeTime(ByteReader& reader) {
 
 /// Whether one of the descriptors of a stream in the network table is ISDB's.
 bool tellsIsdb(ByteView descriptors) {
-    for (const DescriptorTag tag : {kSatelliteDelivery, kCableDelivery, kTerrestrialDelivery})
+    for (const uint8_t tag : {descriptor::kSatelliteDelivery, descriptor::kCableDelivery,
+                              descriptor::kTerrestrialDelivery})
         if (findDescriptor(descriptors, tag)) return false;
-    return findDescriptor(descriptors, kIsdbTerrestrialDelivery).has_value();
+    return findDescriptor(descriptors, descriptor::kIsdbTerrestrialDelivery).has_value();
 }
 
 /// The broadcasters of Japan, as ARIB STD-B10 and TR-B14 number them.
@@ -90,16 +84,16 @@ void ServiceTables::expectSections(Pid pid) {
 
 ServiceTables::Change ServiceTables::use(Pid pid, const Section& section) {
     if (pid == kPatPid) {
-        return section.tableId == kAssociation ? useAssociation(section) : Change::none;
+        return section.tableId == table::kPat ? useAssociation(section) : Change::none;
     }
     switch (section.tableId) {
-        case kProgramMap:
+        case table::kPmt:
             return useProgramMap(pid, section);
-        case kNetwork:
+        case table::kNitActual:
             return pid == m_networkPid ? useNetwork(section) : Change::none;
-        case kServices:
+        case table::kSdtActual:
             return pid == kSdtPid ? useServices(section) : Change::none;
-        case kPresentFollowing:
+        case table::kEitActualPresentFollowing:
             return useEvents(section);
         default:
             return Change::none;
@@ -156,7 +150,7 @@ ServiceTables::Change ServiceTables::useServices(const Section& section) {
     while (!reader.isAtEnd()) {
         const uint16_t number = reader.word();
         reader.byte();
-        const auto content = findDescriptor(reader.take(reader.length()), kServiceName);
+        const auto content = findDescriptor(reader.take(reader.length()), descriptor::kService);
         if (!content) continue;
         ByteReader names(*content);
         NamedService& service = m_services[number];
@@ -173,7 +167,7 @@ ServiceTables::Change ServiceTables::useNetwork(const Section& section) {
     if (news == TableVersion::News::newTable) m_isIsdb = false;
     m_networkId = section.extension;
     ByteReader reader(section.body);
-    const auto name = findDescriptor(reader.take(reader.length()), kNetworkName);
+    const auto name = findDescriptor(reader.take(reader.length()), descriptor::kNetworkName);
     if (name) m_networkName = copied(*name);
     for (ByteReader streams(reader.take(reader.length())); !streams.isAtEnd();) {
         streams.word();
@@ -202,7 +196,7 @@ std::optional<ServiceTables::Event> ServiceTables::readEvent(ByteView body) {
     event.event.id = reader.word();
     event.event.start = takeTime(reader);
     event.event.duration = takeTimeOfDay(reader);
-    const auto content = findDescriptor(reader.take(reader.length()), kShortEvent);
+    const auto content = findDescriptor(reader.take(reader.length()), descriptor::kShortEvent);
     if (content) {
         ByteReader texts(*content);
         const ByteView language = texts.take(kLetters);

@@ -34,15 +34,25 @@ constexpr uint8_t kTot = 0x73;
 }  // namespace table
 
 namespace descriptor {
+constexpr uint8_t kRegistration = 0x05;
 constexpr uint8_t kIso639Language = 0x0A;
 constexpr uint8_t kNetworkName = 0x40;
 constexpr uint8_t kServiceList = 0x41;
+constexpr uint8_t kSatelliteDelivery = 0x43;
+constexpr uint8_t kCableDelivery = 0x44;
 constexpr uint8_t kService = 0x48;
 constexpr uint8_t kShortEvent = 0x4D;
 constexpr uint8_t kStreamIdentifier = 0x52;
+constexpr uint8_t kTeletext = 0x56;
 constexpr uint8_t kLocalTimeOffset = 0x58;
 constexpr uint8_t kSubtitling = 0x59;
+constexpr uint8_t kTerrestrialDelivery = 0x5A;
+constexpr uint8_t kAc3 = 0x6A;
+constexpr uint8_t kEnhancedAc3 = 0x7A;
 constexpr uint8_t kCaptionService = 0x86;
+constexpr uint8_t kIsdbAudioComponent = 0xC4;
+constexpr uint8_t kIsdbTerrestrialDelivery = 0xFA;
+constexpr uint8_t kIsdbDataComponent = 0xFD;
 }  // namespace descriptor
 
 namespace stream_type {
@@ -55,7 +65,8 @@ constexpr uint8_t kAacAdts = 0x0F;
 constexpr uint8_t kAacLatm = 0x11;
 constexpr uint8_t kH264 = 0x1B;
 constexpr uint8_t kH265 = 0x24;
-constexpr uint8_t kAc3 = 0x81;
+constexpr uint8_t kAc3 = 0x81;  // this and the following: ATSC A/53
+constexpr uint8_t kEac3 = 0x87;
 }  // namespace stream_type
 
 }  // namespace quiravent::desktop

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "television/Section.h"
+#include "television/Crc32.h"
 
 namespace quiravent::test {
 
@@ -41,7 +41,7 @@ Bytes section(const SectionFields& fields, const Bytes& body) {
         word(fields.extension) + Bytes{flags, fields.number, fields.lastNumber} + body;
     const auto length = static_cast<unsigned>(content.size() + 4);
     const Bytes whole = Bytes{fields.tableId} + word(0xB000U | length) + content;
-    const uint32_t checksum = desktop::sectionChecksum({whole.data(), whole.size()});
+    const uint32_t checksum = desktop::crc32(whole.data(), whole.size());
     return whole + word(checksum >> 16) + word(checksum & 0xFFFF);
 }
 
