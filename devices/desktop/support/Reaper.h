@@ -13,7 +13,8 @@ namespace quiravent::desktop {
 /// else waits for them. Thread-safe.
 class Reaper {
   public:
-    Reaper();
+    /// name: of the thread, at most 15 characters.
+    explicit Reaper(const char* name);
     /// Waits until all is destroyed.
     ~Reaper();
     Reaper(const Reaper&) = delete;
