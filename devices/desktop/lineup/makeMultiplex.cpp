@@ -5,7 +5,6 @@
 
 #include "lineup/packets/Schedule.h"
 #include "lineup/streams/serviceStreams.h"
-#include "support/Text.h"
 #include "television/tableIds.h"
 
 namespace quiravent::desktop::lineup {
@@ -51,7 +50,7 @@ std::vector<TimedPacket> tablesOf(const Lineup& lineup, Ticks loop) {
     tables.add(kSdtPid, kServiceInterval, descriptionTable(lineup));
     const Sections events = eventTable(lineup);
     if (!events.empty()) tables.add(kEitPid, kServiceInterval, events);
-    if (!lineup.networkName.empty()) tables.add(kNitPid, kNetworkInterval, networkTable(lineup));
+    if (hasNetworkTable(lineup)) tables.add(kNitPid, kNetworkInterval, networkTable(lineup));
     if (lineup.startTime) {
         tables.addChanging(kTdtPid, kNetworkInterval, [&lineup](Ticks time) {
             return timeTable(lineup.standard, *lineup.startTime + time / kPcrRate);
@@ -74,13 +73,13 @@ std::vector<uint8_t> makeMultiplex(const Lineup& lineup, const std::string& file
     load.clocks = clocksOf(lineup);
     load.tables = tablesOf(lineup, load.loop);
     for (size_t i = 0; i < lineup.services.size(); ++i) {
-        const std::string subject = joined(file, ": services[", i, ']');
-        for (CodedStream& stream : serviceStreams(lineup, lineup.services[i], subject)) {
+        const Place place = Place(file).at("services").at(i);
+        for (CodedStream& stream : serviceStreams(lineup, lineup.services[i], place)) {
             load.streams.push_back(std::move(stream));
         }
     }
     std::vector<uint8_t> bytes;
-    for (const Packet& packet : layOut(load, lineup.bitRate, joined(file, ": bitRate"))) {
+    for (const Packet& packet : layOut(load, lineup.bitRate, Place(file).at("bitRate"))) {
         bytes.insert(bytes.end(), packet.begin(), packet.end());
     }
     return bytes;

@@ -7,7 +7,7 @@
 /// read and written by.
 namespace quiravent::desktop {
 
-constexpr size_t kMaxSectionSize = 1024;  ///< of PAT, PMT, SDT, NIT and TOT
+constexpr size_t kMaxSectionSize = 1024;  ///< of all tables but those of events
 
 /// Carries the time and date table, or the time offset table.
 constexpr uint16_t kTdtPid = 0x0014;

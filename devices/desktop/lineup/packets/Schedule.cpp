@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "support/DeviceError.h"
-#include "support/Text.h"
-
 namespace quiravent::desktop::lineup {
 
 namespace {
@@ -193,13 +190,12 @@ std::optional<Packets> schedule(const Load& load, size_t packetCount, Ticks dela
     return Layout(load, packetCount, delay).fill();
 }
 
-Packets layOut(const Load& load, uint64_t bitRate, const std::string& subject) {
+Packets layOut(const Load& load, uint64_t bitRate, const Place& place) {
     if (bitRate == 0) return lowestRate(load).packets;
     std::optional<Packets> packets = withShortestDelay(load, bitRate);
     if (packets) return std::move(*packets);
-    throw DeviceError(e_pl_status_invalid_argument,
-                      joined(subject, " is ", bitRate, "; allowed: at least ",
-                             lowestRate(load).bitRate, ", which the services need"));
+    refuseValue(place, bitRate,
+                joined("at least ", lowestRate(load).bitRate, ", which the services need"));
 }
 
 }  // namespace quiravent::desktop::lineup

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <vector>
 
+#include "lineup/description/fields.h"
 #include "lineup/packets/Carousel.h"
 #include "lineup/packets/StreamPackets.h"
 
@@ -29,8 +29,8 @@ constexpr Ticks kClockInterval = 30 * kTicksPerMillisecond;
 std::optional<Packets> schedule(const Load& load, size_t packetCount, Ticks delay);
 
 /// The multiplex at that rate, in bits per second, or, for 0, at the lowest one that suffices, with
-/// a delay as short as it can be. Throws DeviceError when the rate doesn't suffice; subject: where
-/// it stands, for the message.
-Packets layOut(const Load& load, uint64_t bitRate, const std::string& subject);
+/// a delay as short as it can be. Throws DeviceError when the rate doesn't suffice; place: of the
+/// rate, for the message.
+Packets layOut(const Load& load, uint64_t bitRate, const Place& place);
 
 }  // namespace quiravent::desktop::lineup

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "lineup/packets/Packet.h"
@@ -15,7 +14,6 @@ enum class StreamContent : uint8_t { privateData = 0xBD, audio = 0xC0, video = 0
 struct CodedStream {
     Pid pid = 0;
     StreamContent content = StreamContent::video;
-    std::string name;  ///< for messages
     AccessUnits units;
 };
 

@@ -64,11 +64,8 @@ AvFrame pieceOf(const Sound& sound, int64_t start, const AVCodecContext& context
 
 std::vector<uint8_t> bytesOf(const AVPacket& packet, AudioCodec codec) {
     const auto size = static_cast<size_t>(packet.size);
-    if (codec != AudioCodec::aac) return {packet.data, packet.data + size};
-    std::vector<uint8_t> bytes(kAdtsHeaderSize + size);
-    const auto header = adtsHeader(kAudioChannels, size);
-    std::copy_n(packet.data, size, std::copy(header.begin(), header.end(), bytes.begin()));
-    return bytes;
+    if (codec == AudioCodec::aac) return withAdtsHeader(AacForm(), packet.data, size);
+    return {packet.data, packet.data + size};
 }
 
 }  // namespace

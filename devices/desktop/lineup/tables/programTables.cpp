@@ -88,9 +88,13 @@ void writeStreams(ByteWriter& out, const Service& service) {
 
 }  // namespace
 
+bool hasNetworkTable(const Lineup& lineup) {
+    return !lineup.networkName.empty() || lineup.standard == Standard::isdb;
+}
+
 Sections associationTable(const Lineup& lineup) {
     return {longSection({table::kPat, lineup.transportStreamId}, [&](ByteWriter& out) {
-        if (!lineup.networkName.empty()) {
+        if (hasNetworkTable(lineup)) {
             out.word(0);
             writePid(out, kNitPid);
         }

@@ -11,7 +11,10 @@ namespace quiravent::desktop::lineup {
 
 using Sections = std::vector<Bytes>;
 
-/// Program association table; with the network's, when that has a name.
+/// Whether there is a network information table: with a name, or for ISDB, which is known by it.
+bool hasNetworkTable(const Lineup& lineup);
+
+/// Program association table.
 Sections associationTable(const Lineup& lineup);
 /// Program map table.
 Sections mapTable(const Service& service);

@@ -92,6 +92,34 @@ void writeEvent(ByteWriter& out, Standard standard, const Event& event, unsigned
     });
 }
 
+void writeNetworkName(ByteWriter& out, const Lineup& lineup) {
+    if (lineup.networkName.empty()) return;
+    out.byte(descriptor::kNetworkName);
+    out.counted([&] { out.append(coded(lineup.standard, lineup.networkName)); });
+}
+
+void writeServiceList(ByteWriter& out, const Lineup& lineup) {
+    out.byte(descriptor::kServiceList);
+    out.counted([&] {
+        for (const Service& service : lineup.services) {
+            out.word(service.id);
+            out.byte(typeOf(service));
+        }
+    });
+}
+
+/// By this descriptor a receiver knows that texts are those of ISDB. Channel 14 of Brazil: mode 3,
+/// guard interval of a sixteenth; the frequency in sevenths of a MHz.
+void writeIsdbDelivery(ByteWriter& out) {
+    constexpr unsigned kAreaAndMode = 0x0006;
+    constexpr unsigned kFrequency = 3312;
+    out.byte(descriptor::kIsdbTerrestrialDelivery);
+    out.counted([&] {
+        out.word(kAreaAndMode);
+        out.word(kFrequency);
+    });
+}
+
 Bytes eventSection(const Lineup& lineup, const Service& service, uint8_t number) {
     const std::optional<Event>& event = number == 0 ? service.present : service.following;
     const unsigned running = number == 0 ? kRunning : kNotRunning;
@@ -124,21 +152,13 @@ Sections descriptionTable(const Lineup& lineup) {
 
 Sections networkTable(const Lineup& lineup) {
     return {longSection({table::kNitActual, *lineup.networkId}, [&](ByteWriter& out) {
-        out.countedLoop(kReserved, [&] {
-            out.byte(descriptor::kNetworkName);
-            out.counted([&] { out.append(coded(lineup.standard, lineup.networkName)); });
-        });
+        out.countedLoop(kReserved, [&] { writeNetworkName(out, lineup); });
         out.countedLoop(kReserved, [&] {
             out.word(lineup.transportStreamId);
             out.word(lineup.originalNetworkId);
             out.countedLoop(kReserved, [&] {
-                out.byte(descriptor::kServiceList);
-                out.counted([&] {
-                    for (const Service& service : lineup.services) {
-                        out.word(service.id);
-                        out.byte(typeOf(service));
-                    }
-                });
+                writeServiceList(out, lineup);
+                if (lineup.standard == Standard::isdb) writeIsdbDelivery(out);
             });
         });
     })};
