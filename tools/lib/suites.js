@@ -5,6 +5,7 @@
 const fs = require('fs');
 const path = require('path');
 const { build } = require('./build');
+const { fuzz, targets } = require('./fuzz');
 const { root, run } = require('./run');
 const { SanitizedRun } = require('./sanitizers');
 
@@ -99,6 +100,7 @@ const suites = [
     name: 'leaks',
     run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder')
   },
+  { name: 'fuzz', run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 }) },
   ...['asan', 'tsan'].map((preset) => ({
     name: `script-${preset}`,
     group: 'sanitizers',
