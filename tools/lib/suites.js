@@ -42,6 +42,16 @@ function runNative(preset) {
   return sum(programs.map((name) => runNativeProgram(path.join(folder, name))));
 }
 
+/** The counts that a tool writes as its last line. */
+function countsOf(result) {
+  const count = {
+    passed: numberIn(result.stdout, /(\d+) passed, \d+ failed\s*$/),
+    failed: numberIn(result.stdout, /\d+ passed, (\d+) failed\s*$/)
+  };
+  if (result.status !== 0 && count.failed === 0) count.failed = 1;
+  return count;
+}
+
 /** Runs a folder of script tests; words: further ones for run-tap. */
 function runTap(folder, library, words, variables) {
   const command = ['test/run-tap.js', folder, '--library', library].concat(words || []);
@@ -50,12 +60,7 @@ function runTap(folder, library, words, variables) {
     env: Object.assign({}, process.env, variables)
   });
   process.stdout.write(result.stdout);
-  const count = {
-    passed: numberIn(result.stdout, /(\d+) passed, \d+ failed\s*$/),
-    failed: numberIn(result.stdout, /\d+ passed, (\d+) failed\s*$/)
-  };
-  if (result.status !== 0 && count.failed === 0) count.failed = 1;
-  return count;
+  return countsOf(result);
 }
 
 /** Runs a folder of script tests over the porting layer in a folder of the build. */
@@ -85,6 +90,13 @@ function runSanitizedScripts(preset, folder, library) {
   return count;
 }
 
+function runSoak(minutes) {
+  const words = ['tools/soak.js', '--minutes', String(minutes)];
+  const result = run(process.execPath, words, { stdio: ['ignore', 'pipe', 'inherit'] });
+  process.stdout.write(result.stdout);
+  return countsOf(result);
+}
+
 /**
  * In the order in which they are run: what fails fast comes first. A suite of the group
  * 'sanitizers' is run when it, or its group, is asked for.
@@ -101,6 +113,7 @@ const suites = [
     run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder')
   },
   { name: 'fuzz', run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 }) },
+  { name: 'soak', run: () => runSoak(0.5) },
   ...['asan', 'tsan'].map((preset) => ({
     name: `script-${preset}`,
     group: 'sanitizers',
