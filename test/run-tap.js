@@ -14,6 +14,7 @@ const fs = require('fs');
 const path = require('path');
 const { spawn } = require('child_process');
 const { runtime } = require('./script/support/build');
+const { patience } = require('./script/support/pace');
 
 const USAGE =
   'usage: node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--without TEXT] [--jobs N] ' +
@@ -55,7 +56,7 @@ function runFile(file, options) {
       stdio: ['ignore', 'pipe', 'pipe']
     });
     const result = { output: '', errors: '', code: null, signal: null };
-    const timer = setTimeout(() => child.kill('SIGKILL'), options.patience * 1000);
+    const timer = setTimeout(() => child.kill('SIGKILL'), patience(options.patience * 1000));
     child.stdout.setEncoding('utf8').on('data', (text) => (result.output += text));
     child.stderr.setEncoding('utf8').on('data', (text) => (result.errors += text));
     child.on('error', (error) => (result.errors += error.message));

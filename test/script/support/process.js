@@ -5,9 +5,10 @@
 const path = require('path');
 const { spawn } = require('child_process');
 const { runtime } = require('./build');
+const { patience } = require('./pace');
 
 /** A process that isn't over by then is ended; in ms. */
-const PATIENCE = 60000;
+const PATIENCE = patience(60000);
 
 const PRELUDE = `
 const recorder = require(${JSON.stringify(path.join(__dirname, 'recorder'))});
