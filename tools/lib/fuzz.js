@@ -19,6 +19,7 @@ const LONGEST = {
   control: 70000,
   fonts: 400000,
   images: 20000,
+  stream: 20000,
   texts: 2000,
   vocabulary: 200
 };
@@ -35,7 +36,18 @@ function folder(kind, target) {
   return place;
 }
 
+/** A second of a service with picture and sound. */
+function makeStream(file) {
+  const inputs = ['testsrc2=s=160x90:r=25:d=1', 'sine=440:d=1'];
+  const words = ['-nostdin', '-loglevel', 'error', '-y'].concat(
+    ...inputs.map((input) => ['-f', 'lavfi', '-i', input])
+  );
+  const output = ['-c:v', 'mpeg2video', '-b:v', '60k', '-c:a', 'mp2', '-f', 'mpegts', file];
+  mustRun('ffmpeg', words.concat(output));
+}
+
 function writeSeeds() {
+  makeStream(path.join(folder('seeds', 'stream'), 'stream'));
   mustRun(path.join(output, 'fuzz', 'fuzz_image_seeds'), [folder('seeds', 'images')]);
   fs.copyFileSync(FONT_SEED, path.join(folder('seeds', 'fonts'), 'font'));
 }

@@ -82,7 +82,7 @@ function runSanitizedScripts(preset, folder, library) {
   const place = path.join(root, 'build', preset);
   const variables = Object.assign({ QUIRAVENT_BUILD: place }, sanitized.variables());
   // What the file of the module needs is another thing with a sanitizer.
-  const words = ['--patience', '900', '--without', 'module-file'];
+  const words = ['--without', 'module-file'];
   const count = runTap(folder, path.join(place, library), words, variables);
   const reports = sanitized.reports();
   reports.forEach((text) => process.stdout.write(text));
@@ -97,6 +97,15 @@ function runSoak(minutes) {
   return countsOf(result);
 }
 
+/** The suites of a folder of script tests, one under each sanitizer. */
+function sanitizedSuites(name, library) {
+  return ['asan', 'tsan'].map((preset) => ({
+    name: `${name}-${preset}`,
+    group: 'sanitizers',
+    run: () => runSanitizedScripts(preset, path.join('test', name), library)
+  }));
+}
+
 /**
  * In the order in which they are run: what fails fast comes first. A suite of the group
  * 'sanitizers' is run when it, or its group, is asked for.
@@ -108,22 +117,12 @@ const suites = [
   { name: 'cli', run: () => runScripts('test/cli', 'bench') },
   { name: 'device', run: () => runScripts('test/device', '.') },
   { name: 'native-sanitized', run: () => runNative('asan') },
-  {
-    name: 'leaks',
-    run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder')
-  },
+  { name: 'leaks', run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder') },
   { name: 'fuzz', run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 }) },
   { name: 'soak', run: () => runSoak(0.5) },
-  ...['asan', 'tsan'].map((preset) => ({
-    name: `script-${preset}`,
-    group: 'sanitizers',
-    run: () => runSanitizedScripts(preset, 'test/script', 'recorder')
-  })),
-  ...['asan', 'tsan'].map((preset) => ({
-    name: `device-${preset}`,
-    group: 'sanitizers',
-    run: () => runSanitizedScripts(preset, 'test/device', '.')
-  })),
+  ...sanitizedSuites('script', 'recorder'),
+  ...sanitizedSuites('faults', 'recorder'),
+  ...sanitizedSuites('device', '.'),
   { name: 'native-tsan', group: 'sanitizers', run: () => runNative('tsan') }
 ];
 
