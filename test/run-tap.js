@@ -3,12 +3,11 @@
 // Runs every *.test.js of a folder, each in a process of its own:
 //
 //   node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--without TEXT] [--jobs N]
-//     [--patience SECONDS]
 //
 // DIR holds the porting layer that the tests run over; it must be known to the loader before a
 // process begins, which is why tests aren't run directly. TEXT chooses, or leaves out, the files whose
-// names hold it; a file that isn't over after SECONDS hangs. Failures are printed as the test told
-// them, and the last line is 'N passed, M failed'.
+// names hold it. Failures are printed as the test told them, and the last line is 'N passed, M
+// failed'.
 
 const fs = require('fs');
 const path = require('path');
@@ -16,19 +15,14 @@ const { spawn } = require('child_process');
 const { runtime } = require('./script/support/build');
 const { patience } = require('./script/support/pace');
 
+/** A file that isn't over by then hangs. */
+const PATIENCE_MS = patience(180 * 1000);
+
 const USAGE =
-  'usage: node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--without TEXT] [--jobs N] ' +
-  '[--patience SECONDS]';
+  'usage: node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--without TEXT] [--jobs N]';
 
 function parseArguments(args) {
-  const options = {
-    folder: null,
-    library: null,
-    filter: '',
-    without: null,
-    jobs: 2,
-    patience: 180
-  };
+  const options = { folder: null, library: null, filter: '', without: null, jobs: 2 };
   const rest = args.slice();
   while (rest.length) {
     const arg = rest.shift();
@@ -38,10 +32,8 @@ function parseArguments(args) {
     else throw new Error(`'${arg}' is not understood.\n${USAGE}`);
   }
   if (!options.folder || !options.library) throw new Error(USAGE);
-  for (const name of ['jobs', 'patience']) {
-    options[name] = Number(options[name]);
-    if (!(options[name] >= 1)) throw new Error(`--${name} must be a number from 1 on.\n${USAGE}`);
-  }
+  options.jobs = Number(options.jobs);
+  if (!(options.jobs >= 1)) throw new Error(`--jobs must be a number from 1 on.\n${USAGE}`);
   return options;
 }
 
@@ -56,7 +48,7 @@ function runFile(file, options) {
       stdio: ['ignore', 'pipe', 'pipe']
     });
     const result = { output: '', errors: '', code: null, signal: null };
-    const timer = setTimeout(() => child.kill('SIGKILL'), patience(options.patience * 1000));
+    const timer = setTimeout(() => child.kill('SIGKILL'), PATIENCE_MS);
     child.stdout.setEncoding('utf8').on('data', (text) => (result.output += text));
     child.stderr.setEncoding('utf8').on('data', (text) => (result.errors += text));
     child.on('error', (error) => (result.errors += error.message));
@@ -90,7 +82,8 @@ function readTap(output) {
 
 /** What is wrong with a run beside the failures that it told; null if nothing is. */
 function breakdown(run, tap) {
-  if (run.signal === 'SIGKILL') return 'was killed, or had taken longer than it may (--patience)';
+  if (run.signal === 'SIGKILL')
+    return `was ended, perhaps after ${PATIENCE_MS / 1000} s of patience`;
   if (run.signal) return `died of ${run.signal}`;
   if (tap.passed + tap.failed === 0) return 'made no assertion';
   if (tap.planned !== tap.passed + tap.failed) return 'ended before its last test';

@@ -180,3 +180,46 @@ test('what can not be played is told by an event', (t) =>
     t.deepEqual(run.said, ['missing.mp4', 'random.mp4', 'empty.mp4']);
     t.end();
   }));
+
+/** Makes key.pem and certificate.pem of a server that only itself vouches for. */
+function makeCertificate(folder) {
+  const words = ['req', '-x509', '-newkey', 'rsa:2048', '-nodes', '-days', '2'].concat(
+    ['-subj', '/CN=localhost', '-addext', 'subjectAltName=DNS:localhost'],
+    ['-keyout', path.join(folder, 'key.pem'), '-out', path.join(folder, 'certificate.pem')]
+  );
+  return spawnSync('openssl', words).status;
+}
+
+test('a server that nobody vouches for is not believed', (t) =>
+  inFolder((folder) => {
+    t.equal(makeCertificate(folder), 0);
+    const run = runScript(
+      folder,
+      `const fs = require('fs');
+      const read = (name) => fs.readFileSync(${JSON.stringify(folder)} + '/' + name + '.pem');
+      let requests = 0;
+      const options = { key: read('key'), cert: read('certificate') };
+      const server = require('https').createServer(options, (request, response) => {
+        requests += 1;
+        response.end(fs.readFileSync(film('short.mp4')));
+      });
+      const tryMedia = (url) => quiravent.mediaServices.getPlayer(url, bounds, orEnd((player) => {
+        player.registerListener((name) => {
+          if (name !== 'fetch_error' && name !== 'fetch_ready') return;
+          say([name, requests]);
+          process.exit(0);
+        });
+        player.fetch();
+      }));
+      server.listen(0, () => {
+        const url = 'https://localhost:' + server.address().port + '/short.mp4';
+        quiravent.graphicServices.loadImage(url, (error) => {
+          say(error.message);
+          tryMedia(url);
+        });
+      });`
+    );
+    t.equal(run.status, 0, run.errors);
+    t.deepEqual(run.said, ['Error on loading image', ['fetch_error', 0]]);
+    t.end();
+  }));

@@ -9,10 +9,11 @@ const { mustRun, root } = require('./run');
 
 const suppressions = path.join(root, 'test', 'sanitizers');
 
-/** By preset: the library, and the variables with its options. */
+/** By preset: the library, how many times slower all is with it, and the variables with its options. */
 const sanitizers = {
   asan: {
     library: 'libasan.so',
+    slowness: 4,
     variables: {
       // Signals end a process as they do without the sanitizer, since tests look for them; of what
       // outlives a process there is a test of its own.
@@ -22,6 +23,7 @@ const sanitizers = {
   },
   tsan: {
     library: 'libtsan.so',
+    slowness: 8,
     variables: {
       // The runtime isn't instrumented: what its threads do among themselves can't be judged.
       TSAN_OPTIONS: [
@@ -52,7 +54,10 @@ class SanitizedRun {
   /** What to add to the environment. */
   variables() {
     const log = `log_path=${path.join(this.folder, 'report')}`;
-    const variables = { LD_PRELOAD: libraryFile(this.sanitizer.library) };
+    const variables = {
+      LD_PRELOAD: libraryFile(this.sanitizer.library),
+      QUIRAVENT_SLOWNESS: String(this.sanitizer.slowness)
+    };
     Object.keys(this.sanitizer.variables).forEach((name) => {
       variables[name] = this.sanitizer.variables[name].concat(log).join(':');
     });

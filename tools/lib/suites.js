@@ -5,6 +5,7 @@
 const fs = require('fs');
 const path = require('path');
 const { build } = require('./build');
+const { fuzz, targets } = require('./fuzz');
 const { root, run } = require('./run');
 const { SanitizedRun } = require('./sanitizers');
 
@@ -41,6 +42,16 @@ function runNative(preset) {
   return sum(programs.map((name) => runNativeProgram(path.join(folder, name))));
 }
 
+/** The counts that a tool writes as its last line. */
+function countsOf(result) {
+  const count = {
+    passed: numberIn(result.stdout, /(\d+) passed, \d+ failed\s*$/),
+    failed: numberIn(result.stdout, /\d+ passed, (\d+) failed\s*$/)
+  };
+  if (result.status !== 0 && count.failed === 0) count.failed = 1;
+  return count;
+}
+
 /** Runs a folder of script tests; words: further ones for run-tap. */
 function runTap(folder, library, words, variables) {
   const command = ['test/run-tap.js', folder, '--library', library].concat(words || []);
@@ -49,12 +60,7 @@ function runTap(folder, library, words, variables) {
     env: Object.assign({}, process.env, variables)
   });
   process.stdout.write(result.stdout);
-  const count = {
-    passed: numberIn(result.stdout, /(\d+) passed, \d+ failed\s*$/),
-    failed: numberIn(result.stdout, /\d+ passed, (\d+) failed\s*$/)
-  };
-  if (result.status !== 0 && count.failed === 0) count.failed = 1;
-  return count;
+  return countsOf(result);
 }
 
 /** Runs a folder of script tests over the porting layer in a folder of the build. */
@@ -76,12 +82,28 @@ function runSanitizedScripts(preset, folder, library) {
   const place = path.join(root, 'build', preset);
   const variables = Object.assign({ QUIRAVENT_BUILD: place }, sanitized.variables());
   // What the file of the module needs is another thing with a sanitizer.
-  const words = ['--patience', '900', '--without', 'module-file'];
+  const words = ['--without', 'module-file'];
   const count = runTap(folder, path.join(place, library), words, variables);
   const reports = sanitized.reports();
   reports.forEach((text) => process.stdout.write(text));
   count.failed += reports.length;
   return count;
+}
+
+function runSoak(minutes) {
+  const words = ['tools/soak.js', '--minutes', String(minutes)];
+  const result = run(process.execPath, words, { stdio: ['ignore', 'pipe', 'inherit'] });
+  process.stdout.write(result.stdout);
+  return countsOf(result);
+}
+
+/** The suites of a folder of script tests, one under each sanitizer. */
+function sanitizedSuites(name, library) {
+  return ['asan', 'tsan'].map((preset) => ({
+    name: `${name}-${preset}`,
+    group: 'sanitizers',
+    run: () => runSanitizedScripts(preset, path.join('test', name), library)
+  }));
 }
 
 /**
@@ -95,20 +117,12 @@ const suites = [
   { name: 'cli', run: () => runScripts('test/cli', 'bench') },
   { name: 'device', run: () => runScripts('test/device', '.') },
   { name: 'native-sanitized', run: () => runNative('asan') },
-  {
-    name: 'leaks',
-    run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder')
-  },
-  ...['asan', 'tsan'].map((preset) => ({
-    name: `script-${preset}`,
-    group: 'sanitizers',
-    run: () => runSanitizedScripts(preset, 'test/script', 'recorder')
-  })),
-  ...['asan', 'tsan'].map((preset) => ({
-    name: `device-${preset}`,
-    group: 'sanitizers',
-    run: () => runSanitizedScripts(preset, 'test/device', '.')
-  })),
+  { name: 'leaks', run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder') },
+  { name: 'fuzz', run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 }) },
+  { name: 'soak', run: () => runSoak(0.5) },
+  ...sanitizedSuites('script', 'recorder'),
+  ...sanitizedSuites('faults', 'recorder'),
+  ...sanitizedSuites('device', '.'),
   { name: 'native-tsan', group: 'sanitizers', run: () => runNative('tsan') }
 ];
 

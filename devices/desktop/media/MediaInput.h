@@ -52,6 +52,8 @@ class MediaInput {
 
   private:
     static int isInterrupted(void* input);
+    static int openTrusted(AVFormatContext* format, AVIOContext** io, const char* url, int flags,
+                           AVDictionary** options);
     MediaError openFormat(const std::string& target, bool remote);
     MediaError findTracks();
     TrackRef trackOf(const AVStream& stream) const;
@@ -62,7 +64,8 @@ class MediaInput {
 
     const InputLimits m_limits;
     const std::atomic<bool>& m_cancelled;
-    int64_t m_deadline = INT64_MAX;  ///< on the steady clock, for opening
+    int64_t m_deadline = INT64_MAX;                          ///< on the steady clock, for opening
+    decltype(AVFormatContext::io_open) m_openAny = nullptr;  ///< FFmpeg's own
     AvFormatContext m_format;
     MediaInfo m_info;
     std::vector<int64_t> m_nextTimes;  ///< per stream, for packets without times

@@ -18,14 +18,19 @@ namespace {
     throw DeviceError(e_pl_status_io_error, std::generic_category().message(errno));
 }
 
+/// A new file, in place of what stands there: what another user has put into a shared folder, a
+/// link for one, is never written through.
+int makeNew(const std::string& path) {
+    if (::unlink(path.c_str()) != 0 && errno != ENOENT) failWithSystemError();
+    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file < 0) failWithSystemError();
+    return file;
+}
+
 /// A file that is gone at the end of the scope unless it was given its name.
 class TemporaryFile {
   public:
-    explicit TemporaryFile(std::string path)
-        : m_path(std::move(path)),
-          m_file(::open(m_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {
-        if (m_file < 0) failWithSystemError();
-    }
+    explicit TemporaryFile(std::string path) : m_path(std::move(path)), m_file(makeNew(m_path)) {}
     ~TemporaryFile() {
         if (m_file >= 0) ::close(m_file);
         if (!m_named) ::unlink(m_path.c_str());

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "common/ChildProcess.h"
 #include "common/TemporaryFolder.h"
 #include "control/Station.h"
 #include "support/DeviceError.h"
@@ -40,6 +41,39 @@ TEST(ControlSocket, IsForItsUserAloneWhateverTheMask) {
         EXPECT_EQ(modeOf(folder / "control"), 0600U);
     }
     EXPECT_FALSE(std::filesystem::exists(folder / "control"));
+}
+
+/// What a client is told at once; of another user where this one may become one.
+std::string toldToAnotherUser(const std::string& path) {
+    constexpr uid_t kNobody = 65534;
+    const ChildOutcome outcome = runInChild({}, [&] {
+        if (getuid() == 0 && setuid(kNobody) != 0) _exit(1);
+        std::string line = "can't connect";
+        try {
+            line = Client(path).ask(R"({"command":"frame"})");
+        } catch (const std::runtime_error&) {
+        }
+        std::fputs(line.c_str(), stderr);
+        std::fflush(stderr);
+        _exit(0);
+    });
+    EXPECT_EQ(outcome.status, 0);
+    return outcome.errors;
+}
+
+TEST(ControlSocket, TurnsOtherUsersAwayWhateverItsMode) {
+    const Station station;
+    const std::string path = station.socketPath();
+    chmod(std::filesystem::path(path).parent_path().c_str(), 0755);
+    const std::string served = R"({"ok":true,"frame":0})";
+    const bool canBeAnother = getuid() == 0;
+    EXPECT_EQ(toldToAnotherUser(path), canBeAnother ? "can't connect" : served);
+    // Even if somebody opens the file for all.
+    chmod(path.c_str(), 0666);
+    EXPECT_EQ(
+        toldToAnotherUser(path),
+        canBeAnother ? R"({"ok":false,"error":"the device belongs to another user"})" : served);
+    EXPECT_EQ(station.client().ask(R"({"command":"frame"})"), served);
 }
 
 TEST(ControlSocket, TakesThePlaceOfOneThatNobodyListensOn) {

@@ -1,11 +1,14 @@
 #include "display/Screen.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <memory>
+#include <string>
 #include <thread>
 
 #include "common/PngFile.h"
@@ -135,6 +138,19 @@ TEST(Screen, CaptureThatFailsIsToldAndLeavesNothing) {
         EXPECT_EQ(std::count(line.begin(), line.end(), '\n'), 1);
     }
     EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST(Screen, CaptureWritesThroughNoLinkThatStandsInItsWay) {
+    const TemporaryFolder folder;
+    std::ofstream(folder / "victim") << "kept";
+    const std::string file = folder / "picture.png";
+    const std::string part = file + '.' + std::to_string(getpid()) + ".part";
+    std::filesystem::create_symlink(folder / "victim", part);
+    std::filesystem::create_symlink(folder / "victim", file);
+    Television(file).screen.finish();
+    EXPECT_EQ(std::filesystem::file_size(folder / "victim"), 4U);
+    EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(file)));
+    EXPECT_EQ(filesIn(folder), 2U);
 }
 
 TEST(CapturePattern, TakesOneNumberInTheName) {

@@ -122,6 +122,19 @@ Bytes encodeWebpAnimation(const Picture& picture, int x, int y, int canvasWidth,
     return bytes;
 }
 
+std::vector<Sample> samples() {
+    return {
+        {"PNG", encodePng(fadingGradient)},
+        {"interlaced PNG", encodePng(fadingGradient, true)},
+        {"JPEG", encodeJpeg(gradient, TJSAMP_420)},
+        {"progressive JPEG", encodeJpeg(gradient, TJSAMP_444, TJFLAG_PROGRESSIVE)},
+        {"CMYK JPEG", encodeJpeg(rgbaOf(gradient), TJPF_CMYK, TJSAMP_444)},
+        {"lossless WebP", encodeWebp(fadingGradient)},
+        {"lossy WebP", encodeWebp(fadingGradient, 80)},
+        {"animated WebP", encodeWebpAnimation(fadingGradient, 2, 2, 60, 50)},
+    };
+}
+
 uint32_t pixelOf(Colour colour) {
     const auto premultiplied = [&colour](int channel) {
         return static_cast<uint32_t>((2 * channel * colour.alpha + 255) / 510);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "graphics/Surface.h"
@@ -56,6 +57,14 @@ Bytes encodeWebp(const Picture& picture, float quality = -1);
 /// Two frames, one pixel apart in colour; the first lies at (x, y), both even, on a canvas of that
 /// size.
 Bytes encodeWebpAnimation(const Picture& picture, int x, int y, int canvasWidth, int canvasHeight);
+
+struct Sample {
+    std::string name;
+    Bytes bytes;
+};
+
+/// A picture in every way in which one may come, small.
+std::vector<Sample> samples();
 
 /// What a surface holds for that colour.
 uint32_t pixelOf(Colour colour);

@@ -48,6 +48,15 @@ INSTANTIATE_TEST_SUITE_P(
                     FailureCase{"", "403 Forbidden", MediaError::accessDenied},
                     FailureCase{"", "503 Service Unavailable", MediaError::serverError}));
 
+TEST(Network, PlaylistFromThereNamesNoFilesOfTheMachine) {
+    TestPlayer local(TEST_MEDIA "/files.m3u8");
+    ASSERT_TRUE(local.play());
+    const MediaServer server;
+    TestPlayer remote(server.url("files.m3u8"));
+    ASSERT_EQ(remote->start(), e_pl_status_ok);
+    EXPECT_GT(remote.waitFor(e_pl_media_event_fetch_error), 0);
+}
+
 TEST(Network, FillsTheRangesAsItReads) {
     MediaServer server;
     TestPlayer player(server.url("film.mp4"));

@@ -34,6 +34,8 @@ ff -f lavfi -i "$(video 6 320 180 25)" -f lavfi -i sine=440:d=6:r=48000 \
   -metadata:s:a:0 language=eng -metadata:s:a:1 language=fra -metadata:s:s:0 language=ger film.mp4
 ff -i film.mp4 -map 0 -c copy -c:s srt film.mkv
 ff -i film.mp4 -map 0:v -map 0:a -c copy film.ts
+# A playlist that names a file of the machine.
+printf '#EXTM3U\n#EXT-X-TARGETDURATION:6\n#EXTINF:6,\nfile://%s/film.ts\n#EXT-X-ENDLIST\n' "$PWD" > files.m3u8
 ff -i film.mp4 -map 0:v -an -c copy silent.mp4
 ff -i film.mp4 -map 0:a:0 -c copy sound.m4a
 ff -i film.mp4 -map 0:v -map 0:a:0 -t 1 -c copy short.mp4

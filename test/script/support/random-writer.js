@@ -4,20 +4,10 @@
 // node random-writer.js PIPE SEED COUNT
 
 const fs = require('fs');
+const { generator } = require('./random');
 
 const LONGEST = 5000;
 const LINE_FEED = 10;
-
-/** A generator of numbers from 0 to 2^32 - 1, the same for the same seed. */
-function generator(seed) {
-  let state = seed * 2654435769;
-  return () => {
-    state = (state + 0x6d2b79f5) >>> 0;
-    let mixed = Math.imul(state ^ (state >>> 15), state | 1);
-    mixed ^= mixed + Math.imul(mixed ^ (mixed >>> 7), mixed | 61);
-    return (mixed ^ (mixed >>> 14)) >>> 0;
-  };
-}
 
 /** 1 to 5000 bytes, short ones as often as long ones; one in four holds no line feed. */
 function randomMessage(next) {

@@ -1,0 +1,130 @@
+'use strict';
+
+// Runs the fuzz targets: programs of libFuzzer, each over one input of the device or the module, and
+// the calls of everything that scripts can call.
+
+const fs = require('fs');
+const path = require('path');
+const { build } = require('./build');
+const { mustRun, root, run } = require('./run');
+const { setup } = require('./setup');
+
+const source = path.join(root, 'test', 'fuzz');
+const output = path.join(root, 'build', 'fuzz');
+
+/** The longest inputs that are tried, in bytes, by target. */
+const LONGEST = {
+  channel: 4096,
+  configuration: 8192,
+  control: 70000,
+  fonts: 400000,
+  images: 20000,
+  stream: 20000,
+  texts: 2000,
+  vocabulary: 200
+};
+
+/** Fonts to begin with are the smallest that the tests' own package has. */
+const FONT_SEED = '/usr/share/fonts/truetype/dejavu/DejaVuSansMono-Bold.ttf';
+
+/** What can be fuzzed. */
+const targets = Object.keys(LONGEST).concat('arguments');
+
+function folder(kind, target) {
+  const place = path.join(output, kind, target);
+  fs.mkdirSync(place, { recursive: true });
+  return place;
+}
+
+/** A second of a service with picture and sound. */
+function makeStream(file) {
+  const inputs = ['testsrc2=s=160x90:r=25:d=1', 'sine=440:d=1'];
+  const words = ['-nostdin', '-loglevel', 'error', '-y'].concat(
+    ...inputs.map((input) => ['-f', 'lavfi', '-i', input])
+  );
+  const output = ['-c:v', 'mpeg2video', '-b:v', '60k', '-c:a', 'mp2', '-f', 'mpegts', file];
+  mustRun('ffmpeg', words.concat(output));
+}
+
+function writeSeeds() {
+  makeStream(path.join(folder('seeds', 'stream'), 'stream'));
+  mustRun(path.join(output, 'fuzz', 'fuzz_image_seeds'), [folder('seeds', 'images')]);
+  fs.copyFileSync(FONT_SEED, path.join(folder('seeds', 'fonts'), 'font'));
+}
+
+function wordsFor(target, options) {
+  const words = [
+    `-max_total_time=${options.seconds}`,
+    `-max_len=${LONGEST[target]}`,
+    `-seed=${options.seed}`,
+    `-artifact_prefix=${folder('finds', target)}/`,
+    '-timeout=20',
+    '-rss_limit_mb=3000',
+    '-print_final_stats=1'
+  ];
+  const dictionary = path.join(source, 'dictionaries', `${target}.dict`);
+  if (fs.existsSync(dictionary)) words.push(`-dict=${dictionary}`);
+  // The first folder takes what is found to be of interest.
+  const folders = [folder('corpus', target), folder('seeds', target)];
+  const kept = path.join(source, 'seeds', target);
+  return words.concat(folders, fs.existsSync(kept) ? kept : []);
+}
+
+function numberIn(text, pattern) {
+  const found = text.match(pattern);
+  return found ? Number(found[1]) : 0;
+}
+
+/** Runs one program for the time given; resolves with whether nothing was found. */
+function fuzzNative(target, options) {
+  const program = path.join(output, 'fuzz', `fuzz_${target}`);
+  const result = run(program, wordsFor(target, options), { capture: true });
+  const runs = numberIn(result.stderr, /number_of_executed_units: (\d+)/);
+  const passed = result.status === 0 && runs > 0;
+  console.log(`${passed ? 'ok    ' : 'FAILED'} ${target}: ${runs} inputs`);
+  if (!passed) process.stdout.write(result.stdout.slice(-2000) + result.stderr.slice(-8000));
+  return passed;
+}
+
+/** Calls of scripts over the recorder, in a build of the preset. */
+function fuzzArguments(options) {
+  build('release', ['quiravent', 'recorder', 'recorder_addon']);
+  const program = path.join(source, 'arguments', 'run.js');
+  const result = run(
+    process.execPath,
+    ['--expose-gc', program, String(options.calls), String(options.seed)],
+    {
+      env: Object.assign({}, process.env, {
+        LD_LIBRARY_PATH: path.join(root, 'build', 'release', 'recorder')
+      }),
+      capture: true
+    }
+  );
+  const lines = result.stdout.trim().split('\n');
+  const passed = result.status === 0;
+  console.log(`${passed ? 'ok    ' : 'FAILED'} arguments: ${lines[lines.length - 1]}`);
+  if (!passed) process.stdout.write(result.stderr.slice(-8000));
+  return passed;
+}
+
+/**
+ * Fuzzes the targets named.
+ * @param options seconds for each program, calls of scripts, seed
+ * @returns {{passed: number, failed: number}} counts of targets
+ */
+function fuzz(names, options) {
+  const programs = names.filter((name) => name !== 'arguments');
+  if (programs.length > 0) {
+    setup(['build', 'fuzz']);
+    build('fuzz', ['fuzz']);
+    writeSeeds();
+  }
+  console.log(`seed ${options.seed}`);
+  const results = names.map((name) =>
+    name === 'arguments' ? fuzzArguments(options) : fuzzNative(name, options)
+  );
+  const passed = results.filter(Boolean).length;
+  return { passed, failed: results.length - passed };
+}
+
+module.exports = { fuzz, targets };

@@ -1,0 +1,98 @@
+'use strict';
+
+// npm run soak [-- --minutes N] [--seed N]: the sample application, driven at random for N minutes
+// (30), must lose no event, play every film, and grow neither in memory nor in threads nor in
+// descriptors. The last line is "N passed, M failed".
+
+const { Failure } = require('./lib/run');
+const { setup } = require('./lib/setup');
+const { soak } = require('./lib/soak');
+
+const MEBIBYTE = 1024 * 1024;
+
+/** Of an application that the control channel has asked to quit: it ends by SIGTERM. */
+const ENDED = 128 + 15;
+
+/** What the last half of a run may have more than the half before, both without the first quarter. */
+const ROOM = { memory: 12 * MEBIBYTE, threads: 2, descriptors: 2 };
+
+function parse(words) {
+  const options = { minutes: 30, seed: (Date.now() % 1000000) + 1 };
+  const rest = words.slice();
+  while (rest.length > 0) {
+    const word = rest.shift();
+    const name = word.replace(/^--/, '');
+    if (!word.startsWith('--') || !(name in options)) {
+      throw new Failure(`'${word}' is no option; there are --minutes N and --seed N.`);
+    }
+    options[name] = Number(rest.shift());
+    if (!(options[name] > 0)) throw new Failure(`${word} must be followed by a number above 0.`);
+  }
+  return options;
+}
+
+/** Slope of the straight line that fits the points best, by least squares. */
+function slope(points) {
+  const mean = (index) => points.reduce((sum, point) => sum + point[index], 0) / points.length;
+  const [x, y] = [mean(0), mean(1)];
+  const spread = points.reduce((sum, point) => sum + (point[0] - x) * (point[0] - x), 0);
+  return points.reduce((sum, point) => sum + (point[0] - x) * (point[1] - y), 0) / spread;
+}
+
+function most(figures, name) {
+  return Math.max.apply(
+    null,
+    figures.map((each) => each[name])
+  );
+}
+
+/** One figure of a run as [whether it stays flat, how it is told]. */
+function checkFlat(figures, name, unit, shown) {
+  // The first quarter fills caches.
+  const settled = figures.slice(Math.floor(figures.length / 4));
+  const middle = Math.floor(settled.length / 2);
+  const before = most(settled.slice(0, middle), name);
+  const after = most(settled.slice(middle), name);
+  const perMinute = slope(settled.map((each) => [each.time / 60000, each[name]])) / unit;
+  const text = `${name}: at most ${shown(before)}, then ${shown(after)}; slope ${perMinute.toFixed(2)}`;
+  return [after - before <= ROOM[name], text];
+}
+
+function check(result) {
+  const { figures, sent, last, status } = result;
+  const count = Object.keys(sent).reduce((sum, name) => sum + sent[name], 0);
+  const isHeard = Object.keys(sent).every((name) => last.heard[name] === sent[name]);
+  const { films } = last;
+  return [
+    [
+      isHeard,
+      `events: ${count} sent, ${JSON.stringify(sent)}; heard ${JSON.stringify(last.heard)}`
+    ],
+    [films.ended > 0 && films.failed === 0, `films: ${JSON.stringify(films)}`],
+    checkFlat(figures, 'memory', 1024, (bytes) => `${(bytes / MEBIBYTE).toFixed(1)} MiB`),
+    checkFlat(figures, 'threads', 1, String),
+    checkFlat(figures, 'descriptors', 1, String),
+    [status === ENDED, `status at the end: ${status}`]
+  ];
+}
+
+function report(result) {
+  const checks = check(result);
+  checks.forEach((each) => console.log(`${each[0] ? 'ok    ' : 'FAILED'} ${each[1]}`));
+  const passed = checks.filter((each) => each[0]).length;
+  console.log(`${passed} passed, ${checks.length - passed} failed`);
+  process.exitCode = passed === checks.length ? 0 : 1;
+}
+
+Promise.resolve(process.argv.slice(2))
+  .then(parse)
+  .then((options) => {
+    setup(['build']);
+    console.log(`soak of ${options.minutes} minutes, seed ${options.seed}`);
+    return soak(options);
+  })
+  .then(report)
+  .catch((error) => {
+    process.stderr.write(error instanceof Failure ? `quiravent: ${error.message}\n` : error.stack);
+    process.exitCode = 1;
+  });
