@@ -1,11 +1,13 @@
 'use strict';
 
-// npm test [-- SUITE...]: set-up, build, then the suites named, or all of them. The last line is
-// "N passed, M failed".
+// npm test [-- SUITE...]: set-up, build, then the suites named, or all of them; those that take long
+// only in continuous integration, where the variable CI is set. The last line is "N passed, M
+// failed".
 
+const { sum } = require('./lib/counts');
 const { Failure, main } = require('./lib/run');
 const { setup } = require('./lib/setup');
-const { suites, sum } = require('./lib/suites');
+const { suites } = require('./lib/suites');
 
 function choose(words) {
   const unknown = words.find((word) => !suites.some((suite) => suite.name === word));
@@ -13,7 +15,8 @@ function choose(words) {
     const names = suites.map((suite) => suite.name).join(', ');
     throw new Failure(`there is no suite '${unknown}'; there are ${names}.`);
   }
-  return words.length === 0 ? suites : suites.filter((suite) => words.indexOf(suite.name) >= 0);
+  if (words.length === 0) return suites.filter((suite) => process.env.CI || !suite.isLong);
+  return suites.filter((suite) => words.indexOf(suite.name) >= 0);
 }
 
 main((words) => {
@@ -21,8 +24,11 @@ main((words) => {
   setup(['build']);
   const counts = chosen.map((suite) => {
     console.log(`\n# ${suite.name}`);
+    const start = Date.now();
     const count = suite.run();
-    console.log(`# ${suite.name}: ${count.passed} passed, ${count.failed} failed`);
+    const seconds = Math.round((Date.now() - start) / 1000);
+    const result = `${count.passed} passed, ${count.failed} failed`;
+    console.log(`# ${suite.name}: ${result} (${seconds} s)`);
     return count;
   });
   const total = sum(counts);

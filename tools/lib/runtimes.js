@@ -44,14 +44,16 @@ function fetchRuntime(processor, version) {
 function buildFor(runtime, targets) {
   const folder = path.join(root, 'build', 'runtimes', runtime.name);
   if (!fs.existsSync(path.join(folder, 'build.ninja'))) {
-    const words = ['-S', root, '-B', folder, '-G', 'Ninja', '-DCMAKE_BUILD_TYPE=Release'];
     const options = [
       `-DNODE_HEADERS=${runtime.headers}`,
       '-DQUIRAVENT_DESKTOP=OFF',
+      '-DQUIRAVENT_RECORDER=ON',
       '-DQUIRAVENT_TESTS=OFF',
-      '-DQUIRAVENT_BENCH=OFF'
+      '-DQUIRAVENT_BENCH=OFF',
+      '-DQUIRAVENT_PRECOMPILE=ON'
     ];
-    mustRun('cmake', words.concat(options, runtime.processor.cmake), { capture: true });
+    const words = ['--preset', runtime.processor.preset, '-B', folder];
+    mustRun('cmake', words.concat(options), { capture: true });
   }
   mustRun('cmake', ['--build', folder, '--target'].concat(targets), { capture: true });
   return folder;

@@ -5,22 +5,11 @@
 const fs = require('fs');
 const path = require('path');
 const { build } = require('./build');
+const { numberIn, sum } = require('./counts');
 const { root, run } = require('./run');
-
-function sum(counts) {
-  return counts.reduce(
-    (total, count) => ({
-      passed: total.passed + count.passed,
-      failed: total.failed + count.failed
-    }),
-    { passed: 0, failed: 0 }
-  );
-}
-
-function numberIn(text, pattern) {
-  const found = text.match(pattern);
-  return found ? Number(found[1]) : 0;
-}
+const { testRuntimes } = require('./runtime-suites');
+const { runScriptTests } = require('./script-tests');
+const { setup } = require('./setup');
 
 /** Runs one GoogleTest program; its output is shown when it fails. */
 function runNativeProgram(program) {
@@ -43,24 +32,26 @@ function runNative(preset) {
 /** Runs a folder of script tests over the porting layer in a folder of the build. */
 function runScripts(folder, library) {
   build('release');
-  const words = ['test/run-tap.js', folder, '--library', path.join('build', 'release', library)];
-  const result = run(process.execPath, words, { stdio: ['ignore', 'pipe', 'inherit'] });
-  process.stdout.write(result.stdout);
-  const count = {
-    passed: numberIn(result.stdout, /(\d+) passed, \d+ failed\s*$/),
-    failed: numberIn(result.stdout, /\d+ passed, (\d+) failed\s*$/)
-  };
-  if (result.status !== 0 && count.failed === 0) count.failed = 1;
-  return count;
+  return runScriptTests(folder, path.join('build', 'release', library), {});
 }
 
-/** In the order in which they are run: what fails fast comes first. */
+/** The module under all runtimes; these, and an emulator, are fetched. */
+function runRuntimes() {
+  setup(['arm']);
+  return testRuntimes([]);
+}
+
+/**
+ * In the order in which they are run: what fails fast comes first. isLong: run where it is named, and
+ * in continuous integration.
+ */
 const suites = [
   { name: 'native', run: () => runNative('release') },
   { name: 'script', run: () => runScripts('test/script', 'recorder') },
   { name: 'cli', run: () => runScripts('test/cli', 'bench') },
   { name: 'device', run: () => runScripts('test/device', '.') },
-  { name: 'native-sanitized', run: () => runNative('asan') }
+  { name: 'native-sanitized', run: () => runNative('asan') },
+  { name: 'runtimes', run: runRuntimes, isLong: true }
 ];
 
-module.exports = { suites, sum };
+module.exports = { suites };

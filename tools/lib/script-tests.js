@@ -1,0 +1,25 @@
+'use strict';
+
+const { numberIn } = require('./counts');
+const { run } = require('./run');
+
+/**
+ * Runs a folder of script tests over the porting layer that a folder holds, and prints what they
+ * say. variables: of the environment, beside this process's.
+ */
+function runScriptTests(folder, library, variables) {
+  const words = ['test/run-tap.js', folder, '--library', library];
+  const result = run(process.execPath, words, {
+    env: Object.assign({}, process.env, variables),
+    stdio: ['ignore', 'pipe', 'inherit']
+  });
+  process.stdout.write(result.stdout);
+  const count = {
+    passed: numberIn(result.stdout, /(\d+) passed, \d+ failed\s*$/),
+    failed: numberIn(result.stdout, /\d+ passed, (\d+) failed\s*$/)
+  };
+  if (result.status !== 0 && count.failed === 0) count.failed = 1;
+  return count;
+}
+
+module.exports = { runScriptTests };
