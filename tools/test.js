@@ -1,22 +1,25 @@
 'use strict';
 
-// npm test [-- SUITE...]: set-up, build, then the suites named, or all of them; those that take long
-// only in continuous integration, where the variable CI is set. The last line is "N passed, M
-// failed".
+// npm test [-- WORD...]: set-up, build, then the suites named, by themselves or by their group; the
+// ordinary ones if none is, and with them those of the group 'ci' where the variable CI is set, as
+// continuous integration does. The last line is "N passed, M failed".
 
 const { sum } = require('./lib/counts');
 const { Failure, main } = require('./lib/run');
 const { setup } = require('./lib/setup');
 const { suites } = require('./lib/suites');
 
+const isOrdinary = (suite) => !suite.group || (suite.group === 'ci' && Boolean(process.env.CI));
+const isNamedBy = (word) => (suite) => suite.name === word || suite.group === word;
+
 function choose(words) {
-  const unknown = words.find((word) => !suites.some((suite) => suite.name === word));
+  const unknown = words.find((word) => !suites.some(isNamedBy(word)));
   if (unknown) {
     const names = suites.map((suite) => suite.name).join(', ');
     throw new Failure(`there is no suite '${unknown}'; there are ${names}.`);
   }
-  if (words.length === 0) return suites.filter((suite) => process.env.CI || !suite.isLong);
-  return suites.filter((suite) => words.indexOf(suite.name) >= 0);
+  if (words.length === 0) return suites.filter(isOrdinary);
+  return suites.filter((suite) => words.some((word) => isNamedBy(word)(suite)));
 }
 
 main((words) => {

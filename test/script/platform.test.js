@@ -145,7 +145,7 @@ test('a porting layer may lack what enableDTVEvents calls, as long as it isn’t
     quiravent.platformServices.enableDTVEvents();
     say('returned');`;
   const library = path.join(buildFolder, 'recorder', 'without-events');
-  return runScript(source, null, library).then((result) => {
+  return runScript(source, null, { LD_LIBRARY_PATH: library }).then((result) => {
     t.equal(result.stdout, '1 ', 'the module works');
     t.equal(result.code, 127, 'the call is the end');
     t.ok(

@@ -3,6 +3,7 @@
 // What is tested under each script runtime.
 
 const path = require('path');
+const { checkKernels } = require('./armKernels');
 const { sum } = require('./counts');
 const { Failure } = require('./run');
 const { buildFor, fetchRuntime, writeStarter } = require('./runtimes');
@@ -22,7 +23,7 @@ const RUNTIMES = [
   ['x64', '24.11.0', 'build script samples'],
   ['x64', '26.10.0', 'build script samples'],
   ['armv7l', '14.12.0', 'build script'],
-  ['armv7l', '20.11.0', 'build script']
+  ['armv7l', '20.11.0', 'build script kernels']
 ].map((row) => ({
   name: `${row[0]}-${row[1]}`,
   processor: row[0],
@@ -53,7 +54,7 @@ function testScripts(row) {
     QUIRAVENT_RUNTIME: writeStarter(runtime, runtime.build),
     QUIRAVENT_SLOWNESS: String(runtime.processor.slowness)
   };
-  return runScriptTests('test/script', path.join(runtime.build, 'recorder'), variables);
+  return runScriptTests('test/script', path.join(runtime.build, 'recorder'), [], variables);
 }
 
 function testSamplesOf(row) {
@@ -65,7 +66,8 @@ function testSamplesOf(row) {
 const SUITES = [
   { name: 'build', test: testBuild },
   { name: 'script', test: testScripts },
-  { name: 'samples', test: testSamplesOf }
+  { name: 'samples', test: testSamplesOf },
+  { name: 'kernels', test: checkKernels }
 ];
 
 /** What one suite comes to under one runtime; what can't be fetched or built has failed once. */
@@ -95,7 +97,7 @@ function printTable(rows) {
     rows.map((row) => [row.name].concat(row.counts.map(cell)))
   );
   lines.forEach((line) => {
-    const cells = line.slice(1).map((text) => text.padStart(20));
+    const cells = line.slice(1).map((text) => text.padStart(17));
     console.log(line[0].padEnd(16) + cells.join(''));
   });
 }

@@ -5,11 +5,11 @@ const { run } = require('./run');
 
 /**
  * Runs a folder of script tests over the porting layer that a folder holds, and prints what they
- * say. variables: of the environment, beside this process's.
+ * say. words: further ones for run-tap; variables: of the environment, beside this process's.
  */
-function runScriptTests(folder, library, variables) {
-  const words = ['test/run-tap.js', folder, '--library', library];
-  const result = run(process.execPath, words, {
+function runScriptTests(folder, library, words, variables) {
+  const command = ['test/run-tap.js', folder, '--library', library].concat(words || []);
+  const result = run(process.execPath, command, {
     env: Object.assign({}, process.env, variables),
     stdio: ['ignore', 'pipe', 'inherit']
   });

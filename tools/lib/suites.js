@@ -8,6 +8,7 @@ const { build } = require('./build');
 const { numberIn, sum } = require('./counts');
 const { root, run } = require('./run');
 const { testRuntimes } = require('./runtime-suites');
+const { SanitizedRun } = require('./sanitizers');
 const { runScriptTests } = require('./script-tests');
 const { setup } = require('./setup');
 
@@ -32,7 +33,25 @@ function runNative(preset) {
 /** Runs a folder of script tests over the porting layer in a folder of the build. */
 function runScripts(folder, library) {
   build('release');
-  return runScriptTests(folder, path.join('build', 'release', library), {});
+  return runScriptTests(folder, path.join('build', 'release', library));
+}
+
+/** What scripts need of a build: the module, and a device to run it over. */
+const SCRIPT_TARGETS = { recorder: ['script_tests'], '.': ['applications'] };
+
+/** As runScripts, over a build with a sanitizer, each of whose reports counts as a failure. */
+function runSanitizedScripts(preset, folder, library) {
+  build(preset, SCRIPT_TARGETS[library]);
+  const sanitized = new SanitizedRun(preset);
+  const place = path.join(root, 'build', preset);
+  const variables = Object.assign({ QUIRAVENT_BUILD: place }, sanitized.variables());
+  // What the file of the module needs is another thing with a sanitizer.
+  const words = ['--patience', '900', '--without', 'module-file'];
+  const count = runScriptTests(folder, path.join(place, library), words, variables);
+  const reports = sanitized.reports();
+  reports.forEach((text) => process.stdout.write(text));
+  count.failed += reports.length;
+  return count;
 }
 
 /** The module under all runtimes; these, and an emulator, are fetched. */
@@ -42,16 +61,32 @@ function runRuntimes() {
 }
 
 /**
- * In the order in which they are run: what fails fast comes first. isLong: run where it is named, and
- * in continuous integration.
+ * In the order in which they are run: what fails fast comes first. A suite of a group is run when
+ * it, or its group, is asked for; one of the group 'ci' also in continuous integration.
  */
 const suites = [
   { name: 'native', run: () => runNative('release') },
   { name: 'script', run: () => runScripts('test/script', 'recorder') },
+  { name: 'faults', run: () => runScripts('test/faults', 'recorder') },
   { name: 'cli', run: () => runScripts('test/cli', 'bench') },
   { name: 'device', run: () => runScripts('test/device', '.') },
   { name: 'native-sanitized', run: () => runNative('asan') },
-  { name: 'runtimes', run: runRuntimes, isLong: true }
+  {
+    name: 'leaks',
+    run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder')
+  },
+  ...['asan', 'tsan'].map((preset) => ({
+    name: `script-${preset}`,
+    group: 'sanitizers',
+    run: () => runSanitizedScripts(preset, 'test/script', 'recorder')
+  })),
+  ...['asan', 'tsan'].map((preset) => ({
+    name: `device-${preset}`,
+    group: 'sanitizers',
+    run: () => runSanitizedScripts(preset, 'test/device', '.')
+  })),
+  { name: 'native-tsan', group: 'sanitizers', run: () => runNative('tsan') },
+  { name: 'runtimes', group: 'ci', run: runRuntimes }
 ];
 
 module.exports = { suites };

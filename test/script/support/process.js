@@ -22,13 +22,13 @@ const say = (text) => require('fs').writeSync(1, text);
  * once) and `support(name)` (a file of this folder) are known. Resolves with { code, signal, stdout,
  * stderr }; code is null when a signal ended the process, and the other way round.
  *
- * watch(output, child), if given, is called at each piece of output, with all of it so far. library:
- * the folder of another porting layer than this process's.
+ * watch(output, child), if given, is called at each piece of output, with all of it so far;
+ * variables are added to the environment.
  */
-function runScript(source, watch, library) {
+function runScript(source, watch, variables) {
   return new Promise((resolve, reject) => {
     const child = spawn(runtime, ['--expose-gc', '-e', PRELUDE + source], {
-      env: library ? Object.assign({}, process.env, { LD_LIBRARY_PATH: library }) : process.env,
+      env: Object.assign({}, process.env, variables),
       stdio: ['ignore', 'pipe', 'pipe']
     });
     const result = { code: null, signal: null, stdout: '', stderr: '' };
