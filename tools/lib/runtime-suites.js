@@ -70,7 +70,7 @@ const SUITES = [
   { name: 'kernels', test: checkKernels }
 ];
 
-/** What one suite comes to under one runtime; what can't be fetched or built has failed once. */
+/** What one suite comes to under one runtime; what can't be fetched or built fails. */
 function attempt(suite, row) {
   const start = Date.now();
   let count;
@@ -85,6 +85,18 @@ function attempt(suite, row) {
   const result = `${count.passed} passed, ${count.failed} failed`;
   console.log(`# ${row.name} ${suite.name}: ${result} (${seconds} s)`);
   return count;
+}
+
+/** One count for each of the suites, null where the row hasn't it. */
+function testRow(row) {
+  let isBuilt = true;
+  return SUITES.map((suite) => {
+    if (row.suites.split(' ').indexOf(suite.name) < 0) return null;
+    // What can't be run has failed, too.
+    const count = isBuilt ? attempt(suite, row) : { passed: 0, failed: 1 };
+    if (suite.name === 'build') isBuilt = count.failed === 0;
+    return count;
+  });
 }
 
 function cell(count) {
@@ -113,11 +125,7 @@ function testRuntimes(names) {
     throw new Failure(`there is no runtime '${unknown}'; there are ${known}.`);
   }
   const chosen = RUNTIMES.filter((row) => names.length === 0 || names.indexOf(row.name) >= 0);
-  const rows = chosen.map((row) => {
-    const wanted = (suite) => row.suites.split(' ').indexOf(suite.name) >= 0;
-    const counts = SUITES.map((suite) => (wanted(suite) ? attempt(suite, row) : null));
-    return { name: row.name, counts };
-  });
+  const rows = chosen.map((row) => ({ name: row.name, counts: testRow(row) }));
   console.log('');
   printTable(rows);
   const all = rows.map((row) => row.counts.filter((count) => count));
