@@ -10,10 +10,11 @@ const { mustRun } = require('./run');
 const { definedSymbols } = require('./symbols');
 
 /**
- * What a library of the device may take: instances of templates of the C++ library. By the rules of
- * the language a process has one of each, which is the same whoever has brought it.
+ * What a library of the device may take: instances of templates of the C++ library, of which a
+ * process has one by the rules of the language, whoever has brought it; and the program's beginning,
+ * which libraries for sound look for without need.
  */
-const SHARED = /^_ZN?K?St/;
+const SHARED = /^(_ZN?K?St.*|main)$/;
 
 /** The module takes from the runtime by design. */
 const MODULE = 'quiravent.node';

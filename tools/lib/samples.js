@@ -47,9 +47,11 @@ function inFolder(use) {
   }
 }
 
-/** Runs an example with the module that a folder holds; answers as run does. */
-function runExample(runtime, folder, words, variables) {
-  const parameters = ['-r', path.join(root, 'tools', 'samples', 'frozen-date.js')];
+/**
+ * Runs an example with the module that a folder holds; answers as run does. prefix: words before the
+ * runtime's program.
+ */
+function runExample(runtime, folder, words, variables, prefix) {
   const env = Object.assign({}, process.env, {
     LD_LIBRARY_PATH: desktop,
     NODE_PATH: path.join(folder, 'node_modules'),
@@ -58,11 +60,12 @@ function runExample(runtime, folder, words, variables) {
     QUIRAVENT_STORAGE: path.join(folder, 'store'),
     TZ: 'UTC'
   });
-  return run(
-    runtime.program,
-    parameters.concat(path.join(root, 'examples', words[0]), words.slice(1)),
-    { capture: true, env: Object.assign(env, variables) }
+  const command = (prefix || []).concat(
+    [runtime.program, '-r', path.join(root, 'tools', 'samples', 'frozen-date.js')],
+    [path.join(root, 'examples', words[0])],
+    words.slice(1)
   );
+  return run(command[0], command.slice(1), { capture: true, env: Object.assign(env, variables) });
 }
 
 /** The digests of all pictures of a run, in their order; a Failure where it complained. */
@@ -97,14 +100,21 @@ function differenceOf(pictures, expected) {
   return first < 0 ? '' : `picture ${first} differs`;
 }
 
+/** The words before a program and the variables that give it a window. */
+const WINDOW = {
+  prefix: [process.execPath, path.join(root, 'tools', 'samples', 'with-display.js')],
+  variables: { QUIRAVENT_DISPLAY: 'window' }
+};
+const HEADLESS = { prefix: [], variables: {} };
+
 /** What the libraries of a device, given by its porting layer, take of the runtime's own. */
-function takenBy(layer, runtime) {
+function takenBy(layer, runtime, screen) {
   return inFolder((folder) => {
     fs.symlinkSync(layer, path.join(folder, 'libquiravent_porting_layer.so'));
     fs.symlinkSync(device, path.join(folder, 'libquiravent_desktop.so'));
     const log = path.join(folder, 'bindings');
-    const variables = Object.assign({ LD_LIBRARY_PATH: folder }, logVariables(log));
-    const result = runExample(runtime, folder, ['hello', '0'], variables);
+    const variables = Object.assign({ LD_LIBRARY_PATH: folder }, screen.variables, logVariables(log));
+    const result = runExample(runtime, folder, ['hello', '0'], variables, screen.prefix);
     if (result.status !== 0) throw new Failure(`ended with ${result.status}: ${result.stderr}`);
     return takenFrom(runtime.program, log);
   });
@@ -112,8 +122,9 @@ function takenBy(layer, runtime) {
 
 /** The device as it is opened takes nothing; if it were linked plainly it would. */
 function bindingFault(runtime) {
-  const taken = takenBy(path.join(desktop, 'libquiravent_porting_layer.so'), runtime);
-  const plainly = takenBy(device, runtime);
+  const layer = path.join(desktop, 'libquiravent_porting_layer.so');
+  const taken = takenBy(layer, runtime, HEADLESS).concat(takenBy(layer, runtime, WINDOW));
+  const plainly = takenBy(device, runtime, HEADLESS);
   console.log(
     `# ${runtime.name}: the device takes ${taken.length} symbols from the runtime; opened plainly it ` +
       `would take ${plainly.length}`
