@@ -24,7 +24,7 @@ function makeFolder(folder) {
 
 function copy(from, to) {
   makeFolder(path.dirname(to));
-  fs.copyFileSync(from, to);
+  fs.writeFileSync(to, fs.readFileSync(from));
 }
 
 /** Where in the package a file of the project lies; null if it isn't there. */
