@@ -4,9 +4,9 @@
 // stripped as build/armhf/quiravent.node, with its symbols beside it for a debugger, and as a
 // package folder to be copied to a device. Tells what makes up its size.
 
-const fs = require('fs');
 const path = require('path');
 const { check } = require('./check-module');
+const { makePackage } = require('./lib/device-package');
 const { main, mustRun, root } = require('./lib/run');
 const { fetchRuntime } = require('./lib/runtimes');
 const { setup } = require('./lib/setup');
@@ -19,6 +19,7 @@ const INTERFACE = 51;
 const folder = path.join(root, 'build', 'armhf');
 const built = path.join(folder, 'quiravent.node');
 const symbols = `${built}.debug`;
+const packageFolder = path.join(folder, 'package');
 
 function compile(runtime) {
   const headers = `-DNODE_HEADERS=${runtime.headers}`;
@@ -30,46 +31,13 @@ function compile(runtime) {
   mustRun('arm-linux-gnueabihf-strip', [built]);
 }
 
-/** Copies a file of the project to its place in the package. */
-function copy(from, to) {
-  const target = path.join(folder, 'package', to);
-  fs.mkdirSync(path.dirname(target), { recursive: true });
-  fs.copyFileSync(path.join(root, from), target);
-}
-
-function writeManifest() {
-  const own = require(path.join(root, 'package.json'));
-  const manifest = {
-    name: own.name,
-    version: own.version,
-    description: own.description,
-    license: own.license,
-    main: own.main,
-    types: own.types,
-    exports: own.exports,
-    os: ['linux'],
-    cpu: ['arm']
-  };
-  const text = JSON.stringify(manifest, null, 2) + '\n';
-  fs.writeFileSync(path.join(folder, 'package', 'package.json'), text);
-}
-
-function assemble() {
-  mustRun('rm', ['-rf', path.join(folder, 'package')]);
-  copy('build/armhf/quiravent.node', 'quiravent.node');
-  fs.readdirSync(path.join(root, 'lib')).forEach((name) => copy(`lib/${name}`, `lib/${name}`));
-  copy('docs/application-guide.md', 'docs/application-guide.md');
-  copy('docs/on-a-device.md', 'README.md');
-  copy('LICENSE', 'LICENSE');
-  writeManifest();
-}
-
 main(() => {
   setup(['build', 'arm']);
   const runtime = fetchRuntime('x64', RUNTIME);
   compile(runtime);
   check(built, folder, INTERFACE, runtime.program);
-  assemble();
+  mustRun('rm', ['-rf', packageFolder]);
+  makePackage(packageFolder, built, 'arm');
   console.log(describeSize(built, symbols));
-  console.log(`\nThe package for a device is in ${path.join(folder, 'package')}`);
+  console.log(`\nThe package for a device is in ${packageFolder}`);
 });

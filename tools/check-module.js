@@ -31,7 +31,8 @@ function recordOf(abi) {
     data: false,
     next: false,
     writable: true,
-    registrations: 1
+    registrations: 1,
+    isLast: true
   };
 }
 

@@ -1,12 +1,15 @@
 'use strict';
 
 // npm test [-- WORD...]: set-up, build, then the suites named, by themselves or by their group; the
-// ordinary ones if none is. The last line is "N passed, M failed".
+// ordinary ones if none is, and with them those of the group 'ci' where the variable CI is set, as
+// continuous integration does. The last line is "N passed, M failed".
 
+const { sum } = require('./lib/counts');
 const { Failure, main } = require('./lib/run');
 const { setup } = require('./lib/setup');
-const { suites, sum } = require('./lib/suites');
+const { suites } = require('./lib/suites');
 
+const isOrdinary = (suite) => !suite.group || (suite.group === 'ci' && Boolean(process.env.CI));
 const isNamedBy = (word) => (suite) => suite.name === word || suite.group === word;
 
 function choose(words) {
@@ -15,7 +18,7 @@ function choose(words) {
     const names = suites.map((suite) => suite.name).join(', ');
     throw new Failure(`there is no suite '${unknown}'; there are ${names}.`);
   }
-  if (words.length === 0) return suites.filter((suite) => !suite.group);
+  if (words.length === 0) return suites.filter(isOrdinary);
   return suites.filter((suite) => words.some((word) => isNamedBy(word)(suite)));
 }
 
@@ -24,8 +27,11 @@ main((words) => {
   setup(['build']);
   const counts = chosen.map((suite) => {
     console.log(`\n# ${suite.name}`);
+    const start = Date.now();
     const count = suite.run();
-    console.log(`# ${suite.name}: ${count.passed} passed, ${count.failed} failed`);
+    const seconds = Math.round((Date.now() - start) / 1000);
+    const result = `${count.passed} passed, ${count.failed} failed`;
+    console.log(`# ${suite.name}: ${result} (${seconds} s)`);
     return count;
   });
   const total = sum(counts);

@@ -1,8 +1,11 @@
 #include "AdPlayer.h"
 
 #include "PlayerCalls.h"
+#include "support/InitOrder.h"
 
-const quiravent::ComponentNames AdPlayer::s_componentNames = quiravent::MakeComponentNames();
+const quiravent::ComponentNames AdPlayer::s_componentNames
+    __attribute__((init_priority(quiravent::kAdPlayerComponents))) =
+        quiravent::MakeComponentNames();
 
 using quiravent::CallPlayer;
 

@@ -4,9 +4,10 @@
 
 #include "Font.h"
 #include "NativeError.h"
+#include "support/InitOrder.h"
 
 Canvas* Canvas::s_target = nullptr;
-std::set<const Canvas*> Canvas::s_set;
+std::set<const Canvas*> Canvas::s_set __attribute__((init_priority(quiravent::kCanvases)));
 std::recursive_mutex Canvas::s_set_mutex;
 
 namespace {

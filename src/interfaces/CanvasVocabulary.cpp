@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Canvas.h"
+#include "support/InitOrder.h"
 
 namespace {
 
@@ -223,8 +224,10 @@ s_pl_gfx_color NamedColor(const std::map<std::string, uint32_t>& colors, std::st
 
 }  // namespace
 
-const std::map<std::string, uint32_t> Canvas::s_colors = MapOf(kColors);
-const std::map<std::string, e_pl_fgx_porter_duff> Canvas::s_porter_duff_modes = MapOf(kModes);
+const std::map<std::string, uint32_t> Canvas::s_colors
+    __attribute__((init_priority(quiravent::kColors))) = MapOf(kColors);
+const std::map<std::string, e_pl_fgx_porter_duff> Canvas::s_porter_duff_modes
+    __attribute__((init_priority(quiravent::kBlendModes))) = MapOf(kModes);
 
 void Canvas::SetColor(const std::string& text) {
     // The comparison is of spellings: a colour set by numbers in between doesn't count, and the

@@ -3,10 +3,11 @@
 #include "Canvas.h"
 #include "NativeError.h"
 #include "porting/pl_gfx.h"
+#include "support/InitOrder.h"
 
-std::set<const Font*> Font::s_set;
+std::set<const Font*> Font::s_set __attribute__((init_priority(quiravent::kFonts)));
 std::recursive_mutex Font::s_set_mutex;
-std::set<Canvas*> Font::s_set_canvas;
+std::set<Canvas*> Font::s_set_canvas __attribute__((init_priority(quiravent::kCanvasesWithFont)));
 std::recursive_mutex Font::s_set_canvas_mutex;
 
 namespace {

@@ -3,9 +3,12 @@
 #include "Canvas.h"
 #include "MakeOrNull.h"
 #include "PlayerCalls.h"
+#include "support/InitOrder.h"
 #include "support/Kept.h"
 
-const quiravent::ComponentNames MediaPlayer::s_componentNames = quiravent::MakeComponentNames();
+const quiravent::ComponentNames MediaPlayer::s_componentNames
+    __attribute__((init_priority(quiravent::kMediaPlayerComponents))) =
+        quiravent::MakeComponentNames();
 
 using quiravent::CallPlayer;
 

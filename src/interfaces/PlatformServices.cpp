@@ -6,8 +6,10 @@
 
 #include "InputWorker.h"
 #include "ServiceSelectorChannel.h"
+#include "support/InitOrder.h"
 
-std::map<std::string, std::string> PlatformServices::s_properties;
+std::map<std::string, std::string> PlatformServices::s_properties
+    __attribute__((init_priority(quiravent::kProperties)));
 
 namespace {
 

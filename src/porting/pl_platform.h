@@ -15,9 +15,10 @@ struct s_pl_platform_properties {
     const char** keys;
     const char** values;
 };
-static_assert(offsetof(s_pl_platform_properties, keys) == sizeof(void*) &&
+static_assert(sizeof(s_pl_platform_properties) == 3 * sizeof(void*) &&
+                  offsetof(s_pl_platform_properties, keys) == sizeof(void*) &&
                   offsetof(s_pl_platform_properties, values) == 2 * sizeof(void*),
-              "a word and two pointers");
+              "a count and two pointers, each in a machine word's place");
 
 /// How much of the device the application has. Which state may follow which is the platform's
 /// business.

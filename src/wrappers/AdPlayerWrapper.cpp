@@ -1,10 +1,12 @@
 #include "AdPlayerWrapper.h"
 
+#include "support/InitOrder.h"
 #include "support/PlayerMethods.h"
 
 using namespace quiravent;
 
-Nan::Persistent<v8::Function> AdPlayerWrapper::constructor;
+Nan::Persistent<v8::Function> AdPlayerWrapper::constructor
+    __attribute__((init_priority(quiravent::kAdPlayerConstructor)));
 
 namespace {
 

@@ -5,11 +5,13 @@
 #include "FontWrapper.h"
 #include "support/Arguments.h"
 #include "support/Errors.h"
+#include "support/InitOrder.h"
 #include "support/Results.h"
 
 using namespace quiravent;
 
-Nan::Persistent<v8::Function> CanvasWrapper::constructor;
+Nan::Persistent<v8::Function> CanvasWrapper::constructor
+    __attribute__((init_priority(quiravent::kCanvasConstructor)));
 
 CanvasWrapper::~CanvasWrapper() {
     if (native()->IsTarget()) return;

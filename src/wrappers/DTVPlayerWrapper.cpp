@@ -2,10 +2,12 @@
 
 #include "support/Arguments.h"
 #include "support/Errors.h"
+#include "support/InitOrder.h"
 
 using namespace quiravent;
 
-Nan::Persistent<v8::Function> DTVPlayerWrapper::constructor;
+Nan::Persistent<v8::Function> DTVPlayerWrapper::constructor
+    __attribute__((init_priority(quiravent::kDtvPlayerConstructor)));
 
 namespace {
 

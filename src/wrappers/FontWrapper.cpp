@@ -1,3 +1,5 @@
 #include "FontWrapper.h"
+#include "support/InitOrder.h"
 
-Nan::Persistent<v8::Function> FontWrapper::constructor;
+Nan::Persistent<v8::Function> FontWrapper::constructor
+    __attribute__((init_priority(quiravent::kFontConstructor)));

@@ -4,11 +4,13 @@
 #include <cstring>
 
 #include "support/Errors.h"
+#include "support/InitOrder.h"
 #include "support/PlayerMethods.h"
 
 using namespace quiravent;
 
-Nan::Persistent<v8::Function> MediaPlayerWrapper::constructor;
+Nan::Persistent<v8::Function> MediaPlayerWrapper::constructor
+    __attribute__((init_priority(quiravent::kMediaPlayerConstructor)));
 
 namespace {
 

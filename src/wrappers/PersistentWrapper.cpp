@@ -4,10 +4,12 @@
 #include <string>
 
 #include "support/Arguments.h"
+#include "support/InitOrder.h"
 
 using namespace quiravent;
 
-Nan::Persistent<v8::Function> PersistentWrapper::constructor;
+Nan::Persistent<v8::Function> PersistentWrapper::constructor
+    __attribute__((init_priority(quiravent::kPersistentConstructor)));
 
 namespace {
 

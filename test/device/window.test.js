@@ -9,6 +9,7 @@ const path = require('path');
 const { spawn, spawnSync } = require('child_process');
 const test = require('tape');
 const { drawArtwork } = require('../../tools/artwork/draw');
+const { startDisplay } = require('./support/display');
 
 const root = path.join(__dirname, '..', '..');
 const application = ['examples/home', '--still', '--time', '2025-11-21T20:47'];
@@ -22,18 +23,6 @@ const KEYS = [
   ['BackSpace', 'GoBack'],
   ['F4', 'ColorF3Blue']
 ];
-
-/** Starts an X server; resolves with { display, stop() } once it answers. */
-function startDisplay() {
-  return new Promise((resolve, reject) => {
-    const words = ['-displayfd', '3', '-screen', '0', '1400x900x24', '-nolisten', 'tcp'];
-    const server = spawn('Xvfb', words, { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] });
-    server.on('error', reject);
-    server.stdio[3].once('data', (number) =>
-      resolve({ display: `:${String(number).trim()}`, stop: () => server.kill() })
-    );
-  });
-}
 
 function launcher(words, variables) {
   const env = Object.assign({}, process.env, variables);

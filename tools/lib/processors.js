@@ -3,17 +3,15 @@
 // The processors that the module is built for: what a build and a run on this machine need.
 
 const fs = require('fs');
-const path = require('path');
-const { root } = require('./run');
 
 /**
- * By npm's names. slowness: how many times slower an emulated one is taken to be; it makes the
- * tests wait longer and load less.
+ * By npm's names. preset: that of CMake. slowness: how many times slower an emulated one is taken to
+ * be, which makes the tests wait longer and load less.
  */
 const processors = {
-  x64: { cmake: [], emulator: [], slowness: 1 },
+  x64: { preset: 'release', emulator: [], slowness: 1 },
   armv7l: {
-    cmake: [`-DCMAKE_TOOLCHAIN_FILE=${path.join(root, 'cmake', 'toolchains', 'armhf.cmake')}`],
+    preset: 'armhf',
     emulator: ['qemu-arm-static', '-L', '/usr/arm-linux-gnueabihf'],
     slowness: 8
   }

@@ -13,6 +13,21 @@ const cache =
   process.env.QUIRAVENT_CACHE ||
   path.join(process.env.XDG_CACHE_HOME || path.join(os.homedir(), '.cache'), 'quiravent');
 
+/** Unpacks the package that holds a runtime into a folder, which is there whole or not at all. */
+function unpack(processor, version, folder) {
+  fs.mkdirSync(path.dirname(folder), { recursive: true });
+  const work = fs.mkdtempSync(path.join(path.dirname(folder), 'fetch-'));
+  try {
+    const words = ['pack', `node-linux-${processor}@${version}`, '--loglevel=error'];
+    mustRun('npm', words.concat('--pack-destination', work), { capture: true });
+    const archive = path.join(work, fs.readdirSync(work)[0]);
+    mustRun('tar', ['-xzf', archive, '-C', work], { capture: true });
+    fs.renameSync(path.join(work, 'package'), folder);
+  } finally {
+    mustRun('rm', ['-rf', work]);
+  }
+}
+
 /**
  * Fetches a runtime unless it is in the cache.
  * @returns {{name: string, processor: object, program: string, headers: string}}
@@ -22,15 +37,7 @@ function fetchRuntime(processor, version) {
   const folder = path.join(cache, 'runtimes', name);
   if (!fs.existsSync(path.join(folder, 'bin', 'node'))) {
     console.log(`Fetching runtime ${name}`);
-    fs.mkdirSync(path.dirname(folder), { recursive: true });
-    const work = fs.mkdtempSync(path.join(path.dirname(folder), 'fetch-'));
-    const words = ['pack', `node-linux-${processor}@${version}`, '--silent'];
-    mustRun('npm', words.concat('--pack-destination', work), { capture: true });
-    const archive = path.join(work, fs.readdirSync(work)[0]);
-    mustRun('tar', ['-xzf', archive, '-C', work], { capture: true });
-    // Renamed whole, so that an interrupted fetch leaves nothing that looks complete.
-    fs.renameSync(path.join(work, 'package'), folder);
-    mustRun('rm', ['-rf', work]);
+    unpack(processor, version, folder);
   }
   return {
     name,
@@ -44,14 +51,16 @@ function fetchRuntime(processor, version) {
 function buildFor(runtime, targets) {
   const folder = path.join(root, 'build', 'runtimes', runtime.name);
   if (!fs.existsSync(path.join(folder, 'build.ninja'))) {
-    const words = ['-S', root, '-B', folder, '-G', 'Ninja', '-DCMAKE_BUILD_TYPE=Release'];
     const options = [
       `-DNODE_HEADERS=${runtime.headers}`,
       '-DQUIRAVENT_DESKTOP=OFF',
+      '-DQUIRAVENT_RECORDER=ON',
       '-DQUIRAVENT_TESTS=OFF',
-      '-DQUIRAVENT_BENCH=OFF'
+      '-DQUIRAVENT_BENCH=OFF',
+      '-DQUIRAVENT_PRECOMPILE=ON'
     ];
-    mustRun('cmake', words.concat(options, runtime.processor.cmake), { capture: true });
+    const words = ['--preset', runtime.processor.preset, '-B', folder];
+    mustRun('cmake', words.concat(options), { capture: true });
   }
   mustRun('cmake', ['--build', folder, '--target'].concat(targets), { capture: true });
   return folder;

@@ -5,24 +5,13 @@
 const fs = require('fs');
 const path = require('path');
 const { build } = require('./build');
+const { countsOf, numberIn, sum } = require('./counts');
 const { fuzz, targets } = require('./fuzz');
 const { root, run } = require('./run');
+const { testRuntimes } = require('./runtime-suites');
 const { SanitizedRun } = require('./sanitizers');
-
-function sum(counts) {
-  return counts.reduce(
-    (total, count) => ({
-      passed: total.passed + count.passed,
-      failed: total.failed + count.failed
-    }),
-    { passed: 0, failed: 0 }
-  );
-}
-
-function numberIn(text, pattern) {
-  const found = text.match(pattern);
-  return found ? Number(found[1]) : 0;
-}
+const { runScriptTests } = require('./script-tests');
+const { setup } = require('./setup');
 
 /** Runs one GoogleTest program; its output is shown when it fails. */
 function runNativeProgram(program) {
@@ -42,38 +31,14 @@ function runNative(preset) {
   return sum(programs.map((name) => runNativeProgram(path.join(folder, name))));
 }
 
-/** The counts that a tool writes as its last line. */
-function countsOf(result) {
-  const count = {
-    passed: numberIn(result.stdout, /(\d+) passed, \d+ failed\s*$/),
-    failed: numberIn(result.stdout, /\d+ passed, (\d+) failed\s*$/)
-  };
-  if (result.status !== 0 && count.failed === 0) count.failed = 1;
-  return count;
-}
-
-/** Runs a folder of script tests; words: further ones for run-tap. */
-function runTap(folder, library, words, variables) {
-  const command = ['test/run-tap.js', folder, '--library', library].concat(words || []);
-  const result = run(process.execPath, command, {
-    stdio: ['ignore', 'pipe', 'inherit'],
-    env: Object.assign({}, process.env, variables)
-  });
-  process.stdout.write(result.stdout);
-  return countsOf(result);
-}
-
 /** Runs a folder of script tests over the porting layer in a folder of the build. */
 function runScripts(folder, library) {
   build('release');
-  return runTap(folder, path.join('build', 'release', library));
+  return runScriptTests(folder, path.join('build', 'release', library));
 }
 
 /** What scripts need of a build: the module, and a device to run it over. */
-const SCRIPT_TARGETS = {
-  recorder: ['quiravent', 'recorder', 'recorder_addon'],
-  '.': ['applications']
-};
+const SCRIPT_TARGETS = { recorder: ['script_tests'], '.': ['applications'] };
 
 /** As runScripts, over a build with a sanitizer, each of whose reports counts as a failure. */
 function runSanitizedScripts(preset, folder, library) {
@@ -83,7 +48,7 @@ function runSanitizedScripts(preset, folder, library) {
   const variables = Object.assign({ QUIRAVENT_BUILD: place }, sanitized.variables());
   // What the file of the module needs is another thing with a sanitizer.
   const words = ['--without', 'module-file'];
-  const count = runTap(folder, path.join(place, library), words, variables);
+  const count = runScriptTests(folder, path.join(place, library), words, variables);
   const reports = sanitized.reports();
   reports.forEach((text) => process.stdout.write(text));
   count.failed += reports.length;
@@ -106,9 +71,15 @@ function sanitizedSuites(name, library) {
   }));
 }
 
+/** The module under all runtimes; these, and an emulator, are fetched. */
+function runRuntimes() {
+  setup(['arm']);
+  return testRuntimes([]);
+}
+
 /**
- * In the order in which they are run: what fails fast comes first. A suite of the group
- * 'sanitizers' is run when it, or its group, is asked for.
+ * In the order in which they are run: what fails fast comes first. A suite of a group is run when
+ * it, or its group, is asked for; one of the group 'ci' also in continuous integration.
  */
 const suites = [
   { name: 'native', run: () => runNative('release') },
@@ -123,7 +94,8 @@ const suites = [
   ...sanitizedSuites('script', 'recorder'),
   ...sanitizedSuites('faults', 'recorder'),
   ...sanitizedSuites('device', '.'),
-  { name: 'native-tsan', group: 'sanitizers', run: () => runNative('tsan') }
+  { name: 'native-tsan', group: 'sanitizers', run: () => runNative('tsan') },
+  { name: 'runtimes', group: 'ci', run: runRuntimes }
 ];
 
-module.exports = { suites, sum };
+module.exports = { suites };

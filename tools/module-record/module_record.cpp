@@ -26,6 +26,10 @@ struct Record {
 Record* registered = nullptr;
 int registrations = 0;
 
+/// How many static objects were made, by the calls that ask for taking them down at exit.
+int statics = 0;
+int staticsAtRegistration = 0;
+
 /// An address, and whether it was found in a segment that can be written.
 struct Search {
     uintptr_t address;
@@ -67,8 +71,8 @@ void print(const Record& record) {
                 truth(record.initialiseContext != nullptr));
     std::printf("\"name\":\"%s\",\"data\":%s,\"next\":%s,", record.name,
                 truth(record.data != nullptr), truth(record.next != nullptr));
-    std::printf("\"writable\":%s,\"registrations\":%d}\n", truth(isWritable(&record)),
-                registrations);
+    std::printf("\"writable\":%s,\"registrations\":%d,\"isLast\":%s}\n", truth(isWritable(&record)),
+                registrations, truth(statics == staticsAtRegistration));
 }
 
 }  // namespace
@@ -76,6 +80,19 @@ void print(const Record& record) {
 extern "C" __attribute__((visibility("default"))) void node_module_register(void* record) {
     registered = static_cast<Record*>(record);
     ++registrations;
+    staticsAtRegistration = statics;
+}
+
+// In place of the C library's; the name that ARM has for it, and the others'.
+extern "C" __attribute__((visibility("default"))) int __aeabi_atexit(void*, void (*)(void*),
+                                                                     void*) {
+    ++statics;
+    return 0;
+}
+
+extern "C" __attribute__((visibility("default"))) int __cxa_atexit(void (*)(void*), void*, void*) {
+    ++statics;
+    return 0;
 }
 
 int main(int count, char** words) {
