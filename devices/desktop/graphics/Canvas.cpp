@@ -6,16 +6,18 @@
 
 #include "graphics/PixelMath.h"
 #include "graphics/Shapes.h"
+#include "graphics/ThinLine.h"
 
 namespace quiravent::desktop {
 
-Canvas::Canvas(std::shared_ptr<Surface> surface)
+Canvas::Canvas(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled)
     : m_surface(std::move(surface)),
+      m_scaled(std::move(scaled)),
       m_surfaceBox{0, 0, m_surface->width(), m_surface->height()},
       m_kernels(kernels()),
       m_clip{0, 0, m_surface->width(), m_surface->height()},
       m_bounds(m_surfaceBox),
-      m_fillRow(m_kernels.fill) {}
+      m_fill(m_kernels.fill) {}
 
 void Canvas::setColor(const Color& color) {
     m_color = color;
@@ -50,7 +52,7 @@ void Canvas::setPorterDuff(uint32_t code) {
 void Canvas::resolvePaint() {
     m_source = scalePixel(m_premultiplied, m_opacity);
     const bool replaces = m_mode == kSourceOver && alphaOf(m_source) == 255;
-    m_fillRow = replaces ? m_kernels.fill : m_kernels.modes[m_mode].fill;
+    m_fill = replaces ? m_kernels.fill : m_kernels.modes[m_mode].fill;
     m_invisible = alphaOf(m_source) == 0 && transparentIsIgnored();
 }
 
@@ -67,10 +69,7 @@ void Canvas::drew(bool sourceOpaque, bool wholeSurface) {
 void Canvas::fillBox(const Box& box) {
     const Box visible = intersection(box, m_bounds);
     if (visible.empty() || m_invisible) return;
-    const auto width = static_cast<size_t>(visible.width());
-    for (int64_t y = visible.top; y < visible.bottom; ++y) {
-        m_fillRow(pixelsAt(visible.left, y), width, m_source);
-    }
+    m_fill(blockAt(visible), m_source);
     drew(alphaOf(m_source) == 255, visible == m_surfaceBox);
 }
 
@@ -79,10 +78,7 @@ void Canvas::fillRect(const Rect& rect) { fillBox(toBox(rect)); }
 void Canvas::clearRect(const Rect& rect) {
     const Box visible = intersection(toBox(rect), m_bounds);
     if (visible.empty()) return;
-    const auto width = static_cast<size_t>(visible.width());
-    for (int64_t y = visible.top; y < visible.bottom; ++y) {
-        m_kernels.fill(pixelsAt(visible.left, y), width, 0);
-    }
+    m_kernels.fill(blockAt(visible), 0);
     m_surface->touch();
     m_surface->setOpaque(false);
 }
@@ -109,8 +105,22 @@ void Canvas::drawLine(uint32_t x1, uint32_t y1, uint32_t x2, uint32_t y2) {
     }
     const Box visible = intersection(bounds, m_bounds);
     if (visible.empty() || m_invisible) return;
+    const ThinLine line(fromX, fromY, toX, toY);
+    m_coverage.resize(std::max(m_coverage.size(), static_cast<size_t>(m_bounds.width())));
+    paintEnd(line.start(), fromX, fromY, toX, toY);
+    paintEnd(line.end(), fromX, fromY, toX, toY);
+    const FillMask fillMask = m_kernels.modes[m_mode].fillMask;
+    line.cover(m_bounds, m_coverage.data(), [&](const ThinLine::Run& run) {
+        fillMask({pixelsAt(run.x, run.y), 0, run.length, 1}, run.coverage, 0, m_source);
+    });
+    drew(alphaOf(m_source) == 255, false);
+}
+
+void Canvas::paintEnd(const Box& end, int64_t x1, int64_t y1, int64_t x2, int64_t y2) {
+    const Box visible = intersection(end, m_bounds);
+    if (visible.empty()) return;
     m_rasterizer.start(visible);
-    addLine(m_rasterizer, fromX, fromY, toX, toY);
+    addLine(m_rasterizer, x1, y1, x2, y2);
     paintShape();
 }
 

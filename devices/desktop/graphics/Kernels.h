@@ -60,7 +60,7 @@ struct PixelBlock {
 /// mode is applied, then the result replaces the destination in the proportion of the coverage.
 /// Each of those steps is rounded once, to nearest, so that every implementation agrees bit for
 /// bit.
-using FillRow = void (*)(uint32_t* destination, size_t count, uint32_t color);
+using Fill = void (*)(const PixelBlock& block, uint32_t color);
 using ComposeRow = void (*)(uint32_t* destination, const uint32_t* source, size_t count,
                             uint32_t opacity);
 using FillMask = void (*)(const PixelBlock& block, const uint8_t* mask, size_t maskStride,
@@ -72,7 +72,7 @@ using FillSpansRow = void (*)(uint32_t* row, const CoverageSpan* spans, size_t c
 
 /// The row operations of one Porter-Duff mode.
 struct ModeKernels {
-    FillRow fill;
+    Fill fill;
     ComposeRow compose;
     FillMask fillMask;
     ComposeMaskRow composeMask;
@@ -83,7 +83,7 @@ struct ModeKernels {
 struct Kernels {
     ModeKernels modes[kPorterDuffModes];  ///< by mode code
 
-    FillRow fill;     ///< stores the colour, whatever its alpha
+    Fill fill;        ///< stores the colour, whatever its alpha
     ComposeRow copy;  ///< stores the source; ignores opacity
     ComposeRow over;  ///< source-over; ignores opacity
     ComposeRow fade;  ///< source-over of an opaque source by opacity, rounded once

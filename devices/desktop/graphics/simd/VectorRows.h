@@ -70,23 +70,36 @@ static inline bool storesColor(uint32_t color) {
 }
 
 template <class V>
-void storeColor(uint32_t* destination, size_t count, uint32_t color) {
+static inline void storeRow(uint32_t* row, size_t count, PixelsOf<V> pixels) {
+    for (; count >= V::kPixels; count -= V::kPixels, row += V::kPixels) V::store(row, pixels);
+    if (count != 0) V::storePart(row, pixels, count);
+}
+
+template <class V>
+void storeColor(const PixelBlock& block, uint32_t color) {
     const auto pixels = V::splat(color);
-    for (; count >= V::kPixels; count -= V::kPixels, destination += V::kPixels) {
-        V::store(destination, pixels);
+    uint32_t* row = block.pixels;
+    for (size_t y = 0; y < block.height; ++y, row += block.stride) {
+        storeRow<V>(row, block.width, pixels);
     }
-    if (count != 0) V::storePart(destination, pixels, count);
 }
 
 template <class V, uint32_t mode>
-void fillRow(uint32_t* destination, size_t count, uint32_t color) {
-    const auto source = V::splat(color);
-    for (; count >= V::kPixels; count -= V::kPixels, destination += V::kPixels) {
-        V::store(destination, blendPixels<V, mode>(source, V::load(destination)));
+static inline void fillRow(uint32_t* row, size_t count, PixelsOf<V> source) {
+    for (; count >= V::kPixels; count -= V::kPixels, row += V::kPixels) {
+        V::store(row, blendPixels<V, mode>(source, V::load(row)));
     }
     if (count == 0) return;
-    const auto before = V::loadPart(destination, count);
-    V::storePart(destination, blendPixels<V, mode>(source, before), count);
+    V::storePart(row, blendPixels<V, mode>(source, V::loadPart(row, count)), count);
+}
+
+template <class V, uint32_t mode>
+void fill(const PixelBlock& block, uint32_t color) {
+    const auto source = V::splat(color);
+    uint32_t* row = block.pixels;
+    for (size_t y = 0; y < block.height; ++y, row += block.stride) {
+        fillRow<V, mode>(row, block.width, source);
+    }
 }
 
 /// Calls combine(source, destination) for the pixels of two rows and stores what it gives.
@@ -195,9 +208,9 @@ void fillSpansRow(uint32_t* row, const CoverageSpan* spans, size_t count, uint32
         } else if (span->coverage != 255) {
             fillSpan<V, mode>(pixels, span->length, span->coverage, color);
         } else if (stores) {
-            storeColor<V>(pixels, span->length, color);
+            storeRow<V>(pixels, span->length, V::splat(color));
         } else {
-            fillRow<V, mode>(pixels, span->length, color);
+            fillRow<V, mode>(pixels, span->length, V::splat(color));
         }
     }
 }
@@ -267,8 +280,8 @@ void mixRows(uint32_t* destination, const uint32_t* const* rows, const int16_t* 
 
 template <class V, uint32_t mode>
 static inline ModeKernels modeRows() {
-    return {mode == kSource ? storeColor<V> : fillRow<V, mode>, composeRow<V, mode>,
-            fillMask<V, mode>, composeMaskRow<V, mode>, fillSpansRow<V, mode>};
+    return {mode == kSource ? storeColor<V> : fill<V, mode>, composeRow<V, mode>, fillMask<V, mode>,
+            composeMaskRow<V, mode>, fillSpansRow<V, mode>};
 }
 
 /// `base` with the rows that V does faster.
