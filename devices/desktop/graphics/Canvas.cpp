@@ -107,8 +107,7 @@ void Canvas::drawLine(uint32_t x1, uint32_t y1, uint32_t x2, uint32_t y2) {
     if (visible.empty() || m_invisible) return;
     const ThinLine line(fromX, fromY, toX, toY);
     m_coverage.resize(std::max(m_coverage.size(), static_cast<size_t>(m_bounds.width())));
-    paintEnd(line.start(), fromX, fromY, toX, toY);
-    paintEnd(line.end(), fromX, fromY, toX, toY);
+    for (const Box& end : line.ends()) paintEnd(end, fromX, fromY, toX, toY);
     const FillMask fillMask = m_kernels.modes[m_mode].fillMask;
     line.cover(m_bounds, m_coverage.data(), [&](const ThinLine::Run& run) {
         fillMask({pixelsAt(run.x, run.y), 0, run.length, 1}, run.coverage, 0, m_source);
@@ -135,13 +134,46 @@ void Canvas::drawEllipse(EllipseStyle style, uint32_t centerX, uint32_t centerY,
     const Ellipse ellipse{{static_cast<double>(x), static_cast<double>(y)},
                           static_cast<double>(radiusX),
                           static_cast<double>(radiusY)};
-    m_rasterizer.start(visible);
+    const bool mirrored = arc->whole() && visible == bounds;
+    const Arc part = mirrored ? Arc{0, 90} : *arc;
+    m_rasterizer.start(mirrored ? Box{x, y, bounds.right, bounds.bottom} : visible);
     if (style == EllipseStyle::fill) {
-        addSector(m_rasterizer, ellipse, *arc);
+        addSector(m_rasterizer, ellipse, part);
     } else {
-        addArcOutline(m_rasterizer, ellipse, *arc);
+        addArcOutline(m_rasterizer, ellipse, part);
     }
-    paintShape();
+    if (mirrored) {
+        paintMirrored();
+    } else {
+        paintShape();
+    }
+}
+
+// Each span of the quarter that was rasterised stands for two in each of two rows.
+void Canvas::paintMirrored() {
+    const FillSpansRow fillSpans = m_kernels.modes[m_mode].fillSpans;
+    const Box quarter = m_rasterizer.limits();
+    const auto width = static_cast<uint32_t>(quarter.width());
+    m_spans.reserve(2 * static_cast<size_t>(width));
+    m_rasterizer.sweep([&](int64_t y, const std::vector<CoverageSpan>& right) {
+        m_spans.clear();
+        for (auto span = right.rbegin(); span != right.rend(); ++span) {
+            m_spans.push_back({width - span->x - span->length, span->length, span->coverage});
+        }
+        auto from = right.begin();
+        if (from->x == 0) {
+            m_spans.back().length *= 2;
+            ++from;
+        }
+        for (; from != right.end(); ++from) {
+            m_spans.push_back({width + from->x, from->length, from->coverage});
+        }
+        const int64_t left = quarter.left - width;
+        const int64_t opposite = 2 * quarter.top - 1 - y;
+        fillSpans(pixelsAt(left, y), m_spans.data(), m_spans.size(), m_source);
+        fillSpans(pixelsAt(left, opposite), m_spans.data(), m_spans.size(), m_source);
+    });
+    drew(alphaOf(m_source) == 255, false);
 }
 
 void Canvas::paintShape() {

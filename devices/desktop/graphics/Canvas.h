@@ -110,6 +110,7 @@ class Canvas {
 
     void fillBox(const Box& box);
     void paintShape();
+    void paintMirrored();
     void paintEnd(const Box& end, int64_t x1, int64_t y1, int64_t x2, int64_t y2);
 
     void place(const Surface& source, const Placement& placement);
@@ -152,6 +153,7 @@ class Canvas {
 
     // Working memory, kept from one operation to the next.
     Rasterizer m_rasterizer;
+    std::vector<CoverageSpan> m_spans;
     std::vector<uint32_t> m_line;
     std::vector<uint8_t> m_coverage;
 };

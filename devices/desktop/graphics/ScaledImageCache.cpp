@@ -1,5 +1,6 @@
 #include "graphics/ScaledImageCache.h"
 
+#include <algorithm>
 #include <initializer_list>
 
 #include "graphics/Pixmap.h"
@@ -48,9 +49,12 @@ bool ScaledImageCache::isWorthwhile(const Placement& placement, const Box& limit
 
 bool ScaledImageCache::isRepeated(const Key& key, uint64_t generation) {
     const uint64_t hash = hashOf({Hash()(key), generation});
-    uint64_t& seen = m_seen[hash % m_seen.size()];
-    const bool repeated = seen == hash;
-    seen = hash;
+    auto& seen = m_seen[hash % m_seen.size()];
+    auto place = std::find(seen.begin(), seen.end(), hash);
+    const bool repeated = place != seen.end();
+    if (!repeated) place = seen.end() - 1;
+    std::move_backward(seen.begin(), place, place + 1);
+    seen.front() = hash;
     return repeated;
 }
 

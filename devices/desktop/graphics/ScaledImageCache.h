@@ -69,7 +69,8 @@ class ScaledImageCache {
     SurfacePool m_pool;
     Entries m_entries;  // the one used last is first
     std::unordered_map<Key, Entries::iterator, Hash> m_index;
-    std::array<uint64_t, 1024> m_seen{};  // what was drawn lately, each at a place of its own
+    /// What was drawn lately, as hashes in sets by their lowest bits, the latest first.
+    std::array<std::array<uint64_t, 4>, 256> m_seen{};
 };
 
 }  // namespace quiravent::desktop

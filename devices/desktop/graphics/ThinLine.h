@@ -15,11 +15,9 @@ class ThinLine {
     /// Of the line that addLine() draws, whose points must differ in both coordinates.
     ThinLine(int64_t x1, int64_t y1, int64_t x2, int64_t y2);
 
-    /// The parts of the bounds at both ends that are not middle; empty where one is all there is.
-    /// The three do not overlap and hold all that the line covers.
-    const Box& start() const { return m_start; }
-    const Box& end() const { return m_end; }
-    const Box& middle() const { return m_middle; }
+    /// Where the two ends lie. With the middle, which neither overlaps, they hold all that the line
+    /// covers.
+    const Box (&ends() const)[2] { return m_ends; }
 
     struct Run {
         int64_t x;
@@ -28,7 +26,8 @@ class ThinLine {
         size_t length;
     };
 
-    /// Calls visit(run) for each row of the middle with coverage within the limits, top down.
+    /// Calls visit(run) for each row of the middle with coverage within the limits, which are part
+    /// of a surface; top down.
     /// coverage: working memory, a byte for each column of the limits.
     template <typename Visitor>
     void cover(const Box& limits, uint8_t* coverage, Visitor&& visit) const {
@@ -41,6 +40,7 @@ class ThinLine {
 
   private:
     Run runAt(int64_t y, const Box& limits, uint8_t* coverage) const;
+    Box endAt(int64_t x, int64_t y, const Box& all) const;
     void coverShallow(double y, double x, uint8_t* coverage, size_t count) const;
     void coverSteep(double y, double x, uint8_t* coverage, size_t count) const;
 
@@ -49,8 +49,7 @@ class ThinLine {
     double m_halfBand;  // of the band, measured along the smaller axis
     double m_originX;   // centre of the first pixel
     double m_originY;
-    Box m_start;
-    Box m_end;
+    Box m_ends[2];
     Box m_middle;
 };
 

@@ -69,10 +69,19 @@ static inline bool storesColor(uint32_t color) {
     return mode == kSource || (over && alphaOf(color) == 255);
 }
 
+// The last vector of a row ends with the row, and overlaps the one before it: it is worked out from
+// the pixels as they were and stored last, so that those that both hold get the same value twice.
+// Rows of less than a vector go through parts of one.
+
 template <class V>
 static inline void storeRow(uint32_t* row, size_t count, PixelsOf<V> pixels) {
-    for (; count >= V::kPixels; count -= V::kPixels, row += V::kPixels) V::store(row, pixels);
-    if (count != 0) V::storePart(row, pixels, count);
+    if (count < V::kPixels) {
+        V::storePart(row, pixels, count);
+        return;
+    }
+    uint32_t* const last = row + count - V::kPixels;
+    for (; row < last; row += V::kPixels) V::store(row, pixels);
+    V::store(last, pixels);
 }
 
 template <class V>
@@ -86,11 +95,16 @@ void storeColor(const PixelBlock& block, uint32_t color) {
 
 template <class V, uint32_t mode>
 static inline void fillRow(uint32_t* row, size_t count, PixelsOf<V> source) {
-    for (; count >= V::kPixels; count -= V::kPixels, row += V::kPixels) {
+    if (count < V::kPixels) {
+        V::storePart(row, blendPixels<V, mode>(source, V::loadPart(row, count)), count);
+        return;
+    }
+    uint32_t* const last = row + count - V::kPixels;
+    const auto end = blendPixels<V, mode>(source, V::load(last));
+    for (; row < last; row += V::kPixels) {
         V::store(row, blendPixels<V, mode>(source, V::load(row)));
     }
-    if (count == 0) return;
-    V::storePart(row, blendPixels<V, mode>(source, V::loadPart(row, count)), count);
+    V::store(last, end);
 }
 
 template <class V, uint32_t mode>
@@ -106,14 +120,17 @@ void fill(const PixelBlock& block, uint32_t color) {
 template <class V, class Combine>
 static inline void combineRows(uint32_t* destination, const uint32_t* source, size_t count,
                                Combine combine) {
-    for (; count >= V::kPixels; count -= V::kPixels) {
-        V::store(destination, combine(V::load(source), V::load(destination)));
-        destination += V::kPixels;
-        source += V::kPixels;
+    if (count < V::kPixels) {
+        const auto before = V::loadPart(destination, count);
+        V::storePart(destination, combine(V::loadPart(source, count), before), count);
+        return;
     }
-    if (count == 0) return;
-    const auto before = V::loadPart(destination, count);
-    V::storePart(destination, combine(V::loadPart(source, count), before), count);
+    uint32_t* const last = destination + count - V::kPixels;
+    const auto end = combine(V::load(source + count - V::kPixels), V::load(last));
+    for (; destination < last; destination += V::kPixels, source += V::kPixels) {
+        V::store(destination, combine(V::load(source), V::load(destination)));
+    }
+    V::store(last, end);
 }
 
 template <class V, uint32_t mode>
@@ -153,20 +170,26 @@ void composeMaskRow(uint32_t* destination, const uint32_t* source, const uint8_t
 }
 
 template <class V, class Combine>
+static inline void fillMaskRow(uint32_t* row, const uint8_t* mask, size_t count, Combine combine) {
+    if (count < V::kPixels) {
+        const auto coverage = V::coveragePart(mask, count);
+        V::storePart(row, combine(V::loadPart(row, count), coverage), count);
+        return;
+    }
+    uint32_t* const last = row + count - V::kPixels;
+    const auto end = combine(V::load(last), V::coverage(mask + count - V::kPixels));
+    for (; row < last; row += V::kPixels, mask += V::kPixels) {
+        V::store(row, combine(V::load(row), V::coverage(mask)));
+    }
+    V::store(last, end);
+}
+
+template <class V, class Combine>
 static inline void fillMaskWith(const PixelBlock& block, const uint8_t* mask, size_t maskStride,
                                 Combine combine) {
     uint32_t* row = block.pixels;
     for (size_t y = 0; y < block.height; ++y, row += block.stride, mask += maskStride) {
-        size_t x = 0;
-        for (; x + V::kPixels <= block.width; x += V::kPixels) {
-            const auto coverage = V::coverage(mask + x);
-            if (V::isTransparent(coverage)) continue;
-            V::store(row + x, combine(V::load(row + x), coverage));
-        }
-        const size_t rest = block.width - x;
-        if (rest == 0) continue;
-        const auto coverage = V::coveragePart(mask + x, rest);
-        V::storePart(row + x, combine(V::loadPart(row + x, rest), coverage), rest);
+        fillMaskRow<V>(row, mask, block.width, combine);
     }
 }
 
