@@ -6,7 +6,6 @@
 
 #include "graphics/PixelMath.h"
 #include "graphics/Shapes.h"
-#include "graphics/ThinLine.h"
 
 namespace quiravent::desktop {
 
@@ -106,13 +105,20 @@ void Canvas::drawLine(uint32_t x1, uint32_t y1, uint32_t x2, uint32_t y2) {
     const Box visible = intersection(bounds, m_bounds);
     if (visible.empty() || m_invisible) return;
     const ThinLine line(fromX, fromY, toX, toY);
-    m_coverage.resize(std::max(m_coverage.size(), static_cast<size_t>(m_bounds.width())));
+    line.cover(m_bounds, m_steps);
     for (const Box& end : line.ends()) paintEnd(end, fromX, fromY, toX, toY);
-    const FillMask fillMask = m_kernels.modes[m_mode].fillMask;
-    line.cover(m_bounds, m_coverage.data(), [&](const ThinLine::Run& run) {
-        fillMask({pixelsAt(run.x, run.y), 0, run.length, 1}, run.coverage, 0, m_source);
-    });
+    if (!m_steps.first.empty()) paintSteps(line.isSteep());
     drew(alphaOf(m_source) == 255, false);
+}
+
+void Canvas::paintSteps(bool steep) {
+    const auto stride = static_cast<ptrdiff_t>(m_surface->stride());
+    uint32_t* const pixels =
+        steep ? pixelsAt(m_bounds.left, m_steps.begin) : pixelsAt(m_steps.begin, m_bounds.top);
+    m_kernels.modes[m_mode].fillBand(
+        {pixels, steep ? stride : 1, steep ? 1 : stride, m_steps.first.data(),
+         m_steps.coverage.data(), m_steps.first.size()},
+        m_source);
 }
 
 void Canvas::paintEnd(const Box& end, int64_t x1, int64_t y1, int64_t x2, int64_t y2) {

@@ -14,6 +14,7 @@
 #include "graphics/ScaledImageCache.h"
 #include "graphics/Scaler.h"
 #include "graphics/Surface.h"
+#include "graphics/ThinLine.h"
 
 namespace quiravent::desktop {
 
@@ -111,6 +112,7 @@ class Canvas {
     void fillBox(const Box& box);
     void paintShape();
     void paintMirrored();
+    void paintSteps(bool steep);
     void paintEnd(const Box& end, int64_t x1, int64_t y1, int64_t x2, int64_t y2);
 
     void place(const Surface& source, const Placement& placement);
@@ -153,6 +155,7 @@ class Canvas {
 
     // Working memory, kept from one operation to the next.
     Rasterizer m_rasterizer;
+    ThinLine::Steps m_steps;
     std::vector<CoverageSpan> m_spans;
     std::vector<uint32_t> m_line;
     std::vector<uint8_t> m_coverage;

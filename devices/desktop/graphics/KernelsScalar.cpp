@@ -73,10 +73,39 @@ void fillSpansRow(uint32_t* row, const CoverageSpan* spans, size_t count, uint32
     }
 }
 
+template <typename Blend>
+void fillBandWith(const CoverageBand& band, Blend blendPixel) {
+    uint32_t* step = band.pixels;
+    for (size_t i = 0; i < band.count; ++i, step += band.along) {
+        uint32_t* pixel = step + band.first[i] * band.across;
+        for (uint32_t coverage = band.coverage[i]; coverage != 0; coverage >>= 8) {
+            *pixel = blendPixel(*pixel, coverage & 255);
+            pixel += band.across;
+        }
+    }
+}
+
+template <uint32_t mode>
+void fillBand(const CoverageBand& band, uint32_t color) {
+    if (mode <= kSourceOver && alphaOf(color) == 255) {
+        fillBandWith(band, [color](uint32_t pixel, uint32_t coverage) {
+            return interpolate(pixel, color, coverage);
+        });
+        return;
+    }
+    fillBandWith(band, [color](uint32_t pixel, uint32_t coverage) {
+        return blendCovered<mode>(color, pixel, coverage);
+    });
+}
+
 template <uint32_t mode>
 constexpr ModeKernels modeKernels() {
-    return {mode == kSource ? storeColor : fill<mode>, composeRow<mode>, fillMask<mode>,
-            composeMaskRow<mode>, fillSpansRow<mode>};
+    return {mode == kSource ? storeColor : fill<mode>,
+            composeRow<mode>,
+            fillMask<mode>,
+            composeMaskRow<mode>,
+            fillSpansRow<mode>,
+            fillBand<mode>};
 }
 
 void copyRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t /*opacity*/) {

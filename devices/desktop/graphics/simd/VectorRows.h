@@ -302,9 +302,13 @@ void mixRows(uint32_t* destination, const uint32_t* const* rows, const int16_t* 
 }
 
 template <class V, uint32_t mode>
-static inline ModeKernels modeRows() {
-    return {mode == kSource ? storeColor<V> : fill<V, mode>, composeRow<V, mode>, fillMask<V, mode>,
-            composeMaskRow<V, mode>, fillSpansRow<V, mode>};
+static inline ModeKernels modeRows(const Kernels& base) {
+    return {mode == kSource ? storeColor<V> : fill<V, mode>,
+            composeRow<V, mode>,
+            fillMask<V, mode>,
+            composeMaskRow<V, mode>,
+            fillSpansRow<V, mode>,
+            base.modes[mode].fillBand};
 }
 
 /// `base` with the rows that V does faster.
@@ -312,9 +316,9 @@ template <class V>
 static inline Kernels vectorRows(const Kernels& base) {
     Kernels rows = base;
     const ModeKernels modes[kPorterDuffModes] = {
-        modeRows<V, 0>(), modeRows<V, 1>(), modeRows<V, 2>(),  modeRows<V, 3>(),
-        modeRows<V, 4>(), modeRows<V, 5>(), modeRows<V, 6>(),  modeRows<V, 7>(),
-        modeRows<V, 8>(), modeRows<V, 9>(), modeRows<V, 10>(), modeRows<V, 11>()};
+        modeRows<V, 0>(base), modeRows<V, 1>(base), modeRows<V, 2>(base),  modeRows<V, 3>(base),
+        modeRows<V, 4>(base), modeRows<V, 5>(base), modeRows<V, 6>(base),  modeRows<V, 7>(base),
+        modeRows<V, 8>(base), modeRows<V, 9>(base), modeRows<V, 10>(base), modeRows<V, 11>(base)};
     for (size_t mode = 0; mode < kPorterDuffModes; ++mode) rows.modes[mode] = modes[mode];
     rows.fill = storeColor<V>;
     rows.over = overRow<V>;
