@@ -5,6 +5,7 @@
 const fs = require('fs');
 const path = require('path');
 const { build } = require('./build');
+const { checkCounts } = require('./instructions');
 const { root, run } = require('./run');
 
 function sum(counts) {
@@ -60,6 +61,7 @@ const suites = [
   { name: 'script', run: () => runScripts('test/script', 'recorder') },
   { name: 'cli', run: () => runScripts('test/cli', 'bench') },
   { name: 'device', run: () => runScripts('test/device', '.') },
+  { name: 'instructions', run: checkCounts },
   { name: 'native-sanitized', run: () => runNative('asan') }
 ];
 
