@@ -185,8 +185,10 @@ void Canvas::drawSampled(const PixelView& source, const Placement& placement) {
     Rotation rotation(placement.destination, m_direction);
     rotation.cover(region, m_bounds, [&](const Rotation::Run& run) {
         const SampleSteps steps = rotation.stepsOf(run, region, scaleX, scaleY);
-        m_kernels.samplePixels(m_line.data(), sampled, steps, run.length);
         uint32_t* pixels = pixelsAt(run.x, run.y);
+        const bool copies = run.coverage == nullptr && composeRow == m_kernels.copy;
+        m_kernels.samplePixels(copies ? pixels : m_line.data(), sampled, steps, run.length);
+        if (copies) return;
         if (run.coverage == nullptr) {
             composeRow(pixels, m_line.data(), run.length, m_opacity);
         } else {
