@@ -39,7 +39,7 @@ struct Configuration {
         uint64_t bandwidthKbit = 8000;  ///< per second, for the choice among variants
         uint64_t cache = 64U << 20;     ///< bytes per player
         uint64_t timeLimitSeconds = 10;
-        std::string audioSink = "null";
+        std::string audioSink = "auto";
         std::string audioFile;  ///< of the sink "wav"
         std::string subtitleFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
         std::string faults;  ///< see parseFaults()

@@ -108,12 +108,14 @@ std::vector<Setting> mediaSettings() {
                        "How long a player waits for a server that doesn't answer, in seconds."},
                       1, 3600,
                       [](Configuration& all) -> uint64_t& { return all.media.timeLimitSeconds; }),
-        choiceSetting({"media", "audioSink", "QUIRAVENT_AUDIO",
-                       "Where sound goes: nowhere, in its own time, or to a WAV file."},
-                      sinks, 0,
-                      [sinks](Configuration& configuration, size_t index) {
-                          configuration.media.audioSink = sinks[index];
-                      }),
+        choiceSetting(
+            {"media", "audioSink", "QUIRAVENT_AUDIO",
+             "Where sound goes: to the sound card, where there is one (\"device\" warns where "
+             "there is none), nowhere, or to a WAV file."},
+            sinks, 0,
+            [sinks](Configuration& configuration, size_t index) {
+                configuration.media.audioSink = sinks[index];
+            }),
         pathSetting(
             {"media", "audioFile", "QUIRAVENT_AUDIO_FILE", "The file of the audio sink \"wav\"."},
             "the path of a file", isAnything,

@@ -178,6 +178,16 @@ TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
     }
 }
 
+TEST(Configuration, WhatIsNestedTooDeeplyIsRefused) {
+    const std::string deep = std::string(100000, '[') + std::string(100000, ']');
+    const ConfigurationFile file(R"({"platform": {"properties": {"a": )" + deep + "}}}");
+    EXPECT_EQ(readingError(file.variables()),
+              file.path() + ": nested too deeply; allowed: 32 levels");
+    EXPECT_EQ(readingError({{"QUIRAVENT_PROPERTIES", deep}}),
+              joined("environment variable QUIRAVENT_PROPERTIES is \"", std::string(59, '['),
+                     "...; allowed: an object, in which each value is a text without NUL"));
+}
+
 TEST(Configuration, NamedFileHasToBeReadable) {
     const TemporaryFolder folder;
     EXPECT_EQ(readingError({{"QUIRAVENT_CONFIG", folder / "none.json"}}),
