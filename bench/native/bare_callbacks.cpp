@@ -33,6 +33,48 @@ void FourProperties(const v8::FunctionCallbackInfo<v8::Value>& info) {
     }
 }
 
+/// A text, and one internal field.
+void Text(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    ReadField(info);
+    const Nan::Utf8String text(info[0]);
+    sink = static_cast<uint32_t>(text.length());
+}
+
+/// A text, two numbers and one internal field.
+void TextAndPlace(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    Text(info);
+    sink = Number(info[1]);
+    sink = Number(info[2]);
+}
+
+template <int count>
+void ReturnObject(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    const auto context = Nan::GetCurrentContext();
+    const auto object = Nan::New<v8::Object>();
+    for (int index = 0; index < count; ++index) {
+        object->Set(context, Nan::New(names[index]), Nan::New(sink)).Check();
+    }
+    info.GetReturnValue().Set(object);
+}
+
+/// One internal field, and an object of four numbers as result.
+void FourResults(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    ReadField(info);
+    ReturnObject<4>(info);
+}
+
+/// A text, and an object of two numbers as result.
+void TextAndTwoResults(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    Text(info);
+    ReturnObject<2>(info);
+}
+
+/// One internal field, and a boolean as result.
+void Answer(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    ReadField(info);
+    info.GetReturnValue().Set(sink != 0);
+}
+
 void New(const v8::FunctionCallbackInfo<v8::Value>& info) {
     static uint32_t native = 1;
     Nan::SetInternalFieldPointer(info.This(), 0, &native);
@@ -59,6 +101,11 @@ void Init(v8::Local<v8::Object> exports) {
     made->InstanceTemplate()->SetInternalFieldCount(1);
     AddMethod(made, "fourNumbers", FourNumbers);
     AddMethod(made, "fourProperties", FourProperties);
+    AddMethod(made, "text", Text);
+    AddMethod(made, "textAndPlace", TextAndPlace);
+    AddMethod(made, "fourResults", FourResults);
+    AddMethod(made, "textAndTwoResults", TextAndTwoResults);
+    AddMethod(made, "answer", Answer);
     Nan::Set(exports, Nan::New("Bare").ToLocalChecked(), Nan::GetFunction(made).ToLocalChecked())
         .Check();
 }

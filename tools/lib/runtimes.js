@@ -74,4 +74,4 @@ function writeStarter(runtime, folder) {
   return file;
 }
 
-module.exports = { buildFor, fetchRuntime, writeStarter };
+module.exports = { buildFor, cache, fetchRuntime, writeStarter };

@@ -7,6 +7,7 @@ const path = require('path');
 const { build } = require('./build');
 const { countsOf, numberIn, sum } = require('./counts');
 const { fuzz, targets } = require('./fuzz');
+const { checkCounts } = require('./instructions');
 const { root, run } = require('./run');
 const { testRuntimes } = require('./runtime-suites');
 const { SanitizedRun } = require('./sanitizers');
@@ -87,6 +88,7 @@ const suites = [
   { name: 'faults', run: () => runScripts('test/faults', 'recorder') },
   { name: 'cli', run: () => runScripts('test/cli', 'bench') },
   { name: 'device', run: () => runScripts('test/device', '.') },
+  { name: 'instructions', run: checkCounts },
   { name: 'native-sanitized', run: () => runNative('asan') },
   { name: 'leaks', run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder') },
   { name: 'fuzz', run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 }) },

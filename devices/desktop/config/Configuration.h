@@ -27,8 +27,9 @@ struct Configuration {
         Durability durability = Durability::process;
     } storage;
     struct Graphics {
-        uint64_t videoMemory = 64U << 20;  ///< bytes
-        std::string kernels = "auto";      ///< one of kernelSets(), or "auto", the fastest
+        uint64_t videoMemory = 64U << 20;   ///< bytes
+        uint64_t scaledImages = 32U << 20;  ///< bytes, beside the video memory
+        std::string kernels = "auto";       ///< one of kernelSets(), or "auto", the fastest
     } graphics;
     struct Network {
         uint64_t timeLimitSeconds = 15;

@@ -54,6 +54,11 @@ std::vector<Setting> graphicsSettings() {
                      "Memory for canvases and images, in bytes or with a unit."},
                     8, 4095,
                     [](Configuration& all) -> uint64_t& { return all.graphics.videoMemory; }),
+        sizeSetting(
+            {"graphics", "scaledImages", "QUIRAVENT_SCALED_IMAGES",
+             "Memory, beside that for canvases and images, for pictures as they were scaled "
+             "when they were drawn, in bytes or with a unit; 0: they are scaled each time."},
+            0, 4095, [](Configuration& all) -> uint64_t& { return all.graphics.scaledImages; }),
         choiceSetting({"graphics", "kernels", "QUIRAVENT_KERNELS",
                        "The processor's vector unit to draw with, for tests and measurements; "
                        "\"auto\": the best that there is."},

@@ -13,8 +13,9 @@ namespace quiravent::desktop {
 /// thread-safe.
 class DrawingContext {
   public:
-    /// surface: not null.
-    explicit DrawingContext(std::shared_ptr<Surface> surface) : m_canvas(std::move(surface)) {}
+    /// See Canvas.
+    DrawingContext(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled)
+        : m_canvas(std::move(surface), std::move(scaled)) {}
 
     Canvas& canvas() { return m_canvas; }
     const Surface& surface() const { return *m_canvas.surface(); }

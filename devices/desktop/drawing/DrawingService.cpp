@@ -39,7 +39,9 @@ uint32_t orTooMany(uint32_t handle, const char* what) {
 DrawingService::DrawingService(const Configuration& configuration, Screen& screen)
     : m_screen(screen),
       m_limits(limitsFrom(configuration.network)),
-      m_pool(static_cast<size_t>(configuration.graphics.videoMemory)) {
+      m_pool(static_cast<size_t>(configuration.graphics.videoMemory)),
+      m_scaled(std::make_shared<ScaledImageCache>(
+          static_cast<size_t>(configuration.graphics.scaledImages))) {
     useKernels(configuration.graphics.kernels);
 }
 
@@ -63,7 +65,7 @@ std::shared_ptr<Surface> DrawingService::newSurface(uint32_t width, uint32_t hei
 }
 
 uint32_t DrawingService::addCanvas(std::shared_ptr<Surface> surface) {
-    auto context = std::make_shared<DrawingContext>(std::move(surface));
+    auto context = std::make_shared<DrawingContext>(std::move(surface), m_scaled);
     return orTooMany(m_canvases.insert(std::move(context)), "canvases");
 }
 

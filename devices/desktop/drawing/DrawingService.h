@@ -83,6 +83,7 @@ class DrawingService {
     Screen& m_screen;
     const ResourceLimits m_limits;
     SurfacePool m_pool;
+    const std::shared_ptr<ScaledImageCache> m_scaled;  ///< used under the drawing lock
     HandleTable<DrawingContext, HandleKind::canvas> m_canvases;
     HandleTable<Font, HandleKind::font> m_fonts;
 

@@ -9,13 +9,14 @@
 
 namespace quiravent::desktop {
 
-Canvas::Canvas(std::shared_ptr<Surface> surface)
+Canvas::Canvas(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled)
     : m_surface(std::move(surface)),
+      m_scaled(std::move(scaled)),
       m_surfaceBox{0, 0, m_surface->width(), m_surface->height()},
       m_kernels(kernels()),
       m_clip{0, 0, m_surface->width(), m_surface->height()},
       m_bounds(m_surfaceBox),
-      m_fillRow(m_kernels.fill) {}
+      m_fill(m_kernels.fill) {}
 
 void Canvas::setColor(const Color& color) {
     m_color = color;
@@ -50,7 +51,7 @@ void Canvas::setPorterDuff(uint32_t code) {
 void Canvas::resolvePaint() {
     m_source = scalePixel(m_premultiplied, m_opacity);
     const bool replaces = m_mode == kSourceOver && alphaOf(m_source) == 255;
-    m_fillRow = replaces ? m_kernels.fill : m_kernels.modes[m_mode].fill;
+    m_fill = replaces ? m_kernels.fill : m_kernels.modes[m_mode].fill;
     m_invisible = alphaOf(m_source) == 0 && transparentIsIgnored();
 }
 
@@ -67,10 +68,7 @@ void Canvas::drew(bool sourceOpaque, bool wholeSurface) {
 void Canvas::fillBox(const Box& box) {
     const Box visible = intersection(box, m_bounds);
     if (visible.empty() || m_invisible) return;
-    const auto width = static_cast<size_t>(visible.width());
-    for (int64_t y = visible.top; y < visible.bottom; ++y) {
-        m_fillRow(pixelsAt(visible.left, y), width, m_source);
-    }
+    m_fill(blockAt(visible), m_source);
     drew(alphaOf(m_source) == 255, visible == m_surfaceBox);
 }
 
@@ -79,10 +77,7 @@ void Canvas::fillRect(const Rect& rect) { fillBox(toBox(rect)); }
 void Canvas::clearRect(const Rect& rect) {
     const Box visible = intersection(toBox(rect), m_bounds);
     if (visible.empty()) return;
-    const auto width = static_cast<size_t>(visible.width());
-    for (int64_t y = visible.top; y < visible.bottom; ++y) {
-        m_kernels.fill(pixelsAt(visible.left, y), width, 0);
-    }
+    m_kernels.fill(blockAt(visible), 0);
     m_surface->touch();
     m_surface->setOpaque(false);
 }
@@ -109,8 +104,28 @@ void Canvas::drawLine(uint32_t x1, uint32_t y1, uint32_t x2, uint32_t y2) {
     }
     const Box visible = intersection(bounds, m_bounds);
     if (visible.empty() || m_invisible) return;
+    const ThinLine line(fromX, fromY, toX, toY);
+    line.cover(m_bounds, m_steps);
+    for (const Box& end : line.ends()) paintEnd(end, fromX, fromY, toX, toY);
+    if (!m_steps.first.empty()) paintSteps(line.isSteep());
+    drew(alphaOf(m_source) == 255, false);
+}
+
+void Canvas::paintSteps(bool steep) {
+    const auto stride = static_cast<ptrdiff_t>(m_surface->stride());
+    uint32_t* const pixels =
+        steep ? pixelsAt(m_bounds.left, m_steps.begin) : pixelsAt(m_steps.begin, m_bounds.top);
+    m_kernels.modes[m_mode].fillBand(
+        {pixels, steep ? stride : 1, steep ? 1 : stride, m_steps.first.data(),
+         m_steps.coverage.data(), m_steps.first.size()},
+        m_source);
+}
+
+void Canvas::paintEnd(const Box& end, int64_t x1, int64_t y1, int64_t x2, int64_t y2) {
+    const Box visible = intersection(end, m_bounds);
+    if (visible.empty()) return;
     m_rasterizer.start(visible);
-    addLine(m_rasterizer, fromX, fromY, toX, toY);
+    addLine(m_rasterizer, x1, y1, x2, y2);
     paintShape();
 }
 
@@ -125,13 +140,46 @@ void Canvas::drawEllipse(EllipseStyle style, uint32_t centerX, uint32_t centerY,
     const Ellipse ellipse{{static_cast<double>(x), static_cast<double>(y)},
                           static_cast<double>(radiusX),
                           static_cast<double>(radiusY)};
-    m_rasterizer.start(visible);
+    const bool mirrored = arc->whole() && visible == bounds;
+    const Arc part = mirrored ? Arc{0, 90} : *arc;
+    m_rasterizer.start(mirrored ? Box{x, y, bounds.right, bounds.bottom} : visible);
     if (style == EllipseStyle::fill) {
-        addSector(m_rasterizer, ellipse, *arc);
+        addSector(m_rasterizer, ellipse, part);
     } else {
-        addArcOutline(m_rasterizer, ellipse, *arc);
+        addArcOutline(m_rasterizer, ellipse, part);
     }
-    paintShape();
+    if (mirrored) {
+        paintMirrored();
+    } else {
+        paintShape();
+    }
+}
+
+// Each span of the quarter that was rasterised stands for two in each of two rows.
+void Canvas::paintMirrored() {
+    const FillSpansRow fillSpans = m_kernels.modes[m_mode].fillSpans;
+    const Box quarter = m_rasterizer.limits();
+    const auto width = static_cast<uint32_t>(quarter.width());
+    m_spans.reserve(2 * static_cast<size_t>(width));
+    m_rasterizer.sweep([&](int64_t y, const std::vector<CoverageSpan>& right) {
+        m_spans.clear();
+        for (auto span = right.rbegin(); span != right.rend(); ++span) {
+            m_spans.push_back({width - span->x - span->length, span->length, span->coverage});
+        }
+        auto from = right.begin();
+        if (from->x == 0) {
+            m_spans.back().length *= 2;
+            ++from;
+        }
+        for (; from != right.end(); ++from) {
+            m_spans.push_back({width + from->x, from->length, from->coverage});
+        }
+        const int64_t left = quarter.left - width;
+        const int64_t opposite = 2 * quarter.top - 1 - y;
+        fillSpans(pixelsAt(left, y), m_spans.data(), m_spans.size(), m_source);
+        fillSpans(pixelsAt(left, opposite), m_spans.data(), m_spans.size(), m_source);
+    });
+    drew(alphaOf(m_source) == 255, false);
 }
 
 void Canvas::paintShape() {

@@ -11,8 +11,10 @@
 #include "graphics/Pixmap.h"
 #include "graphics/Rasterizer.h"
 #include "graphics/Rotation.h"
+#include "graphics/ScaledImageCache.h"
 #include "graphics/Scaler.h"
 #include "graphics/Surface.h"
+#include "graphics/ThinLine.h"
 
 namespace quiravent::desktop {
 
@@ -46,7 +48,10 @@ class Canvas {
   public:
     /// Starts in opaque white, with the whole surface as clip, opacity 1, no rotation and
     /// source-over. The surface must not be null.
-    explicit Canvas(std::shared_ptr<Surface> surface);
+    /// scaled: keeps what is drawn in another size, for all canvases of one drawing thread; null:
+    /// such pictures are scaled each time.
+    explicit Canvas(std::shared_ptr<Surface> surface,
+                    std::shared_ptr<ScaledImageCache> scaled = nullptr);
 
     const std::shared_ptr<Surface>& surface() const { return m_surface; }
 
@@ -106,9 +111,14 @@ class Canvas {
 
     void fillBox(const Box& box);
     void paintShape();
+    void paintMirrored();
+    void paintSteps(bool steep);
+    void paintEnd(const Box& end, int64_t x1, int64_t y1, int64_t x2, int64_t y2);
 
     void place(const Surface& source, const Placement& placement);
     void blit(const Surface& source, const Placement& placement);
+    void copyRows(const PixelView& source, const Box& visible, int64_t dx, int64_t dy);
+    bool drawKept(const Surface& source, const Placement& placement);
     void drawScaled(const PixelView& source, const Placement& placement);
     void drawRotated(const PixelView& source, const Placement& placement);
     void drawSampled(const PixelView& source, const Placement& placement);
@@ -125,6 +135,7 @@ class Canvas {
     }
 
     std::shared_ptr<Surface> m_surface;
+    std::shared_ptr<ScaledImageCache> m_scaled;
     Box m_surfaceBox;
     const Kernels& m_kernels;
 
@@ -139,11 +150,13 @@ class Canvas {
     Box m_bounds;
     uint32_t m_premultiplied = 0xFFFFFFFF;
     uint32_t m_source = 0xFFFFFFFF;
-    FillRow m_fillRow;
+    Fill m_fill;
     bool m_invisible = false;  // the colour changes nothing in this mode
 
     // Working memory, kept from one operation to the next.
     Rasterizer m_rasterizer;
+    ThinLine::Steps m_steps;
+    std::vector<CoverageSpan> m_spans;
     std::vector<uint32_t> m_line;
     std::vector<uint8_t> m_coverage;
 };

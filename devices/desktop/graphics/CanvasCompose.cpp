@@ -24,6 +24,16 @@ Pixmap scaledTo(Scaler& scaler, const Box& visible) {
     return scaled;
 }
 
+/// Rows that are short beside the distance between them defeat what a processor fetches ahead by
+/// itself; each is asked for two rows before it is needed.
+constexpr int64_t kRowsAhead = 2;
+constexpr size_t kShortRow = 1024;
+
+void fetchAhead(const uint32_t* row, size_t width) {
+    constexpr size_t kPixelsPerLine = 16;
+    for (size_t x = 0; x < width; x += kPixelsPerLine) __builtin_prefetch(row + x);
+}
+
 }  // namespace
 
 ComposeRow Canvas::composeRowFor(bool opaqueSource) const {
@@ -55,6 +65,7 @@ void Canvas::place(const Surface& source, const Placement& placement) {
     }
     const auto draw = m_rotated ? &Canvas::drawRotated : &Canvas::drawScaled;
     if (&source != m_surface.get()) {
+        if (!m_rotated && drawKept(source, placement)) return;
         (this->*draw)(viewOf(source), placement);
         return;
     }
@@ -72,8 +83,12 @@ void Canvas::blit(const Surface& source, const Placement& placement) {
     const Box visible = intersection(inside.shifted(dx, dy), m_bounds);
     if (visible.empty()) return;
     const bool ownSurface = &source == m_surface.get();
-    const bool withinRows = ownSurface && dy == 0;
-    const bool bottomUp = ownSurface && dy > 0;
+    if (!ownSurface) {
+        copyRows(view, visible, dx, dy);
+        return;
+    }
+    const bool withinRows = dy == 0;
+    const bool bottomUp = dy > 0;
     const ComposeRow composeRow = composeRowFor(view.opaque);
     const auto width = static_cast<size_t>(visible.width());
     if (withinRows) m_line.resize(std::max(m_line.size(), width));
@@ -87,6 +102,35 @@ void Canvas::blit(const Surface& source, const Placement& placement) {
         composeRow(pixelsAt(visible.left, y), from, width, m_opacity);
     }
     drew(sourceIsOpaque(view.opaque), visible == m_surfaceBox);
+}
+
+/// The source's pixels, (dx, dy) further on; `visible` lies within the bounds.
+void Canvas::copyRows(const PixelView& source, const Box& visible, int64_t dx, int64_t dy) {
+    const ComposeRow composeRow = composeRowFor(source.opaque);
+    const auto width = static_cast<size_t>(visible.width());
+    const int64_t fetched = width <= kShortRow ? visible.bottom - kRowsAhead : visible.top;
+    for (int64_t y = visible.top; y < visible.bottom; ++y) {
+        const uint32_t* from = source.row(y - dy) + (visible.left - dx);
+        uint32_t* to = pixelsAt(visible.left, y);
+        if (y < fetched) {
+            fetchAhead(from + kRowsAhead * static_cast<int64_t>(source.stride), width);
+            fetchAhead(to + kRowsAhead * static_cast<int64_t>(m_surface->stride()), width);
+        }
+        composeRow(to, from, width, m_opacity);
+    }
+    drew(sourceIsOpaque(source.opaque), visible == m_surfaceBox);
+}
+
+bool Canvas::drawKept(const Surface& source, const Placement& placement) {
+    if (!m_scaled) return false;
+    const auto* kept = m_scaled->find(source, placement, m_bounds);
+    if (kept == nullptr) return false;
+    const PixelView view = viewOf(*kept->surface);
+    const int64_t dx = placement.destination.left + kept->left;
+    const int64_t dy = placement.destination.top + kept->top;
+    const Box visible = intersection(view.bounds().shifted(dx, dy), m_bounds);
+    if (!visible.empty()) copyRows(view, visible, dx, dy);
+    return true;
 }
 
 void Canvas::drawScaled(const PixelView& source, const Placement& placement) {
@@ -141,8 +185,10 @@ void Canvas::drawSampled(const PixelView& source, const Placement& placement) {
     Rotation rotation(placement.destination, m_direction);
     rotation.cover(region, m_bounds, [&](const Rotation::Run& run) {
         const SampleSteps steps = rotation.stepsOf(run, region, scaleX, scaleY);
-        m_kernels.samplePixels(m_line.data(), sampled, steps, run.length);
         uint32_t* pixels = pixelsAt(run.x, run.y);
+        const bool copies = run.coverage == nullptr && composeRow == m_kernels.copy;
+        m_kernels.samplePixels(copies ? pixels : m_line.data(), sampled, steps, run.length);
+        if (copies) return;
         if (run.coverage == nullptr) {
             composeRow(pixels, m_line.data(), run.length, m_opacity);
         } else {

@@ -46,6 +46,17 @@ static constexpr uint32_t strideForTaps(uint32_t taps) {
     return taps <= 2 ? 2 : taps <= 4 ? 4 : (taps + 7) / 8 * 8;
 }
 
+/// A narrow shape that goes on by steps of `along` pixels in memory. At each step it covers up to
+/// four pixels, `across` apart, of which `first` is the first, counted from `pixels` on.
+struct CoverageBand {
+    uint32_t* pixels;  ///< of the first step
+    ptrdiff_t along;
+    ptrdiff_t across;
+    const int32_t* first;
+    const uint32_t* coverage;  ///< four bytes for each step, the first pixel's lowest
+    size_t count;              ///< of steps
+};
+
 /// Pixels to paint: `height` rows of `width`, `stride` pixels apart.
 struct PixelBlock {
     uint32_t* pixels;
@@ -60,7 +71,7 @@ struct PixelBlock {
 /// mode is applied, then the result replaces the destination in the proportion of the coverage.
 /// Each of those steps is rounded once, to nearest, so that every implementation agrees bit for
 /// bit.
-using FillRow = void (*)(uint32_t* destination, size_t count, uint32_t color);
+using Fill = void (*)(const PixelBlock& block, uint32_t color);
 using ComposeRow = void (*)(uint32_t* destination, const uint32_t* source, size_t count,
                             uint32_t opacity);
 using FillMask = void (*)(const PixelBlock& block, const uint8_t* mask, size_t maskStride,
@@ -70,20 +81,23 @@ using ComposeMaskRow = void (*)(uint32_t* destination, const uint32_t* source, c
 using FillSpansRow = void (*)(uint32_t* row, const CoverageSpan* spans, size_t count,
                               uint32_t color);
 
+using FillBand = void (*)(const CoverageBand& band, uint32_t color);
+
 /// The row operations of one Porter-Duff mode.
 struct ModeKernels {
-    FillRow fill;
+    Fill fill;
     ComposeRow compose;
     FillMask fillMask;
     ComposeMaskRow composeMask;
     FillSpansRow fillSpans;
+    FillBand fillBand;
 };
 
 /// One implementation of all row operations, for one level of processor.
 struct Kernels {
     ModeKernels modes[kPorterDuffModes];  ///< by mode code
 
-    FillRow fill;     ///< stores the colour, whatever its alpha
+    Fill fill;        ///< stores the colour, whatever its alpha
     ComposeRow copy;  ///< stores the source; ignores opacity
     ComposeRow over;  ///< source-over; ignores opacity
     ComposeRow fade;  ///< source-over of an opaque source by opacity, rounded once

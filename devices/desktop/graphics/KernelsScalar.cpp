@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 
 #include "graphics/KernelSets.h"
@@ -7,13 +8,23 @@ namespace quiravent::desktop {
 
 namespace {
 
-void storeColor(uint32_t* destination, size_t count, uint32_t color) {
-    for (size_t i = 0; i < count; ++i) destination[i] = color;
+template <typename FillRow>
+void fillRows(const PixelBlock& block, FillRow fillRow) {
+    for (size_t y = 0; y < block.height; ++y) fillRow(block.pixels + y * block.stride);
+}
+
+void storeColor(const PixelBlock& block, uint32_t color) {
+    fillRows(block, [&](uint32_t* row) { std::fill_n(row, block.width, color); });
 }
 
 template <uint32_t mode>
 void fillRow(uint32_t* destination, size_t count, uint32_t color) {
     for (size_t i = 0; i < count; ++i) destination[i] = blend<mode>(color, destination[i]);
+}
+
+template <uint32_t mode>
+void fill(const PixelBlock& block, uint32_t color) {
+    fillRows(block, [&](uint32_t* row) { fillRow<mode>(row, block.width, color); });
 }
 
 template <uint32_t mode>
@@ -32,10 +43,10 @@ void fillMaskRow(uint32_t* destination, const uint8_t* mask, size_t count, uint3
 
 template <uint32_t mode>
 void fillMask(const PixelBlock& block, const uint8_t* mask, size_t maskStride, uint32_t color) {
-    for (size_t y = 0; y < block.height; ++y) {
-        fillMaskRow<mode>(block.pixels + y * block.stride, mask + y * maskStride, block.width,
-                          color);
-    }
+    fillRows(block, [&](uint32_t* row) {
+        fillMaskRow<mode>(row, mask, block.width, color);
+        mask += maskStride;
+    });
 }
 
 template <uint32_t mode>
@@ -62,10 +73,39 @@ void fillSpansRow(uint32_t* row, const CoverageSpan* spans, size_t count, uint32
     }
 }
 
+template <typename Blend>
+void fillBandWith(const CoverageBand& band, Blend blendPixel) {
+    uint32_t* step = band.pixels;
+    for (size_t i = 0; i < band.count; ++i, step += band.along) {
+        uint32_t* pixel = step + band.first[i] * band.across;
+        for (uint32_t coverage = band.coverage[i]; coverage != 0; coverage >>= 8) {
+            *pixel = blendPixel(*pixel, coverage & 255);
+            pixel += band.across;
+        }
+    }
+}
+
+template <uint32_t mode>
+void fillBand(const CoverageBand& band, uint32_t color) {
+    if (mode <= kSourceOver && alphaOf(color) == 255) {
+        fillBandWith(band, [color](uint32_t pixel, uint32_t coverage) {
+            return interpolate(pixel, color, coverage);
+        });
+        return;
+    }
+    fillBandWith(band, [color](uint32_t pixel, uint32_t coverage) {
+        return blendCovered<mode>(color, pixel, coverage);
+    });
+}
+
 template <uint32_t mode>
 constexpr ModeKernels modeKernels() {
-    return {mode == kSource ? storeColor : fillRow<mode>, composeRow<mode>, fillMask<mode>,
-            composeMaskRow<mode>, fillSpansRow<mode>};
+    return {mode == kSource ? storeColor : fill<mode>,
+            composeRow<mode>,
+            fillMask<mode>,
+            composeMaskRow<mode>,
+            fillSpansRow<mode>,
+            fillBand<mode>};
 }
 
 void copyRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t /*opacity*/) {

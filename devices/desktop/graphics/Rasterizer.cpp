@@ -63,9 +63,10 @@ void Rasterizer::clipAcross(Point upper, Point lower, double sign) {
 
 void Rasterizer::addRows(Point upper, Point lower, double sign) {
     Point from = upper;
+    const double perRow = (lower.x - upper.x) / (lower.y - upper.y);
     for (auto y = static_cast<uint32_t>(upper.y); from.y < lower.y; ++y) {
         const double bottom = std::min(lower.y, static_cast<double>(y) + 1);
-        const double x = bottom == lower.y ? lower.x : xAt(upper, lower, bottom);
+        const double x = bottom == lower.y ? lower.x : upper.x + perRow * (bottom - upper.y);
         const Point to{std::clamp(x, 0.0, m_width), bottom};
         addWithinRow(y, from, to, sign);
         from = to;

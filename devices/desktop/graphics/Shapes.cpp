@@ -1,6 +1,7 @@
 #include "graphics/Shapes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <initializer_list>
 
@@ -11,6 +12,9 @@ namespace {
 // How far a chord may lie from its arc, in pixels: changes a pixel's coverage by two of its 255
 // levels at most.
 constexpr double kFlatness = 1.0 / 128;
+
+// Halvings that bring the largest radius to that flatness, and some to spare.
+constexpr size_t kMostLevels = 24;
 
 constexpr double kPi = 3.14159265358979323846;
 
@@ -54,27 +58,37 @@ class ArcFlattener {
 
   private:
     void addQuarter(Point from, Point to, bool backward) {
+        findHalvings(from.x * to.x + from.y * to.y);
         if (backward) {
-            addMonotone(to, from);
+            addMonotone(to, from, 0);
         } else {
-            addMonotone(from, to);
+            addMonotone(from, to, 0);
+        }
+    }
+
+    /// What halving an arc of that cosine until its chords are flat takes at each of its levels,
+    /// where all pieces have the same angle.
+    void findHalvings(double cosine) {
+        m_flatLevel = 0;
+        double half = std::sqrt(std::max(0.0, (1 + cosine) / 2));
+        while (m_flatLevel < kMostLevels && m_radius * (1 - half) > kFlatness) {
+            m_toMiddle[m_flatLevel++] = 0.5 / half;
+            half = std::sqrt((1 + half) / 2);
         }
     }
 
     /// Directions within one quarter, so that the arc lies in the box of its ends.
-    void addMonotone(Point from, Point to) {
-        const Point sum{from.x + to.x, from.y + to.y};
-        const double length = std::sqrt(sum.x * sum.x + sum.y * sum.y);
+    void addMonotone(Point from, Point to, size_t level) {
         const Point start = m_ellipse.at(from);
         const Point end = m_ellipse.at(to);
-        const double sagitta = m_radius * (1 - length / 2);
-        if (sagitta <= kFlatness || beside(start, end)) {
+        if (level == m_flatLevel || beside(start, end)) {
             m_rasterizer.addEdge(start, end);
             return;
         }
-        const Point middle{sum.x / length, sum.y / length};
-        addMonotone(from, middle);
-        addMonotone(middle, to);
+        const double scale = m_toMiddle[level];
+        const Point middle{(from.x + to.x) * scale, (from.y + to.y) * scale};
+        addMonotone(from, middle, level + 1);
+        addMonotone(middle, to, level + 1);
     }
 
     /// Whether the box of two points lies wholly on one side of the limits, where only its
@@ -92,6 +106,8 @@ class ArcFlattener {
     Rasterizer& m_rasterizer;
     Ellipse m_ellipse;
     double m_radius;
+    size_t m_flatLevel = 0;
+    std::array<double, kMostLevels> m_toMiddle{};  // from the sum of two directions to their middle
 };
 
 Ellipse insideOf(const Ellipse& ellipse) {

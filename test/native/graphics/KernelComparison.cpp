@@ -84,7 +84,7 @@ class Comparison {
 void compareMode(Comparison& comparison, const Arguments& a, uint32_t mode) {
     const std::string name = "mode " + std::to_string(mode) + " ";
     comparison.compare(name + "fill", a, [&](const Kernels& kernels, auto& out) {
-        kernels.modes[mode].fill(a.row(out), a.width, a.color);
+        kernels.modes[mode].fill(a.block(out), a.color);
     });
     comparison.compare(name + "compose", a, [&](const Kernels& kernels, auto& out) {
         kernels.modes[mode].compose(a.row(out), a.from(), a.width, a.opacity);
@@ -101,9 +101,8 @@ void compareMode(Comparison& comparison, const Arguments& a, uint32_t mode) {
 }
 
 void comparePlainRows(Comparison& comparison, const Arguments& a) {
-    comparison.compare("fill", a, [&](const Kernels& kernels, auto& out) {
-        kernels.fill(a.row(out), a.width, a.color);
-    });
+    comparison.compare(
+        "fill", a, [&](const Kernels& kernels, auto& out) { kernels.fill(a.block(out), a.color); });
     comparison.compare("over", a, [&](const Kernels& kernels, auto& out) {
         kernels.over(a.row(out), a.from(), a.width, 255);
     });

@@ -143,7 +143,7 @@ TEST_P(EveryMode, FillsWholeRowsMasksAndSpans) {
             return combined(op(), color, m_rows.destination[i], 255, coverage, rounded);
         };
         m_out = m_rows.destination;
-        mode().fill(m_out.data(), kCount, color);
+        mode().fill({m_out.data(), 0, kCount, 1}, color);
         expectRow([&](size_t i) { return at(i, 255); });
 
         m_out = m_rows.destination;

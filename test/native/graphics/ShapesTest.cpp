@@ -6,6 +6,8 @@
 
 #include "TestPixels.h"
 #include "graphics/Canvas.h"
+#include "graphics/Rasterizer.h"
+#include "graphics/Shapes.h"
 
 namespace quiravent::desktop::test {
 namespace {
@@ -177,6 +179,35 @@ TEST(Lines, AreOnePixelWideAndCoverBothEnds) {
                        return (along >= 0 && along <= length && std::abs(away) <= 0.5) ||
                               pixel(e[0], e[1]) || pixel(e[2], e[3]);
                    }));
+    }
+}
+
+/// Lines have a way of their own to their coverage; ends and middle meet without a seam.
+TEST(Lines, OfEverySlopeAgreeWithTheRasteriser) {
+    RandomPixels random;
+    for (int count = 0; count < 300; ++count) {
+        int64_t e[4];
+        for (int64_t& end : e) end = random.below(kSide + 20) - int64_t{10};
+        if (count % 3 == 0) e[3] = e[1] + random.below(3) + 1;
+        if (e[0] == e[2] || e[1] == e[3]) continue;
+        const auto surface = newSurface(kSide, kSide);
+        Rasterizer rasterizer;
+        rasterizer.start({0, 0, kSide, kSide});
+        addLine(rasterizer, e[0], e[1], e[2], e[3]);
+        rasterizer.sweep([&](int64_t y, const std::vector<CoverageSpan>& spans) {
+            kernels().modes[kSourceOver].fillSpans(surface->row(static_cast<uint32_t>(y)),
+                                                   spans.data(), spans.size(), 0xFFFFFFFF);
+        });
+        const std::vector<uint32_t> wanted = pixelsOf(*surface);
+        const std::vector<int> painted = paint([&](Canvas& c) {
+            c.drawLine(static_cast<uint32_t>(e[0]), static_cast<uint32_t>(e[1]),
+                       static_cast<uint32_t>(e[2]), static_cast<uint32_t>(e[3]));
+        });
+        for (size_t i = 0; i < painted.size(); ++i) {
+            ASSERT_NEAR(painted[i], channel(wanted[i], 3), 1)
+                << e[0] << "," << e[1] << " to " << e[2] << "," << e[3] << " at " << i % kSide
+                << "," << i / kSide;
+        }
     }
 }
 

@@ -1,5 +1,6 @@
 #include <immintrin.h>
 
+#include "graphics/simd/Avx2Sampling.h"
 #include "graphics/simd/PartBytes.h"
 #include "graphics/simd/VectorKernels.h"
 #include "graphics/simd/VectorRows.h"
@@ -151,9 +152,15 @@ void halveRows(uint32_t* destination, const uint32_t* upper, const uint32_t* low
 
 SamplePixels carefulSamples;
 
+void sampleInside(uint32_t* destination, const SampleSource<uint32_t>& source,
+                  const SampleSteps& steps, size_t count) {
+    const size_t done = sampleInFours(destination, source, steps, count);
+    sampleInner(destination + done, source, stepsFrom(steps, done), count - done);
+}
+
 void samplePixels(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    samplePixelsX86(destination, source, steps, count, carefulSamples);
+    samplePixelsX86(destination, source, steps, count, carefulSamples, sampleInside);
 }
 
 }  // namespace

@@ -69,38 +69,68 @@ static inline bool storesColor(uint32_t color) {
     return mode == kSource || (over && alphaOf(color) == 255);
 }
 
+// The last vector of a row ends with the row, and overlaps the one before it: it is worked out from
+// the pixels as they were and stored last, so that those that both hold get the same value twice.
+// Rows of less than a vector go through parts of one.
+
 template <class V>
-void storeColor(uint32_t* destination, size_t count, uint32_t color) {
-    const auto pixels = V::splat(color);
-    for (; count >= V::kPixels; count -= V::kPixels, destination += V::kPixels) {
-        V::store(destination, pixels);
+static inline void storeRow(uint32_t* row, size_t count, PixelsOf<V> pixels) {
+    if (count < V::kPixels) {
+        V::storePart(row, pixels, count);
+        return;
     }
-    if (count != 0) V::storePart(destination, pixels, count);
+    uint32_t* const last = row + count - V::kPixels;
+    for (; row < last; row += V::kPixels) V::store(row, pixels);
+    V::store(last, pixels);
+}
+
+template <class V>
+void storeColor(const PixelBlock& block, uint32_t color) {
+    const auto pixels = V::splat(color);
+    uint32_t* row = block.pixels;
+    for (size_t y = 0; y < block.height; ++y, row += block.stride) {
+        storeRow<V>(row, block.width, pixels);
+    }
 }
 
 template <class V, uint32_t mode>
-void fillRow(uint32_t* destination, size_t count, uint32_t color) {
-    const auto source = V::splat(color);
-    for (; count >= V::kPixels; count -= V::kPixels, destination += V::kPixels) {
-        V::store(destination, blendPixels<V, mode>(source, V::load(destination)));
+static inline void fillRow(uint32_t* row, size_t count, PixelsOf<V> source) {
+    if (count < V::kPixels) {
+        V::storePart(row, blendPixels<V, mode>(source, V::loadPart(row, count)), count);
+        return;
     }
-    if (count == 0) return;
-    const auto before = V::loadPart(destination, count);
-    V::storePart(destination, blendPixels<V, mode>(source, before), count);
+    uint32_t* const last = row + count - V::kPixels;
+    const auto end = blendPixels<V, mode>(source, V::load(last));
+    for (; row < last; row += V::kPixels) {
+        V::store(row, blendPixels<V, mode>(source, V::load(row)));
+    }
+    V::store(last, end);
+}
+
+template <class V, uint32_t mode>
+void fill(const PixelBlock& block, uint32_t color) {
+    const auto source = V::splat(color);
+    uint32_t* row = block.pixels;
+    for (size_t y = 0; y < block.height; ++y, row += block.stride) {
+        fillRow<V, mode>(row, block.width, source);
+    }
 }
 
 /// Calls combine(source, destination) for the pixels of two rows and stores what it gives.
 template <class V, class Combine>
 static inline void combineRows(uint32_t* destination, const uint32_t* source, size_t count,
                                Combine combine) {
-    for (; count >= V::kPixels; count -= V::kPixels) {
-        V::store(destination, combine(V::load(source), V::load(destination)));
-        destination += V::kPixels;
-        source += V::kPixels;
+    if (count < V::kPixels) {
+        const auto before = V::loadPart(destination, count);
+        V::storePart(destination, combine(V::loadPart(source, count), before), count);
+        return;
     }
-    if (count == 0) return;
-    const auto before = V::loadPart(destination, count);
-    V::storePart(destination, combine(V::loadPart(source, count), before), count);
+    uint32_t* const last = destination + count - V::kPixels;
+    const auto end = combine(V::load(source + count - V::kPixels), V::load(last));
+    for (; destination < last; destination += V::kPixels, source += V::kPixels) {
+        V::store(destination, combine(V::load(source), V::load(destination)));
+    }
+    V::store(last, end);
 }
 
 template <class V, uint32_t mode>
@@ -140,20 +170,26 @@ void composeMaskRow(uint32_t* destination, const uint32_t* source, const uint8_t
 }
 
 template <class V, class Combine>
+static inline void fillMaskRow(uint32_t* row, const uint8_t* mask, size_t count, Combine combine) {
+    if (count < V::kPixels) {
+        const auto coverage = V::coveragePart(mask, count);
+        V::storePart(row, combine(V::loadPart(row, count), coverage), count);
+        return;
+    }
+    uint32_t* const last = row + count - V::kPixels;
+    const auto end = combine(V::load(last), V::coverage(mask + count - V::kPixels));
+    for (; row < last; row += V::kPixels, mask += V::kPixels) {
+        V::store(row, combine(V::load(row), V::coverage(mask)));
+    }
+    V::store(last, end);
+}
+
+template <class V, class Combine>
 static inline void fillMaskWith(const PixelBlock& block, const uint8_t* mask, size_t maskStride,
                                 Combine combine) {
     uint32_t* row = block.pixels;
     for (size_t y = 0; y < block.height; ++y, row += block.stride, mask += maskStride) {
-        size_t x = 0;
-        for (; x + V::kPixels <= block.width; x += V::kPixels) {
-            const auto coverage = V::coverage(mask + x);
-            if (V::isTransparent(coverage)) continue;
-            V::store(row + x, combine(V::load(row + x), coverage));
-        }
-        const size_t rest = block.width - x;
-        if (rest == 0) continue;
-        const auto coverage = V::coveragePart(mask + x, rest);
-        V::storePart(row + x, combine(V::loadPart(row + x, rest), coverage), rest);
+        fillMaskRow<V>(row, mask, block.width, combine);
     }
 }
 
@@ -195,9 +231,9 @@ void fillSpansRow(uint32_t* row, const CoverageSpan* spans, size_t count, uint32
         } else if (span->coverage != 255) {
             fillSpan<V, mode>(pixels, span->length, span->coverage, color);
         } else if (stores) {
-            storeColor<V>(pixels, span->length, color);
+            storeRow<V>(pixels, span->length, V::splat(color));
         } else {
-            fillRow<V, mode>(pixels, span->length, color);
+            fillRow<V, mode>(pixels, span->length, V::splat(color));
         }
     }
 }
@@ -266,9 +302,13 @@ void mixRows(uint32_t* destination, const uint32_t* const* rows, const int16_t* 
 }
 
 template <class V, uint32_t mode>
-static inline ModeKernels modeRows() {
-    return {mode == kSource ? storeColor<V> : fillRow<V, mode>, composeRow<V, mode>,
-            fillMask<V, mode>, composeMaskRow<V, mode>, fillSpansRow<V, mode>};
+static inline ModeKernels modeRows(const Kernels& base) {
+    return {mode == kSource ? storeColor<V> : fill<V, mode>,
+            composeRow<V, mode>,
+            fillMask<V, mode>,
+            composeMaskRow<V, mode>,
+            fillSpansRow<V, mode>,
+            base.modes[mode].fillBand};
 }
 
 /// `base` with the rows that V does faster.
@@ -276,9 +316,9 @@ template <class V>
 static inline Kernels vectorRows(const Kernels& base) {
     Kernels rows = base;
     const ModeKernels modes[kPorterDuffModes] = {
-        modeRows<V, 0>(), modeRows<V, 1>(), modeRows<V, 2>(),  modeRows<V, 3>(),
-        modeRows<V, 4>(), modeRows<V, 5>(), modeRows<V, 6>(),  modeRows<V, 7>(),
-        modeRows<V, 8>(), modeRows<V, 9>(), modeRows<V, 10>(), modeRows<V, 11>()};
+        modeRows<V, 0>(base), modeRows<V, 1>(base), modeRows<V, 2>(base),  modeRows<V, 3>(base),
+        modeRows<V, 4>(base), modeRows<V, 5>(base), modeRows<V, 6>(base),  modeRows<V, 7>(base),
+        modeRows<V, 8>(base), modeRows<V, 9>(base), modeRows<V, 10>(base), modeRows<V, 11>(base)};
     for (size_t mode = 0; mode < kPorterDuffModes; ++mode) rows.modes[mode] = modes[mode];
     rows.fill = storeColor<V>;
     rows.over = overRow<V>;

@@ -61,6 +61,11 @@ static inline __m128i innerSample(const SampleSource<uint32_t>& source, int64_t 
     return rounded256(_mm_add_epi16(mixed, _mm_unpackhi_epi64(mixed, mixed)));
 }
 
+static inline SampleSteps stepsFrom(const SampleSteps& steps, size_t index) {
+    const auto by = static_cast<int64_t>(index);
+    return {steps.x + by * steps.stepX, steps.y + by * steps.stepY, steps.stepX, steps.stepY};
+}
+
 static inline void sampleInner(uint32_t* destination, const SampleSource<uint32_t>& source,
                                const SampleSteps& steps, size_t count) {
     int64_t x = steps.x;
@@ -85,14 +90,10 @@ static inline void sampleInner(uint32_t* destination, const SampleSource<uint32_
 
 using SamplePixels = void (*)(uint32_t*, const SampleSource<uint32_t>&, const SampleSteps&, size_t);
 
-static inline SampleSteps stepsFrom(const SampleSteps& steps, size_t index) {
-    const auto by = static_cast<int64_t>(index);
-    return {steps.x + by * steps.stepX, steps.y + by * steps.stepY, steps.stepX, steps.stepY};
-}
-
-/// Samples what needs care at the source's edges by `careful`.
+/// Samples what needs care at the source's edges by `careful`, and the rest by `inside`.
 static inline void samplePixelsX86(uint32_t* destination, const SampleSource<uint32_t>& source,
-                                   const SampleSteps& steps, size_t count, SamplePixels careful) {
+                                   const SampleSteps& steps, size_t count, SamplePixels careful,
+                                   SamplePixels inside) {
     InnerSamples inner{0, count};
     narrowSamples(inner, steps.x, steps.stepX, int64_t{source.width - 1} << 32);
     narrowSamples(inner, steps.y, steps.stepY, int64_t{source.height - 1} << 32);
@@ -101,8 +102,8 @@ static inline void samplePixelsX86(uint32_t* destination, const SampleSource<uin
         return;
     }
     if (inner.first > 0) careful(destination, source, steps, inner.first);
-    sampleInner(destination + inner.first, source, stepsFrom(steps, inner.first),
-                inner.last - inner.first);
+    inside(destination + inner.first, source, stepsFrom(steps, inner.first),
+           inner.last - inner.first);
     if (inner.last < count) {
         careful(destination + inner.last, source, stepsFrom(steps, inner.last), count - inner.last);
     }
