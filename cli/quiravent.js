@@ -17,6 +17,7 @@ const verbs = [
   'players',
   'halt',
   'faults',
+  'lineup',
   'doctor'
 ].map((name) => require(`./commands/${name}`));
 

@@ -91,11 +91,12 @@ void PlayerSession::requestSeek(int64_t position) {
     ++m_pendingSeeks;
     m_position = position;
     post([this, position] {
+        beginAt(position);
         {
+            // Not sooner: until the clock stands at the position, m_position has to answer for it.
             const Lock begun(m_mutex);
             --m_pendingSeeks;
         }
-        beginAt(position);
         applyRunning();
     });
 }

@@ -2,7 +2,12 @@
 
 namespace quiravent::desktop {
 
-PlaneOutput::PlaneOutput(Screen& screen) : m_screen(screen) { m_screen.addPlane(m_plane); }
+PlaneOutput::PlaneOutput(Screen& screen, Place place) : m_screen(screen) {
+    if (place == Place::top)
+        m_screen.addPlane(m_plane);
+    else
+        m_screen.addBottomPlane(m_plane);
+}
 
 PlaneOutput::~PlaneOutput() { m_screen.removePlane(m_plane); }
 

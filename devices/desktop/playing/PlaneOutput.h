@@ -10,11 +10,12 @@
 namespace quiravent::desktop {
 
 /// A player's plane of the screen. The plane is there from the making of the output on, which
-/// decides what covers what.
+/// decides what covers what: it lies over the planes that are there, or below them.
 class PlaneOutput : public VideoOutput {
   public:
     /// The screen outlives the output.
-    explicit PlaneOutput(Screen& screen);
+    enum class Place { top, bottom };
+    explicit PlaneOutput(Screen& screen, Place place = Place::top);
     ~PlaneOutput() override;
     PlaneOutput(const PlaneOutput&) = delete;
     PlaneOutput& operator=(const PlaneOutput&) = delete;

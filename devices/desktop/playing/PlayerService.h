@@ -63,6 +63,9 @@ class PlayerService {
     /// Calls request, which is Player::suspend or Player::abort, of one of those.
     e_pl_status halt(uint64_t number, e_pl_status (Player::*request)());
 
+    /// What all players share; made for the first one. Throws DeviceError when it can't be.
+    MediaEngine& engine();
+
     /// What goes wrong on purpose; see FaultList.
     FaultList& faults() { return engine().faults(); }
 
@@ -93,7 +96,6 @@ class PlayerService {
         player->unload();
         return e_pl_status_ok;
     }
-    MediaEngine& engine();
     std::shared_ptr<Player> createPlayer(const char* kind, const std::string& location,
                                          const Rect& bounds);
     std::vector<std::shared_ptr<Player>> openPlayers() const;

@@ -13,7 +13,8 @@ namespace quiravent::desktop {
 /// else waits for them. Thread-safe.
 class Reaper {
   public:
-    Reaper();
+    /// name: of the thread, at most 15 characters.
+    explicit Reaper(const char* name);
     /// Waits until all is destroyed.
     ~Reaper();
     Reaper(const Reaper&) = delete;
@@ -21,6 +22,13 @@ class Reaper {
 
     /// Takes the object over; nobody else may hold it.
     void take(std::shared_ptr<void> object);
+
+    /// Has the reaper take an object when its last holder lets go of it, who may be a thread of the
+    /// object's own or one that must not wait. Holders let go before the reaper is gone.
+    template <class Object>
+    std::shared_ptr<Object> buried(std::unique_ptr<Object> object) {
+        return {object.release(), [this](Object* dead) { take(std::shared_ptr<Object>(dead)); }};
+    }
 
     /// Waits until all that was taken is destroyed, or for so many microseconds. False when some
     /// of it is left.

@@ -1,4 +1,4 @@
-#include "media/Reaper.h"
+#include "support/Reaper.h"
 
 #include <utility>
 
@@ -7,7 +7,7 @@
 
 namespace quiravent::desktop {
 
-Reaper::Reaper() : m_thread(startThread("media-reaper", [this] { run(); })) {}
+Reaper::Reaper(const char* name) : m_thread(startThread(name, [this] { run(); })) {}
 
 Reaper::~Reaper() {
     {
