@@ -6,6 +6,7 @@
 
 const { spawn } = require('child_process');
 const fs = require('fs');
+const os = require('os');
 const path = require('path');
 const { ControlChannel } = require('../cli/lib/control-channel');
 const { readSteps } = require('../cli/lib/key-steps');
@@ -14,6 +15,9 @@ const { captureFilm, describe, isRight } = require('./lib/film-picture');
 const { root } = require('./lib/run');
 
 const pictures = path.join(root, 'build', 'pictures');
+
+/** Status of an application that the device asked to end, by a signal. */
+const ASKED_TO_END = 128 + os.constants.signals.SIGTERM;
 
 /** For how long a picture of a film is waited for; in ms. */
 const patience = 60000;
@@ -76,10 +80,7 @@ function launch(channel) {
   const options = ['--headless', '--control', channel.path];
   const storage = ['--storage', path.join(root, 'build', 'storage')];
   const words = ['cli/quiravent.js', 'run'].concat(options, storage, 'examples/home', '--still');
-  const child = spawn(process.execPath, words, { cwd: root, stdio: 'inherit' });
-  return new Promise((resolve) => child.on('close', resolve)).then((status) =>
-    channel.close().then(() => status)
-  );
+  return spawn(process.execPath, words, { cwd: root, stdio: 'inherit' });
 }
 
 function tour(client) {
@@ -91,16 +92,22 @@ function tour(client) {
 function main() {
   fs.mkdirSync(pictures, { recursive: true });
   const channel = new ControlChannel();
-  const ended = launch(channel);
-  return channel.connectWhenUp().then((client) => {
-    if (!client) throw new Error('the sample application ended at once.');
-    const quit = () => client.request('quit').then(() => ended);
-    return tour(client).then(quit, (error) =>
-      quit().then(() => {
-        throw error;
-      })
-    );
+  const child = launch(channel);
+  const ended = new Promise((resolve) => child.on('close', resolve)).then((status) =>
+    channel.close().then(() => {
+      if (status !== ASKED_TO_END)
+        throw new Error(`the sample application ended with status ${status}`);
+    })
+  );
+  const shown = channel
+    .connectWhenUp()
+    .then((client) => client && tour(client).then(() => client.request('quit')));
+  // A tour that fails doesn't leave the application behind.
+  const orEnded = shown.catch((error) => {
+    child.kill();
+    throw error;
   });
+  return Promise.all([orEnded, ended]);
 }
 
 console.log('\nThe pictures of the screen:');

@@ -12,7 +12,8 @@ const ends = ['playback_completed', 'playback_error', 'playback_abort', 'fetch_e
  * once, and then the film goes on.
  */
 class AdBreak {
-  constructor(url, onChange, onEnd) {
+  constructor(url, volume, onChange, onEnd) {
+    this.volume = volume;
     this.onEnd = onEnd;
     this.ad = null;
     this.isPaused = false;
@@ -36,6 +37,7 @@ class AdBreak {
       () => {},
       (error) => console.error(error)
     );
+    ad.setVolume(this.volume);
     if (this.onEnd) ad.start();
     else ad.unload();
   }
@@ -57,6 +59,7 @@ class AdBreak {
   }
 
   setVolume(volume) {
+    this.volume = volume;
     if (this.ad) this.ad.setVolume(volume);
   }
 

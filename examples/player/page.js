@@ -94,8 +94,8 @@ class PlayerPage {
       this.playback.play();
       this.changed();
     };
-    this.adBreak = new AdBreak(due[due.length - 1].url, () => this.changed(), goOn);
-    this.adBreak.setVolume(this.playback.volume);
+    const { url } = due[due.length - 1];
+    this.adBreak = new AdBreak(url, this.playback.volume, () => this.changed(), goOn);
   }
 
   handleKey(key) {

@@ -39,6 +39,9 @@ class Playback {
     this.speed = 1;
     this.volume = 1;
     this.chosen = {};
+    this.lastNow = 0;
+    this.stood = 0;
+    this.moved = 0;
     this.isClosed = false;
     // The player is made in the background. The viewer may have left when it comes.
     mediaServices.getPlayer(url, bounds, (error, player) => {
@@ -79,16 +82,25 @@ class Playback {
   }
 
   get isWaiting() {
+    if (this.phase === 'playing') return !this.isPaused && this.stood > 2;
     return ['opening', 'loading', 'ready', 'buffering'].indexOf(this.phase) >= 0;
   }
 
   /**
-   * To be called now and then. What the device tells while a listener is only just being set up lies
-   * there until it tells more, and of a film that plays that may be long: that time runs says the same.
+   * To be called some times in a second. Events tell why a film stands still; whether it does, its
+   * time tells best: an event that comes while the listener is only just being set up lies there
+   * until the next one, and after a jump to what isn't loaded yet there may be none at all.
    */
   look() {
-    const isStarting = this.isWaiting && this.phase !== 'buffering';
-    if (isStarting && this.time.now > 0) ['fetch_ready', 'playback_ready'].forEach(this.hear, this);
+    const { now } = this.time;
+    const isSame = now === this.lastNow;
+    this.lastNow = now;
+    this.stood = isSame ? this.stood + 1 : 0;
+    this.moved = isSame ? 0 : this.moved + 1;
+    // A single step may be a jump.
+    if (this.moved < 3 || !this.isWaiting) return;
+    if (this.phase !== 'buffering') this.hear('fetch_ready');
+    this.hear('playback_ready');
   }
 
   /** In ms; zeros until the medium is known. */

@@ -7,8 +7,10 @@ const path = require('path');
 const test = require('tape');
 const { captureFilm, describe, isRight } = require('../../tools/lib/film-picture');
 const { numberAt } = require('../../tools/media/frame-counter');
+const { drawArtwork } = require('../../tools/artwork/draw');
 const { makeMedia } = require('../../tools/media/make');
 const { Application } = require('./support/controlled');
+const { readPicture } = require('./support/png');
 
 const root = path.join(__dirname, '..', '..');
 const film = 1;
@@ -17,11 +19,11 @@ const advertisement = 2;
 /** For how long something is waited for, on a busy machine; in ms. */
 const timeout = 30000;
 
-/** The player under control. */
+/** An example under control. */
 class Viewer {
-  constructor(t, variables) {
+  constructor(t, example, variables) {
     const settings = { NODE_PATH: path.join(root, 'cli', 'modules'), UV_THREADPOOL_SIZE: '8' };
-    const source = `require(${JSON.stringify(path.join(root, 'examples', 'player'))});`;
+    const source = `require(${JSON.stringify(path.join(root, 'examples', example))});`;
     this.application = new Application(t, source, Object.assign(settings, variables));
   }
 
@@ -76,7 +78,13 @@ class Viewer {
 
 function start(t, variables) {
   makeMedia(path.join(root, 'build', 'media'));
-  return new Viewer(t, variables).start();
+  return new Viewer(t, 'player', variables).start();
+}
+
+function startHome(t) {
+  drawArtwork(path.join(root, 'build', 'artwork'));
+  makeMedia(path.join(root, 'build', 'media'));
+  return new Viewer(t, 'home').start();
 }
 
 const idsOf = (player, kind) =>
@@ -153,12 +161,13 @@ test('an advertisement interrupts the film, which goes on where it was', (t) =>
     let interrupted = null;
     return viewer
       .waitFor(film, 'playing', 200)
-      .then(() => viewer.press('ArrowRight ArrowRight ArrowRight'))
+      .then(() => viewer.press('AudioVolumeMute ArrowRight ArrowRight ArrowRight'))
       .then(() => viewer.waitFor(advertisement, 'playing', 400))
       .then(() => viewer.request('players'))
       .then((answer) => {
         interrupted = answer.players[0];
-        t.deepEqual([interrupted.state, answer.players[1].kind], ['paused', 'ad']);
+        const ad = answer.players[1];
+        t.deepEqual([interrupted.state, ad.kind, ad.volume], ['paused', 'ad', 0]);
         return viewer.press('ArrowRight');
       })
       .then(() => viewer.until((player) => player.state === 'playing'))
@@ -172,6 +181,59 @@ test('an advertisement interrupts the film, which goes on where it was', (t) =>
       .then((answer) => t.equal(answer.players.length, 1, 'the advertisement is gone'))
       .then(() => viewer.see('after.png'))
       .then((seen) => t.ok(isRight(seen), describe(seen)));
+  }));
+
+/** Whether a screen shows the dots that go round while a film is waited for. */
+function hasSpinner(screen) {
+  const brightest = '#ffb454';
+  for (let y = 310; y < 410; y += 2) {
+    for (let x = 590; x < 690; x += 2) if (screen.colorAt(x, y) === brightest) return true;
+  }
+  return false;
+}
+
+test('a viewer sees that a film is waited for', (t) =>
+  start(t, { QUIRAVENT_FAULTS: 'stalled 0-100000 off' }).then((viewer) => {
+    const untilSpinner = (isShown) => {
+      const file = viewer.application.file('waiting.png');
+      return viewer
+        .press('Info')
+        .then(() => viewer.request('capture', { file }))
+        .then(() => hasSpinner(readPicture(file)) === isShown || untilSpinner(isShown));
+    };
+    return viewer
+      .waitFor(film, 'playing', 200)
+      .then(() => untilSpinner(false))
+      .then(() => viewer.request('faults', { fault: 1, on: true }))
+      .then(() => viewer.press('ArrowRight'))
+      .then(() => viewer.waitFor(film, 'buffering'))
+      .then(() => untilSpinner(true))
+      .then(() => viewer.request('faults', { fault: 1, on: false }))
+      .then(() => viewer.waitFor(film, 'playing', 10000))
+      .then(() => viewer.press('MediaPause'))
+      .then(() => untilSpinner(false))
+      .then((isGone) => t.ok(isGone));
+  }));
+
+test('the home screen plays a film, and is there again when it is left', (t) =>
+  startHome(t).then((viewer) => {
+    const players = () => viewer.request('players').then((answer) => answer.players.length);
+    // Keys mean nothing until the home screen is there.
+    const untilPlaying = () =>
+      viewer
+        .press('MediaPlay')
+        .then(players)
+        .then((count) => count > 0 || untilPlaying());
+    const untilLeft = () => players().then((count) => count === 0 || untilLeft());
+    return untilPlaying()
+      .then(() => viewer.waitFor(film, 'playing', 1000))
+      .then(() => viewer.see('film.png'))
+      .then((seen) => t.ok(isRight(seen), describe(seen)))
+      .then(() => viewer.press('GoBack'))
+      .then(untilLeft)
+      .then(untilPlaying)
+      .then(() => viewer.waitFor(film + 1, 'playing'))
+      .then((second) => t.equal(second.player, 2, 'another player'));
   }));
 
 test('the keys of the remote control change speed, place and volume', (t) =>

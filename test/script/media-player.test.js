@@ -62,6 +62,17 @@ test('setBounds refuses undefined alone', (t) => {
   t.end();
 });
 
+test('setBounds reads x, y, w, h in this order', (t) => {
+  const read = [];
+  const bounds = {};
+  ['h', 'w', 'y', 'x'].forEach((name) => {
+    Object.defineProperty(bounds, name, { get: () => read.push(name) });
+  });
+  made.player.setBounds(bounds);
+  t.deepEqual(read, ['x', 'y', 'w', 'h']);
+  t.end();
+});
+
 test('fatal: null as bounds', (t) => {
   const source = `
     quiravent.mediaServices.getPlayer('url', {}, (error, player) => {

@@ -320,6 +320,17 @@ const STREAMS = [
     });
   });
 
+  test(`${kind}: a device that refuses the registration leaves a worker that can be closed`, (t) => {
+    recorder.reset();
+    recorder.once(fns.register, { status: 9 });
+    return newFollowed(kind).then((made) => {
+      made.player.unload();
+      return recorder
+        .waitUntil(() => made.follower.isComplete(), 'the completion')
+        .then(() => t.deepEqual(made.follower.log, [['complete']]));
+    });
+  });
+
   test(`${kind}: without a listener the device has no callback`, (t) => {
     recorder.reset();
     return newPlayer(kind)
