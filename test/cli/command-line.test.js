@@ -31,7 +31,7 @@ test('a wrong command line is told in one line that names what is wrong, with st
       [['keys', '--timeout', '0'], /keys: --timeout is '0'; allowed: a number of seconds/],
       [['message', 'name'], /message: VALUE is missing/],
       [['screenshot', ''], /screenshot: FILE is ''; allowed: the path of a file/],
-      [['lineup', 'fly'], /lineup: ACTION is 'fly'; allowed: make/],
+      [['lineup', 'fly'], /lineup: ACTION is 'fly'; allowed: make, check/],
       [['lineup', 'make', 'a.json'], /make with 1 file names; allowed: lineup make FILE.json OUT/],
       [['run'], /run: APPLICATION is missing; allowed: a script/],
       [['run', 'none.js'], /run: APPLICATION is 'none.js'; allowed: a script/],
