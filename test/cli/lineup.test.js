@@ -123,3 +123,21 @@ test('a builder that is missing is told with the command that makes it', (t) =>
       t.ok(/quiravent-lineup' isn't built; build it with 'npm run build'/.test(result.stderr));
     });
   }));
+
+test('the examples of the documentation can be made', (t) =>
+  inFolder((folder, write) => {
+    const page = fs.readFileSync(path.join(__dirname, '../../docs/lineup.md'), 'utf8');
+    const examples = page
+      .split('```json\n')
+      .slice(1)
+      .map((part) => JSON.parse(part.split('```')[0]));
+    t.equal(examples.length, 2);
+    return inSequence(examples, (example) => {
+      // The medium that the page names exists in its reader's folder only.
+      example.services.forEach((service) => delete service.media);
+      write('example.json', JSON.stringify(example));
+      return launch(['lineup', 'make', 'example.json', 'out.ts'], {}, folder).then((result) =>
+        t.deepEqual([result.code, result.stderr], [0, ''])
+      );
+    });
+  }));
