@@ -18,7 +18,7 @@ enum class Standard {
 };
 
 /// Seconds that the time of Brasília is ahead of UTC.
-constexpr int64_t kBrasiliaZone = -3 * 3600;
+constexpr int64_t kBrasiliaZone = -3 * int64_t{3600};
 
 enum class VideoCodec { h264, mpeg2 };
 enum class AudioCodec { aac, mp2 };
