@@ -79,6 +79,7 @@ Device::Device(const Configuration& configuration)
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
       m_players(configuration, m_screen),
+      m_tuner(configuration.television),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
     if (!configuration.control.path.empty()) startControl(configuration.control.path);
 }
@@ -143,6 +144,7 @@ void Device::finishInTurn() noexcept {
     attempt([&] { m_platform.stop(); });
     attempt([&] { m_screen.finish(); });
     attempt([&] { m_players.finish(); });
+    attempt([&] { m_tuner.stop(); });
     attempt([&] { m_persistence.close(); });
 }
 

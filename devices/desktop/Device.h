@@ -14,6 +14,7 @@
 #include "platform/ProcessStart.h"
 #include "platform/StandardStreams.h"
 #include "playing/PlayerService.h"
+#include "television/Tuner.h"
 
 namespace quiravent::desktop {
 
@@ -31,6 +32,7 @@ class Device {
     RemoteControl& remote() { return m_remote; }
     DrawingService& drawing() { return m_drawing; }
     PlayerService& players() { return m_players; }
+    Tuner& tuner() { return m_tuner; }
     Persistence& persistence() { return m_persistence; }
     Platform& platform() { return m_platform; }
 
@@ -55,6 +57,7 @@ class Device {
     Screen m_screen;
     DrawingService m_drawing;
     PlayerService m_players;
+    Tuner m_tuner;
     Persistence m_persistence;
     std::unique_ptr<ControlServer> m_control;  ///< null: none was asked for, or it can't be
     std::once_flag m_finished;
