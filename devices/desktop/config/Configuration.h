@@ -28,6 +28,7 @@ struct Configuration {
     } storage;
     struct Graphics {
         uint64_t videoMemory = 64U << 20;  ///< bytes
+        std::string kernels = "auto";      ///< one of kernelSets(), or "auto", the fastest
     } graphics;
     struct Network {
         uint64_t timeLimitSeconds = 15;
@@ -37,7 +38,7 @@ struct Configuration {
         uint64_t bandwidthKbit = 8000;  ///< per second, for the choice among variants
         uint64_t cache = 64U << 20;     ///< bytes per player
         uint64_t timeLimitSeconds = 10;
-        std::string audioSink = "null";
+        std::string audioSink = "auto";
         std::string audioFile;  ///< of the sink "wav"
         std::string subtitleFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
         std::string faults;  ///< see parseFaults()

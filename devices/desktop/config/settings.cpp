@@ -4,6 +4,7 @@
 
 #include "display/CapturePattern.h"
 #include "display/drivers.h"
+#include "graphics/KernelSets.h"
 #include "input/Keys.h"
 #include "media/FaultList.h"
 #include "media/audio/audioSinks.h"
@@ -50,6 +51,24 @@ ordered_json remoteKeySchema() {
     return {{"anyOf", {{{"enum", names}}, {{"type", {"string", "integer", "null"}}}}}};
 }
 
+std::vector<Setting> graphicsSettings() {
+    std::vector<std::string> kernels = kernelSetNames();
+    kernels.insert(kernels.begin(), Configuration().graphics.kernels);
+    return {
+        sizeSetting({"graphics", "videoMemory", "QUIRAVENT_VIDEO_MEMORY",
+                     "Memory for canvases and images, in bytes or with a unit."},
+                    8, 4095,
+                    [](Configuration& all) -> uint64_t& { return all.graphics.videoMemory; }),
+        choiceSetting({"graphics", "kernels", "QUIRAVENT_KERNELS",
+                       "The processor's vector unit to draw with, for tests and measurements; "
+                       "\"auto\": the best that there is."},
+                      kernels, 0,
+                      [kernels](Configuration& configuration, size_t index) {
+                          configuration.graphics.kernels = kernels[index];
+                      }),
+    };
+}
+
 std::vector<Setting> inputAndPlatformSettings() {
     return {
         entriesSetting<KeyBindings>(
@@ -89,12 +108,14 @@ std::vector<Setting> mediaSettings() {
                        "How long a player waits for a server that doesn't answer, in seconds."},
                       1, 3600,
                       [](Configuration& all) -> uint64_t& { return all.media.timeLimitSeconds; }),
-        choiceSetting({"media", "audioSink", "QUIRAVENT_AUDIO",
-                       "Where sound goes: nowhere, in its own time, or to a WAV file."},
-                      sinks, 0,
-                      [sinks](Configuration& configuration, size_t index) {
-                          configuration.media.audioSink = sinks[index];
-                      }),
+        choiceSetting(
+            {"media", "audioSink", "QUIRAVENT_AUDIO",
+             "Where sound goes: to the sound card, where there is one (\"device\" warns where "
+             "there is none), nowhere, or to a WAV file."},
+            sinks, 0,
+            [sinks](Configuration& configuration, size_t index) {
+                configuration.media.audioSink = sinks[index];
+            }),
         pathSetting(
             {"media", "audioFile", "QUIRAVENT_AUDIO_FILE", "The file of the audio sink \"wav\"."},
             "the path of a file", isAnything,
@@ -164,10 +185,6 @@ std::vector<Setting> makeSettings() {
              "What a stored value survives: the end of the process, or also that of the machine."},
             {"process", "machine"},
             [](Configuration& all) -> Durability& { return all.storage.durability; }),
-        sizeSetting({"graphics", "videoMemory", "QUIRAVENT_VIDEO_MEMORY",
-                     "Memory for canvases and images, in bytes or with a unit."},
-                    8, 4095,
-                    [](Configuration& all) -> uint64_t& { return all.graphics.videoMemory; }),
         numberSetting({"network", "timeLimitSeconds", "QUIRAVENT_TIME_LIMIT",
                        "How long the load of a picture or font may take, in seconds."},
                       1, 3600,
@@ -177,6 +194,7 @@ std::vector<Setting> makeSettings() {
                       1, 4095,
                       [](Configuration& all) -> uint64_t& { return all.network.sizeLimitMiB; }),
     };
+    for (Setting& setting : graphicsSettings()) table.push_back(std::move(setting));
     for (Setting& setting : mediaSettings()) table.push_back(std::move(setting));
     for (Setting& setting : televisionSettings()) table.push_back(std::move(setting));
     for (Setting& setting : inputAndPlatformSettings()) table.push_back(std::move(setting));

@@ -23,6 +23,13 @@ class Reaper {
     /// Takes the object over; nobody else may hold it.
     void take(std::shared_ptr<void> object);
 
+    /// Has the reaper take an object when its last holder lets go of it, who may be a thread of the
+    /// object's own or one that must not wait. Holders let go before the reaper is gone.
+    template <class Object>
+    std::shared_ptr<Object> buried(std::unique_ptr<Object> object) {
+        return {object.release(), [this](Object* dead) { take(std::shared_ptr<Object>(dead)); }};
+    }
+
     /// Waits until all that was taken is destroyed, or for so many microseconds. False when some
     /// of it is left.
     bool waitUntilIdle(int64_t atMost = 60000000);

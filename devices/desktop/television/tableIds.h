@@ -7,21 +7,10 @@
 /// read and written by.
 namespace quiravent::desktop {
 
-constexpr size_t kTsPacketSize = 188;
-constexpr uint8_t kTsSyncByte = 0x47;
-constexpr size_t kMaxSectionSize = 1024;  ///< of PAT, PMT, SDT, NIT and TOT
-constexpr size_t kMaxEventSectionSize = 4096;
+constexpr size_t kMaxSectionSize = 1024;  ///< of all tables but those of events
 
-/// Packet identifiers with a fixed meaning.
-namespace pid {
-constexpr uint16_t kPat = 0x0000;
-constexpr uint16_t kNit = 0x0010;
-constexpr uint16_t kSdt = 0x0011;
-constexpr uint16_t kEit = 0x0012;
-constexpr uint16_t kTdt = 0x0014;
-constexpr uint16_t kLastReserved = 0x001F;
-constexpr uint16_t kNull = 0x1FFF;
-}  // namespace pid
+/// Carries the time and date table, or the time offset table.
+constexpr uint16_t kTdtPid = 0x0014;
 
 namespace table {
 constexpr uint8_t kPat = 0x00;
