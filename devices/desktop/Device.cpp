@@ -99,7 +99,7 @@ void Device::stopApplication() {
 void Device::startControl(const std::string& path) {
     try {
         m_control = std::make_unique<ControlServer>(
-            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, m_players,
+            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, m_players, m_tuner,
                                 [this] { stopApplication(); }});
         m_screen.setFrameListener(m_control->waker());
     } catch (const DeviceError& error) {
