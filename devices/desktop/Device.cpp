@@ -78,6 +78,7 @@ Device::Device(const Configuration& configuration)
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
       m_players(configuration, m_screen),
+      m_tuner(configuration.television),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
     m_platform.runtimeState().setListener(
         [this](e_pl_platform_runtime_state state) { m_outputPolicy.setRuntimeState(state); });
@@ -98,7 +99,7 @@ void Device::stopApplication() {
 void Device::startControl(const std::string& path) {
     try {
         m_control = std::make_unique<ControlServer>(
-            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, m_players,
+            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, m_players, m_tuner,
                                 [this] { stopApplication(); }});
         m_screen.setFrameListener(m_control->waker());
     } catch (const DeviceError& error) {
@@ -156,6 +157,7 @@ void Device::finishInTurn() noexcept {
     attempt([&] { m_platform.stop(); });
     attempt([&] { m_screen.finish(); });
     attempt([&] { m_players.finish(); });
+    attempt([&] { m_tuner.stop(); });
     attempt([&] { m_persistence.close(); });
 }
 

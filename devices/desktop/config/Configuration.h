@@ -44,6 +44,11 @@ struct Configuration {
         std::string subtitleFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
         std::string faults;  ///< see parseFaults()
     } media;
+    struct Television {
+        std::string lineUp;           ///< file with the names of multiplexes; empty: none
+        uint64_t replay = 16U << 20;  ///< bytes of the last packets that are kept
+        std::string faults;           ///< see parseSignalFaults()
+    } television;
     struct Input {
         KeyBindings keyMap;  ///< changes to the bindings of Keys.def
     } input;

@@ -8,6 +8,7 @@
 #include "input/Keys.h"
 #include "media/FaultList.h"
 #include "media/audio/audioSinks.h"
+#include "television/SignalFaults.h"
 
 namespace quiravent::desktop {
 
@@ -17,6 +18,10 @@ using nlohmann::json;
 using nlohmann::ordered_json;
 
 bool isAnything(const std::string&) { return true; }
+
+bool isSignalFaultList(const std::string& text) {
+    return static_cast<bool>(parseSignalFaults(text));
+}
 
 bool isFaultList(const std::string& text) { return static_cast<bool>(parseFaults(text)); }
 
@@ -135,6 +140,30 @@ std::vector<Setting> mediaSettings() {
     };
 }
 
+std::vector<Setting> televisionSettings() {
+    return {
+        pathSetting({"television", "lineup", "QUIRAVENT_LINEUP",
+                     "File with the names of multiplexes that can be tuned; none where it is "
+                     "empty."},
+                    "the path of a file", isAnything,
+                    [](Configuration& all) -> std::string& { return all.television.lineUp; }),
+        sizeSetting({"television", "replay", "QUIRAVENT_TELEVISION_REPLAY",
+                     "Memory for the last packets that are received, with which a live player "
+                     "begins, in bytes or with a unit; two groups of pictures should fit."},
+                    1, 1024, [](Configuration& all) -> uint64_t& { return all.television.replay; }),
+        textSetting(
+            {"television", "faults", "QUIRAVENT_SIGNAL_FAULTS",
+             "Faults of the signal, for development, separated by semicolons: \"lost\" or "
+             "\"errors\", the seconds since the selection as 2-10, for \"errors\" the part of the "
+             "bits that are wrong, and \"off\" for one that is to be switched on later; \"delay\" "
+             "with the seconds by which a signal comes later; \"seed\" with a number that decides "
+             "which bits are wrong."},
+            "a list of faults as \"lost 5-8; errors 10-20 1e-5; delay 0.7; seed 3\"",
+            isSignalFaultList,
+            [](Configuration& all) -> std::string& { return all.television.faults; }),
+    };
+}
+
 std::vector<Setting> makeSettings() {
     const std::vector<std::string> drivers = driverChoices();
     std::vector<Setting> table{
@@ -172,6 +201,7 @@ std::vector<Setting> makeSettings() {
     };
     for (Setting& setting : graphicsSettings()) table.push_back(std::move(setting));
     for (Setting& setting : mediaSettings()) table.push_back(std::move(setting));
+    for (Setting& setting : televisionSettings()) table.push_back(std::move(setting));
     for (Setting& setting : inputAndPlatformSettings()) table.push_back(std::move(setting));
     table.push_back(enumerationSetting<log::Level>(
         {"log", "level", "QUIRAVENT_LOG",

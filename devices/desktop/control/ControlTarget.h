@@ -11,6 +11,7 @@
 #include "platform/ServiceSelectorPipe.h"
 #include "playing/PlayerService.h"
 #include "support/WakeSignal.h"
+#include "television/Tuner.h"
 
 namespace quiravent::desktop {
 
@@ -20,6 +21,7 @@ struct ControlTarget {
     RuntimeState& runtimeState;
     const Screen& screen;
     PlayerService& players;
+    Tuner& tuner;
     std::function<void()> endProcess;  ///< asks the process to end
     std::string pipe = ServiceSelectorPipe::kPath;
 };

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "control/playerCommands.h"
+#include "control/tunerCommands.h"
 #include "display/png.h"
 #include "input/Keys.h"
 #include "support/Clock.h"
@@ -174,6 +175,9 @@ const std::vector<Command>& commands() {
         {"waitPlayer", {"player", "state", "position", "timeout"}, waitPlayer},
         {"haltPlayer", {"player", "how"}, haltPlayer},
         {"faults", {"fault", "on"}, faults},
+        {"tuner", {}, tuner},
+        {"waitTuner", {"state", "timeout"}, waitTuner},
+        {"signal", {"lost", "errorRate", "delay", "seed", "fault", "on"}, signalTroubles},
         {"keys", {}, keys},
         {"info", {}, info},
         {"quit", {}, quit},

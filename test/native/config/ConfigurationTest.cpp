@@ -112,7 +112,7 @@ TEST(Configuration, WrongFileIsRefusedWithOneLine) {
     };
     const Case cases[] = {
         {R"({"scren": {"driver": "auto"}})",
-         R"(: unknown key scren with the value {"driver":"auto"}; allowed: screen, storage, network, graphics, media, input, platform, control, log)"},
+         R"(: unknown key scren with the value {"driver":"auto"}; allowed: screen, storage, network, graphics, media, television, input, platform, control, log)"},
         {R"({"screen": {"size": 5}})",
          ": unknown key screen.size with the value 5; allowed: driver, capture"},
         {R"({"screen": "headless"})",
