@@ -37,7 +37,7 @@ test('a wrong command line is told in one line that names what is wrong, with st
       [['faults', 'on'], /faults: FAULT is missing; allowed: a number from 1 on/],
       [['faults', '1', '2'], /faults: SWITCH is '1'; allowed: on, off/],
       [['screenshot', ''], /screenshot: FILE is ''; allowed: the path of a file/],
-      [['lineup', 'fly'], /lineup: ACTION is 'fly'; allowed: make/],
+      [['lineup', 'fly'], /lineup: ACTION is 'fly'; allowed: make, check/],
       [['lineup', 'make', 'a.json'], /make with 1 file names; allowed: lineup make FILE.json OUT/],
       [['run'], /run: APPLICATION is missing; allowed: a script/],
       [['run', 'none.js'], /run: APPLICATION is 'none.js'; allowed: a script/],

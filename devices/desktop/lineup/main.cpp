@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "lineup/check/toJson.h"
 #include "lineup/description/lineupFields.h"
 #include "lineup/description/readLineup.h"
 #include "lineup/makeMultiplex.h"
 #include "media/Av.h"
+#include "resources/LocalFile.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
 #include "support/writeFile.h"
@@ -27,13 +29,28 @@ void make(const std::string& description, const std::string& output) {
     }
 }
 
+/// Prints what a file holds; whether nothing is wrong with it.
+bool check(const std::string& path) {
+    constexpr size_t kMostBytes = size_t{1} << 30;
+    const Result<Bytes> bytes = readLocalFile(path, kMostBytes);
+    if (!bytes) {
+        throw DeviceError(e_pl_status_io_error, joined(path, " can't be read: ", bytes.reason()));
+    }
+    const lineup::Inspection inspection = lineup::inspect({bytes->data(), bytes->size()});
+    std::puts(lineup::toJson(inspection).dump(2).c_str());
+    return inspection.problems.empty();
+}
+
 int run(const std::vector<std::string>& words) {
     if (words.size() == 3 && words[0] == "make") {
         make(words[1], words[2]);
+    } else if (words.size() == 2 && words[0] == "check") {
+        return check(words[1]) ? 0 : 1;
     } else if (words.size() == 1 && words[0] == "schema") {
         std::puts(lineup::lineupSchema().dump(2).c_str());
     } else {
-        std::fputs("quiravent-lineup: use 'make FILE.json OUT.ts' or 'schema'\n", stderr);
+        std::fputs("quiravent-lineup: use 'make FILE.json OUT.ts', 'check FILE.ts' or 'schema'\n",
+                   stderr);
         return 2;
     }
     return 0;

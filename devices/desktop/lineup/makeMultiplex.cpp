@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "lineup/check/verify.h"
 #include "lineup/packets/Schedule.h"
 #include "lineup/streams/serviceStreams.h"
 #include "television/tableIds.h"
@@ -82,6 +83,7 @@ std::vector<uint8_t> makeMultiplex(const Lineup& lineup, const std::string& file
     for (const Packet& packet : layOut(load, lineup.bitRate, Place(file).at("bitRate"))) {
         bytes.insert(bytes.end(), packet.begin(), packet.end());
     }
+    verify(lineup, inspect({bytes.data(), bytes.size()}));
     return bytes;
 }
 

@@ -17,6 +17,9 @@ enum class Standard {
     isdb,  ///< ABNT NBR 15603: ISO 8859-15, the time of day of Brasília, time offset table
 };
 
+/// Seconds that the time of Brasília is ahead of UTC.
+constexpr int64_t kBrasiliaZone = -3 * 3600;
+
 enum class VideoCodec { h264, mpeg2 };
 enum class AudioCodec { aac, mp2 };
 

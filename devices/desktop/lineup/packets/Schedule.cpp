@@ -11,6 +11,9 @@ namespace {
 /// be left over.
 constexpr Ticks kLead = 100 * kTicksPerMillisecond;
 
+/// A unit is there at least this long before it is decoded.
+constexpr Ticks kMargin = 10 * kTicksPerMillisecond;
+
 constexpr std::array<Ticks, 7> kDelays{150, 200, 300, 400, 500, 700, 900};
 
 constexpr uint64_t kPacketBits = TransportPacket::kSize * 8;
@@ -92,7 +95,7 @@ class Layout {
         if (const std::optional<Packet> clock = dueClock(now)) return clock;
         Sender* const sender = mostUrgent(now);
         if (sender == nullptr) return nullPacket();
-        if (sender->deadline() < end) return std::nullopt;
+        if (sender->deadline() - kMargin < end) return std::nullopt;
         const Packet& packet = sender->take();
         noteContinuity(packet);
         return packet;

@@ -55,4 +55,14 @@ void Encoder::encode(const AVFrame* frame, const Use& use) {
     }
 }
 
+std::vector<uint8_t> Encoder::encode(const AVSubtitle& subtitle) {
+    constexpr size_t kMostBytes = 1U << 20;
+    std::vector<uint8_t> data(kMostBytes);
+    const int size = avcodec_encode_subtitle(m_context.get(), data.data(),
+                                             static_cast<int>(data.size()), &subtitle);
+    check(size, m_subject);
+    data.resize(static_cast<size_t>(size));
+    return data;
+}
+
 }  // namespace quiravent::desktop::lineup

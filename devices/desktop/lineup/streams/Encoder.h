@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "lineup/description/Lineup.h"
 #include "media/Av.h"
@@ -23,6 +24,9 @@ class Encoder {
 
     /// Takes a frame, or null for the end, and calls use for each packet that is finished.
     void encode(const AVFrame* frame, const Use& use);
+
+    /// The data of one subtitle.
+    std::vector<uint8_t> encode(const AVSubtitle& subtitle);
 
   private:
     std::string m_subject;

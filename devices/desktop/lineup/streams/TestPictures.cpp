@@ -5,11 +5,9 @@
 #include <memory>
 
 #include "graphics/Canvas.h"
-#include "graphics/text/FontLoader.h"
 #include "lineup/streams/FrameMark.h"
 #include "lineup/streams/PictureFormat.h"
-#include "support/DeviceError.h"
-#include "support/Text.h"
+#include "lineup/streams/fonts.h"
 
 namespace quiravent::desktop::lineup {
 
@@ -20,16 +18,6 @@ constexpr int kDigits = 5;
 /// The segments of each digit, the lowest bit at the top, clockwise, the middle one last.
 constexpr std::array<uint8_t, 10> kSegments{0x3F, 0x06, 0x5B, 0x4F, 0x66,
                                             0x6D, 0x7D, 0x07, 0x7F, 0x6F};
-
-std::shared_ptr<Font> openFont(const std::string& file, uint32_t height) {
-    Result<std::shared_ptr<Font>> font = loadFont(file, height);
-    if (!font) {
-        throw DeviceError(e_pl_status_invalid_argument,
-                          joined("the font of the test picture can't be read: ", font.reason(),
-                                 "; name another one as \"font\""));
-    }
-    return *font;
-}
 
 /// The font in which the text is as high as it can be within that width.
 std::shared_ptr<Font> fittingFont(const std::string& file, const std::string& text, uint32_t height,

@@ -5,6 +5,7 @@
 #include "lineup/streams/TestPictures.h"
 #include "lineup/streams/copyTrack.h"
 #include "lineup/streams/encodeAudio.h"
+#include "lineup/streams/encodeSubtitles.h"
 #include "lineup/streams/encodeVideo.h"
 #include "lineup/streams/mediaSound.h"
 
@@ -64,6 +65,11 @@ std::vector<CodedStream> serviceStreams(const Lineup& lineup, const Service& ser
         const Audio& audio = service.audio[i];
         streams.push_back({audio.pid, StreamContent::audio,
                            audioUnits(lineup, service, audio, place, place.at("audio").at(i))});
+    }
+    if (service.subtitles) {
+        streams.push_back({service.subtitles->pid, StreamContent::privateData,
+                           encodeSubtitles(service, lineup.font, loopDuration(lineup),
+                                           place.at("subtitles").text())});
     }
     return streams;
 }

@@ -71,8 +71,7 @@ void writeTimeOfDay(ByteWriter& out, int64_t seconds) {
 /// tells the time of Brasília.
 void writeDate(ByteWriter& out, Standard standard, int64_t time) {
     constexpr int64_t kFirstOf1970 = 40587;
-    constexpr int64_t kBrasilia = -3 * 3600;
-    const int64_t told = standard == Standard::isdb ? time + kBrasilia : time;
+    const int64_t told = standard == Standard::isdb ? time + kBrasiliaZone : time;
     const int64_t day = (told >= 0 ? told : told - kDay + 1) / kDay;
     out.word(static_cast<unsigned>(kFirstOf1970 + day));
     writeTimeOfDay(out, told - day * kDay);
