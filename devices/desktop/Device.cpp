@@ -78,6 +78,7 @@ Device::Device(const Configuration& configuration)
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
       m_players(configuration, m_screen),
+      m_tuner(configuration.television),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
     m_platform.runtimeState().setListener(
         [this](e_pl_platform_runtime_state state) { m_outputPolicy.setRuntimeState(state); });
@@ -156,6 +157,7 @@ void Device::finishInTurn() noexcept {
     attempt([&] { m_platform.stop(); });
     attempt([&] { m_screen.finish(); });
     attempt([&] { m_players.finish(); });
+    attempt([&] { m_tuner.stop(); });
     attempt([&] { m_persistence.close(); });
 }
 

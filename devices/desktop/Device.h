@@ -17,6 +17,7 @@
 #include "platform/StandardStreams.h"
 #include "playing/OutputPolicy.h"
 #include "playing/PlayerService.h"
+#include "television/Tuner.h"
 
 namespace quiravent::desktop {
 
@@ -34,6 +35,7 @@ class Device {
     RemoteControl& remote() { return m_remote; }
     DrawingService& drawing() { return m_drawing; }
     PlayerService& players() { return m_players; }
+    Tuner& tuner() { return m_tuner; }
     Persistence& persistence() { return m_persistence; }
     Platform& platform() { return m_platform; }
 
@@ -63,6 +65,7 @@ class Device {
     DrawingService m_drawing;
     PlayerService m_players;
     OutputPolicy m_outputPolicy{m_players};
+    Tuner m_tuner;
     Persistence m_persistence;
     std::unique_ptr<ControlServer> m_control;  ///< null: none was asked for, or it can't be
     std::atomic<bool> m_isComplete{false};     ///< made; until then a viewer may already end it

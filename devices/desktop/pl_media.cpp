@@ -101,9 +101,8 @@ int32_t pl_media_UrlPlayer_Fetch(uint32_t handle) {
 }
 
 int32_t pl_media_UrlPlayer_Start(uint32_t handle) {
-    return answer(__func__, Required(), [&](Device& device) {
-        return device.players().playUrlPlayer(handle, &Player::start);
-    });
+    return withUrlPlayer(__func__, handle, Required(),
+                         [](Player& player) { return player.start(); });
 }
 
 int32_t pl_media_UrlPlayer_Pause(uint32_t handle) {
@@ -112,9 +111,8 @@ int32_t pl_media_UrlPlayer_Pause(uint32_t handle) {
 }
 
 int32_t pl_media_UrlPlayer_Resume(uint32_t handle) {
-    return answer(__func__, Required(), [&](Device& device) {
-        return device.players().playUrlPlayer(handle, &Player::resume);
-    });
+    return withUrlPlayer(__func__, handle, Required(),
+                         [](Player& player) { return player.resume(); });
 }
 
 int32_t pl_media_UrlPlayer_Stop(uint32_t handle) {
@@ -222,9 +220,8 @@ e_pl_ad_media_error pl_media_CreateAdPlayer(const char* url, uint32_t* handle) {
 }
 
 int32_t pl_media_AdPlayer_Start(uint32_t handle) {
-    return answer(__func__, Required(), [&](Device& device) {
-        return device.players().playAdPlayer(handle, &Player::start);
-    });
+    return withAdPlayer(__func__, handle, Required(),
+                        [](Player& player) { return player.start(); });
 }
 
 int32_t pl_media_AdPlayer_Pause(uint32_t handle) {
@@ -233,9 +230,8 @@ int32_t pl_media_AdPlayer_Pause(uint32_t handle) {
 }
 
 int32_t pl_media_AdPlayer_Resume(uint32_t handle) {
-    return answer(__func__, Required(), [&](Device& device) {
-        return device.players().playAdPlayer(handle, &Player::resume);
-    });
+    return withAdPlayer(__func__, handle, Required(),
+                        [](Player& player) { return player.resume(); });
 }
 
 int32_t pl_media_AdPlayer_Stop(uint32_t handle) {

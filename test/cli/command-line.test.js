@@ -3,7 +3,9 @@
 const test = require('tape');
 const { inFolder, inSequence, launch } = require('./support/launcher');
 
-const verbs = 'run press screenshot state message keys players halt faults lineup doctor'.split(' ');
+const verbs = 'run press screenshot state message keys players halt faults lineup doctor'.split(
+  ' '
+);
 
 test('a wrong command line is told in one line that names what is wrong, with status 2', (t) =>
   inFolder((folder, write) => {

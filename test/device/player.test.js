@@ -30,6 +30,7 @@ function runScript(folder, source) {
   const env = Object.assign({}, process.env, {
     QUIRAVENT_SCREENSHOT: path.join(folder, 'screen.png'),
     QUIRAVENT_STORAGE: folder,
+    QUIRAVENT_AUDIO: 'null',
     UV_THREADPOOL_SIZE: '8'
   });
   delete env.DISPLAY;

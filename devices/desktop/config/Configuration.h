@@ -28,6 +28,7 @@ struct Configuration {
     } storage;
     struct Graphics {
         uint64_t videoMemory = 64U << 20;  ///< bytes
+        std::string kernels = "auto";      ///< one of kernelSets(), or "auto", the fastest
     } graphics;
     struct Network {
         uint64_t timeLimitSeconds = 15;
@@ -37,11 +38,16 @@ struct Configuration {
         uint64_t bandwidthKbit = 8000;  ///< per second, for the choice among variants
         uint64_t cache = 64U << 20;     ///< bytes per player
         uint64_t timeLimitSeconds = 10;
-        std::string audioSink = "null";
+        std::string audioSink = "auto";
         std::string audioFile;  ///< of the sink "wav"
         std::string subtitleFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
         std::string faults;  ///< see parseFaults()
     } media;
+    struct Television {
+        std::string lineUp;           ///< file with the names of multiplexes; empty: none
+        uint64_t replay = 16U << 20;  ///< bytes of the last packets that are kept
+        std::string faults;           ///< see parseSignalFaults()
+    } television;
     struct Input {
         KeyBindings keyMap;  ///< changes to the bindings of Keys.def
     } input;

@@ -4,9 +4,11 @@
 
 #include "display/CapturePattern.h"
 #include "display/drivers.h"
+#include "graphics/KernelSets.h"
 #include "input/Keys.h"
 #include "media/FaultList.h"
 #include "media/audio/audioSinks.h"
+#include "television/SignalFaults.h"
 
 namespace quiravent::desktop {
 
@@ -16,6 +18,10 @@ using nlohmann::json;
 using nlohmann::ordered_json;
 
 bool isAnything(const std::string&) { return true; }
+
+bool isSignalFaultList(const std::string& text) {
+    return static_cast<bool>(parseSignalFaults(text));
+}
 
 bool isFaultList(const std::string& text) { return static_cast<bool>(parseFaults(text)); }
 
@@ -43,6 +49,24 @@ ordered_json remoteKeySchema() {
     std::vector<std::string> names;
     for (const RemoteKeyNames& key : remoteKeys()) names.push_back(key.name);
     return {{"anyOf", {{{"enum", names}}, {{"type", {"string", "integer", "null"}}}}}};
+}
+
+std::vector<Setting> graphicsSettings() {
+    std::vector<std::string> kernels = kernelSetNames();
+    kernels.insert(kernels.begin(), Configuration().graphics.kernels);
+    return {
+        sizeSetting({"graphics", "videoMemory", "QUIRAVENT_VIDEO_MEMORY",
+                     "Memory for canvases and images, in bytes or with a unit."},
+                    8, 4095,
+                    [](Configuration& all) -> uint64_t& { return all.graphics.videoMemory; }),
+        choiceSetting({"graphics", "kernels", "QUIRAVENT_KERNELS",
+                       "The processor's vector unit to draw with, for tests and measurements; "
+                       "\"auto\": the best that there is."},
+                      kernels, 0,
+                      [kernels](Configuration& configuration, size_t index) {
+                          configuration.graphics.kernels = kernels[index];
+                      }),
+    };
 }
 
 std::vector<Setting> inputAndPlatformSettings() {
@@ -84,12 +108,14 @@ std::vector<Setting> mediaSettings() {
                        "How long a player waits for a server that doesn't answer, in seconds."},
                       1, 3600,
                       [](Configuration& all) -> uint64_t& { return all.media.timeLimitSeconds; }),
-        choiceSetting({"media", "audioSink", "QUIRAVENT_AUDIO",
-                       "Where sound goes: nowhere, in its own time, or to a WAV file."},
-                      sinks, 0,
-                      [sinks](Configuration& configuration, size_t index) {
-                          configuration.media.audioSink = sinks[index];
-                      }),
+        choiceSetting(
+            {"media", "audioSink", "QUIRAVENT_AUDIO",
+             "Where sound goes: to the sound card, where there is one (\"device\" warns where "
+             "there is none), nowhere, or to a WAV file."},
+            sinks, 0,
+            [sinks](Configuration& configuration, size_t index) {
+                configuration.media.audioSink = sinks[index];
+            }),
         pathSetting(
             {"media", "audioFile", "QUIRAVENT_AUDIO_FILE", "The file of the audio sink \"wav\"."},
             "the path of a file", isAnything,
@@ -106,6 +132,30 @@ std::vector<Setting> mediaSettings() {
              "switched on later."},
             "a list of faults as \"slow 2-10 50000; stalled 12-20\"", isFaultList,
             [](Configuration& all) -> std::string& { return all.media.faults; }),
+    };
+}
+
+std::vector<Setting> televisionSettings() {
+    return {
+        pathSetting({"television", "lineup", "QUIRAVENT_LINEUP",
+                     "File with the names of multiplexes that can be tuned; none where it is "
+                     "empty."},
+                    "the path of a file", isAnything,
+                    [](Configuration& all) -> std::string& { return all.television.lineUp; }),
+        sizeSetting({"television", "replay", "QUIRAVENT_TELEVISION_REPLAY",
+                     "Memory for the last packets that are received, with which a live player "
+                     "begins, in bytes or with a unit; two groups of pictures should fit."},
+                    1, 1024, [](Configuration& all) -> uint64_t& { return all.television.replay; }),
+        textSetting(
+            {"television", "faults", "QUIRAVENT_SIGNAL_FAULTS",
+             "Faults of the signal, for development, separated by semicolons: \"lost\" or "
+             "\"errors\", the seconds since the selection as 2-10, for \"errors\" the part of the "
+             "bits that are wrong, and \"off\" for one that is to be switched on later; \"delay\" "
+             "with the seconds by which a signal comes later; \"seed\" with a number that decides "
+             "which bits are wrong."},
+            "a list of faults as \"lost 5-8; errors 10-20 1e-5; delay 0.7; seed 3\"",
+            isSignalFaultList,
+            [](Configuration& all) -> std::string& { return all.television.faults; }),
     };
 }
 
@@ -135,10 +185,6 @@ std::vector<Setting> makeSettings() {
              "What a stored value survives: the end of the process, or also that of the machine."},
             {"process", "machine"},
             [](Configuration& all) -> Durability& { return all.storage.durability; }),
-        sizeSetting({"graphics", "videoMemory", "QUIRAVENT_VIDEO_MEMORY",
-                     "Memory for canvases and images, in bytes or with a unit."},
-                    8, 4095,
-                    [](Configuration& all) -> uint64_t& { return all.graphics.videoMemory; }),
         numberSetting({"network", "timeLimitSeconds", "QUIRAVENT_TIME_LIMIT",
                        "How long the load of a picture or font may take, in seconds."},
                       1, 3600,
@@ -148,7 +194,9 @@ std::vector<Setting> makeSettings() {
                       1, 4095,
                       [](Configuration& all) -> uint64_t& { return all.network.sizeLimitMiB; }),
     };
+    for (Setting& setting : graphicsSettings()) table.push_back(std::move(setting));
     for (Setting& setting : mediaSettings()) table.push_back(std::move(setting));
+    for (Setting& setting : televisionSettings()) table.push_back(std::move(setting));
     for (Setting& setting : inputAndPlatformSettings()) table.push_back(std::move(setting));
     table.push_back(enumerationSetting<log::Level>(
         {"log", "level", "QUIRAVENT_LOG",

@@ -5,6 +5,7 @@
 #include "input/Keys.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
+#include "support/jsonDepth.h"
 #include "support/shownValue.h"
 
 namespace quiravent::desktop {
@@ -13,9 +14,6 @@ namespace {
 
 constexpr const char* kId = "id";
 constexpr const char* kCommand = "command";
-
-/// Deeper values could exhaust the stack when they are written out again.
-constexpr int kMaxDepth = 32;
 
 [[noreturn]] void refuse(const std::string& reason) {
     throw DeviceError(e_pl_status_invalid_argument, reason);
@@ -37,8 +35,8 @@ std::string parseReason(const nlohmann::json::exception& error) {
 
 OrderedJson Request::parse(std::string_view line) {
     const auto watch = [](int depth, OrderedJson::parse_event_t, OrderedJson&) {
-        if (depth > kMaxDepth) {
-            refuse(joined("the request is nested too deeply; allowed: ", kMaxDepth, " levels"));
+        if (depth > kMaxJsonDepth) {
+            refuse(joined("the request is nested too deeply; allowed: ", kMaxJsonDepth, " levels"));
         }
         return true;
     };

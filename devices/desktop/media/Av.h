@@ -10,6 +10,8 @@ extern "C" {
 #include <libavutil/avutil.h>
 }
 
+#include "support/Clock.h"
+
 /// Owners for the objects of the FFmpeg libraries. An owner that a make function gives is never
 /// null: without memory the function throws std::bad_alloc.
 namespace quiravent::desktop {
@@ -35,8 +37,6 @@ std::shared_ptr<const AVCodecParameters> copyOf(const AVCodecParameters& codec);
 /// Times of media are in microseconds from the beginning of the medium.
 constexpr int64_t kNoTime = AV_NOPTS_VALUE;
 constexpr AVRational kMicroseconds{1, 1000000};
-constexpr int64_t kSecond = 1000000;
-constexpr int64_t kMillisecond = 1000;
 
 /// Keeps the libraries from writing to standard error; call before any other use of them.
 void quietAv();

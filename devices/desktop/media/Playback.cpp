@@ -16,7 +16,6 @@ Playback::Playback(const Parts& parts)
     : m_frames(parts.wakeup),
       m_voice(m_clock, parts.wakeup),
       m_mixer(parts.mixer),
-      m_wakeup(parts.wakeup),
       m_presenter(parts.source, parts.output, parts.pool, parts.subtitleFont),
       m_videoDecoder(parts.source, m_frames),
       m_audioDecoder(parts.source, m_voice) {

@@ -85,7 +85,6 @@ class Playback {
     FrameQueue m_frames;
     AudioVoice m_voice;
     AudioMixer& m_mixer;
-    Wakeup& m_wakeup;
     VideoPresenter m_presenter;
 
     Start m_start{};

@@ -89,6 +89,10 @@ e_pl_status Player::suspend() {
     return ask(session(), [](PlayerSession& loaded) { return loaded.suspend(); });
 }
 
+void Player::setOutputTaken(bool isTaken) {
+    if (const auto loaded = session()) loaded->setOutputTaken(isTaken);
+}
+
 Player::Times Player::times() const {
     const auto loaded = session();
     return loaded ? loaded->times() : Times{0, 0, 0};

@@ -87,6 +87,9 @@ class Player {
     e_pl_status abort();
     /// Halted by the device until resume(): e_pl_media_event_playback_suspend.
     e_pl_status suspend();
+    /// Whether something else has the output of pictures and sound. As long as it has, a player
+    /// that plays, or begins to, is suspended, and can't be resumed.
+    void setOutputTaken(bool isTaken);
 
     /// Takes the picture away and frees everything, in the background. No event is told from the
     /// return on, but that whose handler is already being called.

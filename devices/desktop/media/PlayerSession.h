@@ -48,6 +48,7 @@ class PlayerSession {
     e_pl_status selectTrack(TrackKind kind, uint32_t id);
     e_pl_status abort();
     e_pl_status suspend();
+    void setOutputTaken(bool isTaken);
     Player::Times times() const;
     std::vector<TimeRange> bufferedRanges() const;
     std::vector<TrackRef> tracks(TrackKind kind) const;
@@ -77,6 +78,7 @@ class PlayerSession {
     void post(std::function<void()> command);
     bool isOneOf(std::initializer_list<State> states) const;
     void requestSeek(int64_t position);
+    void beSuspended();
     TrackRef findTrack(TrackKind kind, uint32_t id) const;
     PlayerReport::State reportedState() const;
 
@@ -110,6 +112,7 @@ class PlayerSession {
     mutable std::mutex m_mutex;  ///< guards what follows, up to the blank line
     State m_state = State::idle;
     bool m_closed = false;
+    bool m_outputTaken = false;
     int m_pendingSeeks = 0;  ///< asked for and not begun yet
     int64_t m_position = 0;  ///< where it goes to, or where playing will begin
     double m_speed = 1;

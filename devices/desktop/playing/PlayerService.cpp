@@ -69,6 +69,8 @@ std::shared_ptr<Player> PlayerService::createPlayer(const char* kind, const std:
                                                     const Rect& bounds) {
     const auto output = std::make_shared<PlaneOutput>(m_screen);
     auto player = std::make_shared<Player>(engine(), location, bounds, output);
+    const std::lock_guard<std::mutex> outputLock(m_outputMutex);
+    player->setOutputTaken(m_claims > 0);
     const std::lock_guard<std::mutex> lock(m_mutex);
     const auto isGone = [](const OpenPlayer& one) { return one.player.expired(); };
     m_players.erase(std::remove_if(m_players.begin(), m_players.end(), isGone), m_players.end());
@@ -94,23 +96,18 @@ std::vector<std::shared_ptr<Player>> PlayerService::openPlayers() const {
     return players;
 }
 
-e_pl_status PlayerService::play(Player& player, Request request) {
-    const std::lock_guard<std::mutex> lock(m_outputMutex);
-    const e_pl_status status = (player.*request)();
-    if (status == e_pl_status_ok && m_claims > 0) (void)player.suspend();
-    return status;
+void PlayerService::setOutputTaken(bool isTaken) {
+    for (const auto& player : openPlayers()) player->setOutputTaken(isTaken);
 }
 
 std::shared_ptr<const void> PlayerService::takeOutput() {
     {
         const std::lock_guard<std::mutex> lock(m_outputMutex);
-        ++m_claims;
-        // One that doesn't play refuses, and has nothing to halt.
-        for (const auto& player : openPlayers()) (void)player->suspend();
+        if (++m_claims == 1) setOutputTaken(true);
     }
     return {this, [](PlayerService* service) {
                 const std::lock_guard<std::mutex> lock(service->m_outputMutex);
-                --service->m_claims;
+                if (--service->m_claims == 0) service->setOutputTaken(false);
             }};
 }
 
@@ -135,7 +132,7 @@ std::vector<WatchedPlayer> PlayerService::watch() const {
     return watched;
 }
 
-e_pl_status PlayerService::halt(uint64_t number, Request request) {
+e_pl_status PlayerService::halt(uint64_t number, e_pl_status (Player::*request)()) {
     std::shared_ptr<Player> player;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);

@@ -50,19 +50,9 @@ class PlayerService {
         return with(m_adPlayers, handle, use);
     }
 
-    /// Has a player play: calls request, which is Player::start or Player::resume. While something
-    /// else has the output, the player is suspended at once.
-    using Request = e_pl_status (Player::*)();
-    e_pl_status playUrlPlayer(uint32_t handle, Request request) {
-        return with(m_urlPlayers, handle, [&](Player& player) { return play(player, request); });
-    }
-    e_pl_status playAdPlayer(uint32_t handle, Request request) {
-        return with(m_adPlayers, handle, [&](Player& player) { return play(player, request); });
-    }
-
     /// Takes the output of pictures and sound for something else, for as long as the claim is kept,
-    /// in the life of this service: players that play are suspended, and stay so until the
-    /// application resumes them. There may be several claims.
+    /// which is in the life of this service at most: players that play are suspended, and stay so
+    /// until the application resumes them after that. There may be several claims.
     [[nodiscard]] std::shared_ptr<const void> takeOutput();
 
     /// The system stops the application: all players are aborted, for good.
@@ -71,7 +61,7 @@ class PlayerService {
     /// The open players, in the order in which they were made.
     std::vector<WatchedPlayer> watch() const;
     /// Calls request, which is Player::suspend or Player::abort, of one of those.
-    e_pl_status halt(uint64_t number, Request request);
+    e_pl_status halt(uint64_t number, e_pl_status (Player::*request)());
 
     /// What all players share; made for the first one. Throws DeviceError when it can't be.
     MediaEngine& engine();
@@ -95,7 +85,7 @@ class PlayerService {
     };
 
     template <class Table, class Use>
-    static e_pl_status with(const Table& table, uint32_t handle, Use&& use) {
+    static e_pl_status with(const Table& table, uint32_t handle, Use& use) {
         const std::shared_ptr<Player> player = table.find(handle);
         return player ? use(*player) : e_pl_status_invalid_handle;
     }
@@ -109,7 +99,7 @@ class PlayerService {
     std::shared_ptr<Player> createPlayer(const char* kind, const std::string& location,
                                          const Rect& bounds);
     std::vector<std::shared_ptr<Player>> openPlayers() const;
-    e_pl_status play(Player& player, Request request);
+    void setOutputTaken(bool isTaken);
 
     Screen& m_screen;
     const Configuration::Media m_configuration;
@@ -118,7 +108,7 @@ class PlayerService {
     std::vector<OpenPlayer> m_players;
     uint64_t m_lastNumber = 0;
 
-    std::mutex m_outputMutex;  ///< guards the number of claims, and what follows from it
+    std::mutex m_outputMutex;  ///< guards the number of claims, and that all players know of it
     size_t m_claims = 0;
 
     HandleTable<Player, HandleKind::urlPlayer> m_urlPlayers;

@@ -7,6 +7,7 @@
 #include "resources/LocalFile.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
+#include "support/jsonDepth.h"
 #include "support/shownValue.h"
 
 namespace quiravent::desktop {
@@ -38,7 +39,10 @@ std::string parseReason(const json::exception& error) {
 
 json readJsonFile(const std::string& file, const std::string& what) {
     std::vector<std::set<std::string>> keys;
-    const auto watch = [&](int, json::parse_event_t event, json& parsed) {
+    const auto watch = [&](int depth, json::parse_event_t event, json& parsed) {
+        if (depth > kMaxJsonDepth) {
+            refuse(joined(file, ": nested too deeply; allowed: ", kMaxJsonDepth, " levels"));
+        }
         if (event == json::parse_event_t::object_start) keys.emplace_back();
         if (event == json::parse_event_t::object_end) keys.pop_back();
         if (event == json::parse_event_t::key && !keys.back().insert(parsed).second) {

@@ -9,7 +9,7 @@ struct SDL_SysWMinfo;
 
 namespace quiravent::desktop {
 
-/// SDL, which gives the window. It is opened when it is wanted, not linked: it brings some fifty
+/// SDL, which gives the window and the sound card. It is opened when it is wanted, not linked: it brings some fifty
 /// libraries into the process, and a device without a window has to start on machines without it.
 /// Each member is the function of that name with SDL_ before it; its headers tell what it does.
 class Sdl {

@@ -3,6 +3,14 @@
 #include <chrono>
 #include <cstdint>
 
+namespace quiravent::desktop {
+
+/// Microseconds, in which the device has its times.
+constexpr int64_t kSecond = 1000000;
+constexpr int64_t kMillisecond = 1000;
+
+}  // namespace quiravent::desktop
+
 /// The device's one source of time.
 namespace quiravent::desktop::clock {
 

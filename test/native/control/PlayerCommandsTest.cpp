@@ -33,7 +33,12 @@ class Players : public testing::Test {
     uint32_t newPlayer() { return service().createUrlPlayer(kFilm, {16, 9, 320, 180}); }
     PlayerService& service() { return m_station.players(); }
 
-    e_pl_status resume(uint32_t handle) { return service().playUrlPlayer(handle, &Player::resume); }
+    e_pl_status start(uint32_t handle) {
+        return service().withUrlPlayer(handle, [](Player& player) { return player.start(); });
+    }
+    e_pl_status resume(uint32_t handle) {
+        return service().withUrlPlayer(handle, [](Player& player) { return player.resume(); });
+    }
 
   private:
     Station m_station;
@@ -52,7 +57,7 @@ TEST_F(Players, AreToldWithAllThatATestAsksFor) {
         return player.fetch();
     });
     EXPECT_EQ(waitFor("fetched").at("ok"), true);
-    service().playUrlPlayer(handle, &Player::start);
+    start(handle);
     service().withUrlPlayer(handle,
                             [](Player& player) { return player.selectTrack(TrackKind::audio, 2); });
     const json playing = waitFor("playing", 400).at("player");
@@ -72,7 +77,7 @@ TEST_F(Players, AreToldWithAllThatATestAsksFor) {
 TEST_F(Players, TheSecondOneIsWaitedForByItsNumber) {
     newPlayer();
     const uint32_t second = newPlayer();
-    service().playUrlPlayer(second, &Player::start);
+    start(second);
     const json answer = ask({{"command", "waitPlayer"}, {"player", 2}, {"state", "playing"}});
     EXPECT_EQ(answer.at("player").at("player"), 2);
     const json late =
@@ -85,7 +90,7 @@ TEST_F(Players, TheSecondOneIsWaitedForByItsNumber) {
 
 TEST_F(Players, WhatFailsIsToldWithItsReason) {
     const uint32_t handle = service().createUrlPlayer("/nowhere.mp4", {0, 0, 0, 0});
-    service().playUrlPlayer(handle, &Player::start);
+    start(handle);
     const json failed = waitFor("failed").at("player");
     EXPECT_EQ(failed.at("error"), 2);
     EXPECT_EQ(failed.at("reason"), "not found");
@@ -93,7 +98,7 @@ TEST_F(Players, WhatFailsIsToldWithItsReason) {
 
 TEST_F(Players, AreSuspendedAndAborted) {
     const uint32_t handle = newPlayer();
-    service().playUrlPlayer(handle, &Player::start);
+    start(handle);
     EXPECT_EQ(waitFor("playing").at("ok"), true);
     const json suspend{{"command", "haltPlayer"}, {"player", 1}, {"how", "suspend"}};
     EXPECT_EQ(ask(suspend).at("ok"), true);
@@ -109,14 +114,14 @@ TEST_F(Players, AreSuspendedAndAborted) {
 TEST_F(Players, NoneOfThemPlaysWhileTheOutputIsTaken) {
     const uint32_t first = newPlayer();
     const uint32_t second = newPlayer();
-    service().playUrlPlayer(first, &Player::start);
+    start(first);
     EXPECT_EQ(waitFor("playing").at("ok"), true);
     auto claim = service().takeOutput();
     auto other = service().takeOutput();
     EXPECT_EQ(firstPlayer().at("state"), "suspended");
     claim.reset();
-    EXPECT_EQ(service().playUrlPlayer(second, &Player::start), e_pl_status_ok);
-    EXPECT_EQ(resume(first), e_pl_status_ok);
+    EXPECT_EQ(start(second), e_pl_status_ok);
+    EXPECT_EQ(resume(first), e_pl_status_unavailable);
     const json players = ask({{"command", "players"}}).at("players");
     EXPECT_EQ(players.at(0).at("state"), "suspended");
     EXPECT_EQ(players.at(1).at("state"), "suspended");
@@ -141,7 +146,7 @@ TEST_F(FaultyPlayers, FaultsAreListedAndSwitched) {
     };
     EXPECT_EQ(ask({{"command", "faults"}}), expected("false"));
     EXPECT_EQ(ask({{"command", "faults"}, {"fault", 1}, {"on", true}}), expected("true"));
-    service().playUrlPlayer(newPlayer(), &Player::start);
+    start(newPlayer());
     EXPECT_EQ(waitFor("buffering").at("ok"), true);
     EXPECT_EQ(ask({{"command", "faults"}, {"fault", 1}, {"on", false}}), expected("false"));
     EXPECT_EQ(waitFor("playing").at("ok"), true);

@@ -21,6 +21,7 @@ class Station {
     ChildOutcome run(const std::function<void()>& body) const {
         auto variables = m_variables;
         variables["QUIRAVENT_STORAGE"] = m_folder / "store";
+        variables.emplace("QUIRAVENT_AUDIO", "null");
         return runInChild(variables, body);
     }
 

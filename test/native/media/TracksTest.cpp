@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 #include "common/TemporaryFolder.h"
+#include "media/Samples.h"
 #include "media/TestPlayer.h"
 #include "media/audio/WavSink.h"
 
@@ -16,23 +15,12 @@ namespace {
 using desktop::TrackKind;
 
 std::vector<int16_t> readWav(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string bytes((std::istreambuf_iterator<char>(file)), {});
-    std::vector<int16_t> samples;
-    for (size_t at = 44; at + 3 < bytes.size(); at += 4)
-        samples.push_back(static_cast<int16_t>(static_cast<unsigned char>(bytes[at]) |
-                                               static_cast<unsigned char>(bytes[at + 1]) << 8));
-    return samples;
+    constexpr size_t kHeader = 44;
+    return leftOf<int16_t>(contentOf(path), kHeader);
 }
 
-/// Frequency of the last tenth of a second before `end` seconds, by zero crossings.
-double toneBefore(const std::vector<int16_t>& samples, double end) {
-    const auto to = std::min(static_cast<size_t>(end * 48000), samples.size());
-    const size_t from = to < 4800 ? 0 : to - 4800;
-    int crossings = 0;
-    for (size_t at = from + 1; at < to; ++at)
-        if ((samples[at - 1] < 0) != (samples[at] < 0)) ++crossings;
-    return crossings * 5.0;
+double toneBefore(const std::vector<int16_t>& samples, double second) {
+    return frequencyOf(samples, std::min(static_cast<size_t>(second * 48000), samples.size()));
 }
 
 int loudest(const std::vector<int16_t>& samples) {

@@ -15,6 +15,12 @@ Bytes readMultiplex(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+void writeBytes(const std::string& file, const Bytes& bytes) {
+    std::ofstream(file, std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+}
+
 Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
 Bytes operator+(const Bytes& one, const Bytes& other) {
@@ -60,6 +66,32 @@ Bytes Packetizer::packets(desktop::Pid pid, const Bytes& section) {
         rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(size));
     }
     return result;
+}
+
+Bytes clockPacket(desktop::Pid pid, int64_t clock) {
+    const int64_t base = clock / 300 % (int64_t{1} << 33);
+    Bytes packet = Bytes{0x47} + word(pid) + Bytes{0x20, 183, 0};
+    if (clock != 0) {
+        packet[5] = 0x10;
+        packet = packet + word(static_cast<unsigned>(base >> 17) & 0xFFFF) +
+                 word(static_cast<unsigned>(base >> 1) & 0xFFFF) +
+                 word(static_cast<unsigned>((base & 1) << 15 | 0x7E00 | clock % 300));
+    }
+    packet.resize(desktop::TransportPacket::kSize, 0xFF);
+    return packet;
+}
+
+Bytes videoPacket(desktop::Pid pid, bool begins, bool isKey) {
+    Bytes packet = Bytes{0x47} + word((begins ? 0x4000U : 0U) | pid) + Bytes{0x10};
+    // The header of a packetised elementary stream's packet, an access unit's delimiter, and a
+    // picture's first bytes: parameters of a sequence, or a picture that needs others.
+    if (begins) {
+        packet = packet + Bytes{0, 0, 1, 0xE0, 0, 0, 0x80, 0x80, 5, 0x21, 0, 1, 0, 1} +
+                 Bytes{0, 0, 0, 1, 9, 0xF0, 0, 0, 0, 1} +
+                 Bytes{isKey ? uint8_t{0x67} : uint8_t{0x41}};
+    }
+    packet.resize(desktop::TransportPacket::kSize, 0xFF);
+    return packet;
 }
 
 }  // namespace quiravent::test

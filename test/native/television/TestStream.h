@@ -14,6 +14,7 @@ using Bytes = std::vector<uint8_t>;
 /// The content of a stream that make-multiplexes.sh made.
 std::string multiplexFile(const std::string& name);
 Bytes readMultiplex(const std::string& name);
+void writeBytes(const std::string& file, const Bytes& bytes);
 
 /// The bytes of a text and others, one after the other.
 Bytes bytesOf(const std::string& text);
@@ -46,5 +47,10 @@ class Packetizer {
   private:
     std::map<desktop::Pid, uint8_t> m_counters;
 };
+
+/// A packet that has a clock reference of so many ticks, unless that is 0.
+Bytes clockPacket(desktop::Pid pid, int64_t clock);
+/// A packet of a video stream in H.264, with which a picture begins, or a key picture.
+Bytes videoPacket(desktop::Pid pid, bool begins, bool isKey);
 
 }  // namespace quiravent::test

@@ -49,22 +49,26 @@ bool AudioMixer::isAnyPlaying() const {
                        [](const AudioVoice* voice) { return voice->isPlaying(); });
 }
 
+bool AudioMixer::waitUntilPlaying() {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (!m_closed && !isAnyPlaying()) {
+        m_sink->rest();
+        m_changed.wait(lock, [this] { return m_closed || isAnyPlaying(); });
+    }
+    return !m_closed;
+}
+
 void AudioMixer::run() {
-    while (true) {
-        {
-            std::unique_lock<std::mutex> lock(m_mutex);
-            if (!m_closed && !isAnyPlaying()) {
-                m_sink->rest();
-                m_changed.wait(lock, [this] { return m_closed || isAnyPlaying(); });
-            }
-            if (m_closed) return;
-            mix(m_sink->nextHeardAt());
-        }
+    while (waitUntilPlaying()) {
+        // Without the lock, since a sink that looks for a sound card takes its time.
+        mix(m_sink->nextHeardAt());
         m_sink->write(m_samples.data(), kFramesAtOnce);
     }
+    m_sink.reset();
 }
 
 void AudioMixer::mix(int64_t heardAt) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     std::fill(m_samples.begin(), m_samples.end(), 0.0F);
     for (AudioVoice* voice : m_voices) voice->mixInto(m_samples.data(), kFramesAtOnce, heardAt);
     for (float& sample : m_samples) sample = std::clamp(sample, -1.0F, 1.0F);

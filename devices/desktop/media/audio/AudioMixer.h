@@ -28,12 +28,13 @@ class AudioMixer {
 
   private:
     void run();
+    bool waitUntilPlaying();
     bool isAnyPlaying() const;
     void mix(int64_t heardAt);
 
-    const std::unique_ptr<AudioSink> m_sink;
-    std::vector<float> m_samples;  ///< of the mixer's thread
-    std::mutex m_mutex;            ///< guards what follows
+    std::unique_ptr<AudioSink> m_sink;  ///< of the mixer's thread, after the constructor
+    std::vector<float> m_samples;       ///< of the mixer's thread
+    std::mutex m_mutex;                 ///< guards what follows
     std::condition_variable m_changed;
     std::vector<AudioVoice*> m_voices;
     bool m_closed = false;

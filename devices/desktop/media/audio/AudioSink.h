@@ -5,7 +5,7 @@
 
 namespace quiravent::desktop {
 
-/// Where the mixed sound goes. For one thread.
+/// Where the mixed sound goes. For one thread, which also destroys it.
 class AudioSink {
   public:
     virtual ~AudioSink() = default;
@@ -16,7 +16,7 @@ class AudioSink {
     /// Takes frames (see AudioFormat.h) and waits until it wants more: this paces the mixer.
     virtual void write(const float* samples, size_t frames) = 0;
 
-    /// Nothing will be written for a while; what was written is still heard.
+    /// Nothing will be written for a while; what was written is still heard. Doesn't wait.
     virtual void rest() = 0;
 };
 

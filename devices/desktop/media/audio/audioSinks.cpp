@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "media/audio/NullSink.h"
+#include "media/audio/SoundCardSink.h"
 #include "media/audio/WavSink.h"
 #include "resources/Location.h"
 
@@ -11,6 +12,11 @@ namespace quiravent::desktop {
 namespace {
 
 using Made = Result<std::unique_ptr<AudioSink>>;
+
+template <log::Level missing>
+Made makeCard(const std::string&) {
+    return std::unique_ptr<AudioSink>(std::make_unique<SoundCardSink>(missing));
+}
 
 Made makeNull(const std::string&) {
     return std::unique_ptr<AudioSink>(std::make_unique<NullSink>());
@@ -26,7 +32,10 @@ struct Entry {
     const char* name;
     Made (*make)(const std::string& target);
 };
-constexpr Entry kSinks[] = {{"null", makeNull}, {"wav", makeWav}};
+constexpr Entry kSinks[] = {{"auto", makeCard<log::Level::info>},
+                            {"device", makeCard<log::Level::warning>},
+                            {"null", makeNull},
+                            {"wav", makeWav}};
 
 }  // namespace
 

@@ -9,8 +9,8 @@
 
 namespace quiravent::desktop {
 
-/// Names of the sinks, in the order in which they are tried where none is named: "null" drops the
-/// sound, "wav" writes it to a file.
+/// Names of the sinks, that of choice first: "auto" is the sound card, where there is one; "device"
+/// too, but the lack of one is a warning; "null" drops the sound, "wav" writes it to a file.
 std::vector<std::string> audioSinkNames();
 
 /// Makes the sink of that name. target: the file of "wav", else unused.

@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include "common/TemporaryFolder.h"
+#include "support/Clock.h"
+#include "television/SignalFaults.h"
+#include "television/TestStream.h"
+#include "television/TuneRequest.h"
+#include "television/TunerError.h"
+
+namespace quiravent::desktop {
+namespace {
+
+using test::Bytes;
+
+/// The code and reason with which a selection is refused.
+std::string refusal(const std::string& selector, const std::string& lineUp) {
+    try {
+        parseSelection(selector, "", lineUp);
+        return "none";
+    } catch (const TunerError& error) {
+        return std::to_string(error.code()) + ' ' + error.what();
+    }
+}
+
+class LineUpTest : public testing::Test {
+  protected:
+    std::string write(const std::string& text) const {
+        test::writeBytes(m_folder / "lineup.json", test::bytesOf(text));
+        return m_folder / "lineup.json";
+    }
+
+    TemporaryFolder m_folder;
+};
+
+TEST_F(LineUpTest, GivesNamesTheirSourceAndOptions) {
+    const std::string file = write(R"({"multiplexes": [
+        {"name": "TV Um", "source": "um.ts", "options": {"loop": "no", "program": 7}},
+        {"name": "Dois", "source": "udp://[ff15::1]:5004", "options": {"interface": "eth0"}},
+        {"name": "adaptado", "source": "adapter:3",
+         "options": {"system": "isdb-t", "frequency": 479142857}}]})");
+    const TuneRequest one = parseSelection("TV Um", "program=8", file);
+    const auto& path = std::get<FileRequest>(one.source);
+    EXPECT_EQ(path.path, m_folder / "um.ts");
+    EXPECT_FALSE(path.loops);
+    EXPECT_EQ(one.program, 8) << "what the selection says comes first";
+    const auto two = std::get<NetworkRequest>(parseSelection("Dois", "", file).source);
+    EXPECT_EQ(two.address, "ff15::1");
+    EXPECT_EQ(two.port, 5004);
+    EXPECT_EQ(two.interface, "eth0");
+    const auto three = std::get<AdapterRequest>(parseSelection("adaptado", "", file).source);
+    EXPECT_EQ(three.adapter, 3U);
+    EXPECT_EQ(three.tuning.frequency, 479142857U);
+    EXPECT_EQ(refusal("Tres", file).substr(0, 2), "8 ");
+    EXPECT_EQ(std::get<FileRequest>(parseSelection("./um.ts", "", file).source).path, "./um.ts");
+}
+
+TEST_F(LineUpTest, IsRefusedWhereItIsWrong) {
+    struct Case {
+        const char* text;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {"{", ": not valid JSON: "},
+        {"[]", R"(: the file is []; allowed: an object with $schema, multiplexes)"},
+        {R"({"services": []})", ": unknown key services of the file with the value []"},
+        {"{}", ": multiplexes is null; allowed: a list of objects"},
+        {R"({"multiplexes": [{"name": "A"}]})", ": source of {\"name\":\"A\"} is null"},
+        {R"({"multiplexes": [{"name": "A", "source": "a", "url": 1}]})", ": unknown key url of"},
+        {R"({"multiplexes": [{"name": "A", "source": "a", "options": {"x": []}}]})",
+         ": x is []; allowed: a text or a whole number"},
+        {R"({"multiplexes": [{"name": "A", "source": "a"}, {"name": "A", "source": "b"}]})",
+         ": the name \"A\" stands twice"},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.text);
+        const std::string file = write(one.text);
+        const std::string reason = refusal("A", file);
+        EXPECT_EQ(reason.rfind("6 " + file + one.reason, 0), 0U) << reason;
+    }
+    EXPECT_EQ(refusal("A", m_folder / "none.json").substr(0, 2), "6 ");
+}
+
+TEST(SignalFaults, AreReadFromAText) {
+    const auto troubles =
+        parseSignalFaults(" lost 5-8 off; errors 10-20 1e-5 ;;delay 0.7; seed 42");
+    ASSERT_TRUE(troubles);
+    ASSERT_EQ(troubles->faults.size(), 2U);
+    EXPECT_FALSE(troubles->faults[0].enabled);
+    EXPECT_EQ(troubles->faults[1].errorRate, 1e-5);
+    EXPECT_EQ(troubles->lockDelay, 700000);
+    EXPECT_EQ(troubles->seed, 42U);
+    for (const char* const text :
+         {"lost", "lost 5", "lost 8-5", "lost 5-8 on", "errors 1-2", "errors 1-2 0.6", "delay -1",
+          "delay", "seed x", "noise 1-2", "lost 1-2 off off", "delay 1 2"}) {
+        EXPECT_FALSE(parseSignalFaults(text)) << text;
+    }
+}
+
+TEST(SignalFaults, KeepTheSignalAwayForTheirTime) {
+    SignalFaults faults(*parseSignalFaults("lost 5-8; lost 20-30 off; delay 0.5"));
+    constexpr int64_t kBegin = 1000 * kSecond;
+    FaultyPath path(faults, kBegin);
+    const auto isOpenAt = [&](double second) {
+        return path.isOpen(kBegin + static_cast<int64_t>(second * kSecond));
+    };
+    EXPECT_FALSE(isOpenAt(0));
+    EXPECT_FALSE(isOpenAt(0.4));
+    EXPECT_TRUE(isOpenAt(0.5));
+    EXPECT_TRUE(isOpenAt(4.9));
+    EXPECT_FALSE(isOpenAt(5));
+    EXPECT_FALSE(isOpenAt(7.9));
+    EXPECT_FALSE(isOpenAt(8));
+    EXPECT_TRUE(isOpenAt(8.5));
+    EXPECT_TRUE(isOpenAt(25));
+    EXPECT_TRUE(faults.setEnabled(1, true));
+    EXPECT_FALSE(isOpenAt(26));
+    EXPECT_FALSE(faults.setEnabled(2, true));
+}
+
+/// How many bits differ from what was sent, and where.
+std::vector<size_t> errors(uint64_t seed, double rate, int packets) {
+    SignalFaults faults;
+    faults.setSeed(seed);
+    faults.setErrorRate(rate);
+    FaultyPath path(faults, 0);
+    std::vector<size_t> places;
+    for (int number = 0; number < packets; ++number) {
+        Bytes packet(TransportPacket::kSize);
+        path.damage(packet.data(), 0);
+        for (size_t bit = 0; bit < 8 * packet.size(); ++bit)
+            if ((packet[bit / 8] >> (7 - bit % 8) & 1) != 0)
+                places.push_back(8 * packet.size() * static_cast<size_t>(number) + bit);
+    }
+    return places;
+}
+
+TEST(SignalFaults, PutAsManyErrorsAsAskedForAlwaysTheSame) {
+    constexpr int kPackets = 2000;
+    constexpr double kBits = 8.0 * TransportPacket::kSize * kPackets;
+    for (const double rate : {1e-4, 0.01, 0.5}) {
+        const auto places = errors(1, rate, kPackets);
+        EXPECT_NEAR(static_cast<double>(places.size()) / kBits, rate, rate / 5);
+        EXPECT_EQ(places, errors(1, rate, kPackets));
+        EXPECT_NE(places, errors(2, rate, kPackets));
+    }
+    EXPECT_TRUE(errors(1, 0, kPackets).empty());
+}
+
+}  // namespace
+}  // namespace quiravent::desktop

@@ -1,0 +1,122 @@
+#include "television/TestTuner.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace quiravent::test {
+
+namespace {
+
+constexpr std::chrono::seconds kPatience{15};
+
+struct Reports {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<int> codes;
+    std::function<void(int)> use;
+};
+Reports& all() {
+    static Reports reports;
+    return reports;
+}
+
+void onReport(e_pl_dtv_error code) {
+    std::function<void(int)> use;
+    {
+        const std::lock_guard<std::mutex> lock(all().mutex);
+        all().codes.push_back(static_cast<int>(code));
+        use = all().use;
+    }
+    if (use) use(static_cast<int>(code));
+    all().changed.notify_all();
+}
+
+sockaddr_in addressOf(const std::string& address, uint16_t port) {
+    sockaddr_in result = {};
+    result.sin_family = AF_INET;
+    result.sin_port = htons(port);
+    ::inet_pton(AF_INET, address.c_str(), &result.sin_addr);
+    return result;
+}
+
+}  // namespace
+
+TestTuner::TestTuner(const desktop::Configuration::Television& configuration)
+    : m_tuner(configuration) {
+    const std::lock_guard<std::mutex> lock(all().mutex);
+    all().codes.clear();
+    all().use = nullptr;
+}
+
+void TestTuner::select(const std::string& selector, const std::string& option) {
+    m_tuner.select(selector, option, test::onReport);
+}
+
+std::vector<int> TestTuner::waitForReports(size_t count) {
+    std::unique_lock<std::mutex> lock(all().mutex);
+    all().changed.wait_for(lock, kPatience, [&] { return all().codes.size() >= count; });
+    return all().codes;
+}
+
+std::vector<int> TestTuner::reports() const {
+    const std::lock_guard<std::mutex> lock(all().mutex);
+    return all().codes;
+}
+
+void TestTuner::onReport(std::function<void(int)> use) {
+    const std::lock_guard<std::mutex> lock(all().mutex);
+    all().use = std::move(use);
+}
+
+bool waitUntil(const std::function<bool()>& isSo) {
+    const auto end = std::chrono::steady_clock::now() + kPatience;
+    while (!isSo()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+Sender::Sender(const std::string& address, uint16_t port)
+    : m_socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
+    const in_addr own{htonl(INADDR_LOOPBACK)};
+    ::setsockopt(m_socket, IPPROTO_IP, IP_MULTICAST_IF, &own, sizeof own);
+    const sockaddr_in target = addressOf(address, port);
+    ::connect(m_socket, reinterpret_cast<const sockaddr*>(&target), sizeof target);
+}
+
+Sender::~Sender() { ::close(m_socket); }
+
+void Sender::send(const Bytes& datagram) const {
+    ::send(m_socket, datagram.data(), datagram.size(), 0);
+}
+
+void Sender::sendStream(const Bytes& packets, const Bytes& header) const {
+    constexpr size_t kPayload = 7 * desktop::TransportPacket::kSize;
+    for (size_t at = 0; at < packets.size(); at += kPayload) {
+        const size_t size = std::min(kPayload, packets.size() - at);
+        send(header + Bytes(packets.data() + at, packets.data() + at + size));
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+}
+
+uint16_t freePort() {
+    const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address = addressOf("127.0.0.1", 0);
+    socklen_t size = sizeof address;
+    auto* const general = reinterpret_cast<sockaddr*>(&address);
+    ::bind(socket, general, size);
+    ::getsockname(socket, general, &size);
+    ::close(socket);
+    return ntohs(address.sin_port);
+}
+
+}  // namespace quiravent::test

@@ -1,0 +1,227 @@
+// The tuner over real transport streams: what it reports, and when it stops.
+
+#include "television/Tuner.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <future>
+
+#include "common/TemporaryFolder.h"
+#include "support/Text.h"
+#include "television/NetworkSource.h"
+#include "television/TestTuner.h"
+
+namespace quiravent::desktop {
+namespace {
+
+using test::Bytes;
+using test::multiplexFile;
+using test::Sender;
+using test::TestTuner;
+using test::waitUntil;
+using test::operator+;
+using Codes = std::vector<int>;
+
+TEST(Tuner, LocksAndTellsWhatThereIs) {
+    TestTuner tuner;
+    EXPECT_FALSE(tuner->status().isSelected);
+    tuner.select(multiplexFile("mux.ts"));
+    EXPECT_EQ(tuner.waitForReports(1), Codes{0});
+    const auto received = [&] { return tuner->status().receiver->statistics; };
+    EXPECT_TRUE(waitUntil([&] { return received().bitRate > 0; }));
+    const SignalStatistics statistics = received();
+    EXPECT_NEAR(statistics.bitRate, 3000000, 400000);
+    EXPECT_EQ(statistics.continuityErrors, 0U);
+    EXPECT_GT(statistics.pids[256].packets, 0U);
+    EXPECT_EQ(tuner->multiplex().description()->services.at(1).name, "Deux");
+    tuner->unselect();
+    EXPECT_FALSE(tuner->status().isSelected);
+    EXPECT_EQ(tuner->multiplex().description(), nullptr);
+    EXPECT_EQ(tuner.reports(), Codes{0});
+}
+
+TEST(Tuner, TellsEachOutcomeByItsCode) {
+    const uint16_t taken = test::freePort();
+    NetworkSource other({"127.0.0.1", taken, "", ""});
+    other.open();
+    struct Case {
+        std::string selector;
+        std::string option;
+        int code;
+        const char* failure;  ///< part of the line for people
+    };
+    const std::string mux = multiplexFile("mux.ts");
+    const Case cases[] = {
+        {mux, "undefined", 0, ""},
+        {"file://" + mux, "", 0, ""},
+        {multiplexFile("stamped.m2ts"), "loop=no", 0, ""},
+        {mux, "program=2; LOOP=yes", 0, ""},
+        {mux, "program=9", 8, ""},
+        {multiplexFile("garbage.ts"), "bitrate=50000000", 7, ""},
+        {multiplexFile("missing.ts"), "", 9, "No such file"},
+        {multiplexFile("empty.ts"), "", 6, "0 bytes"},
+        {multiplexFile("."), "", 4, "no regular file"},
+        {"", "", 5, "the selector is empty"},
+        {"name", "", 8, "'name' is not in the line-up"},
+        {"http://host/a.ts", "", 4, "can't be a source"},
+        {"sat://host", "", 5, "scheme"},
+        {mux, "program", 5, "'program' isn't as NAME=VALUE"},
+        {mux, "program=70000", 5, "program is '70000'; allowed: a whole number from 1 to 65535"},
+        {mux, "interface=lo", 5,
+         "unknown option 'interface'; allowed here: loop, bitrate, program"},
+        {mux, "loop=maybe", 5, "loop is 'maybe'; allowed: no, yes"},
+        {"udp://127.0.0.1", "", 5, "has no port"},
+        {"udp://host.example:5000", "", 5, "is no address"},
+        {"udp://239.255.0.9:5000?interface=none0", "", 5, "no network interface 'none0'"},
+        {joined("udp://127.0.0.1:", taken), "", 1, "in use"},
+        {joined("udp://127.0.0.1:", test::freePort()), "", 7, ""},
+        {"adapter:x", "", 5, "is no adapter"},
+        {"adapter:0", "", 5, "needs the options system and frequency"},
+        {"adapter:251", "system=isdb-t frequency=479142857", 65535, "adapter251"},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.selector + " " + one.option);
+        TestTuner tuner;
+        tuner.select(one.selector, one.option);
+        EXPECT_EQ(tuner.waitForReports(1), Codes{one.code});
+        const TunerStatus status = tuner->status();
+        EXPECT_EQ(status.outcome, static_cast<e_pl_dtv_error>(one.code));
+        EXPECT_NE(status.failure.find(one.failure), std::string::npos) << status.failure;
+        EXPECT_EQ(status.failure.empty(), std::string(one.failure).empty()) << status.failure;
+    }
+}
+
+TEST(Tuner, TellsPacketsWithoutTables) {
+    Bytes stream;
+    for (int number = 0; number < 300; ++number) stream = stream + test::clockPacket(0x100, 0);
+    const TemporaryFolder folder;
+    test::writeBytes(folder / "tableless.ts", stream);
+    TestTuner tuner;
+    tuner.select(folder / "tableless.ts", "bitrate=1000000");
+    EXPECT_EQ(tuner.waitForReports(1), Codes{6});
+}
+
+TEST(Tuner, FindsAFileThatComesLater) {
+    const TemporaryFolder folder;
+    TestTuner tuner;
+    tuner.select(folder / "later.ts");
+    EXPECT_EQ(tuner.waitForReports(1), Codes{9});
+    std::filesystem::copy_file(multiplexFile("mux.ts"), folder / "later.ts");
+    EXPECT_EQ(tuner.waitForReports(2), (Codes{9, 0}));
+}
+
+/// Sends a stream over and over until the tuner has reported so often.
+void sendUntil(TestTuner& tuner, size_t reports, const Sender& sender, const Bytes& header = {}) {
+    const Bytes stream = test::readMultiplex("mux.ts");
+    for (int round = 0; round < 50 && tuner.reports().size() < reports; ++round) {
+        sender.sendStream(Bytes(stream.begin(), stream.begin() + 60000), header);
+    }
+}
+
+TEST(Tuner, FollowsLossAndReturnOfDatagrams) {
+    // Version 2, with one contributing source, an extension of a word, and the type of streams.
+    const Bytes rtp = Bytes{0x91, 33} + Bytes(14) + Bytes{0xBE, 0xDE, 0, 1, 1, 2, 3, 4};
+    struct Case {
+        const char* selector;
+        const char* address;
+        Bytes header;
+    };
+    const Case cases[] = {
+        {"udp://localhost", "127.0.0.1", {}},
+        {"rtp://@127.0.0.1", "127.0.0.1", rtp},
+        {"udp://239.255.77.5", "239.255.77.5", {}},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.selector);
+        const uint16_t port = test::freePort();
+        TestTuner tuner;
+        tuner.select(joined(one.selector, ':', port, '/'),
+                     one.address[0] == '2' ? "interface=lo" : "");
+        const Sender sender(one.address, port);
+        // The tuner may not listen yet when the first datagrams come; then they come again.
+        sendUntil(tuner, 1, sender, one.header);
+        EXPECT_EQ(tuner.waitForReports(2), (Codes{0, 7}));
+        sendUntil(tuner, 3, sender, one.header);
+        EXPECT_EQ(tuner.waitForReports(3), (Codes{0, 7, 0}));
+    }
+}
+
+TEST(Tuner, TakesTheSignalAwayOnDemand) {
+    Configuration::Television configuration;
+    configuration.faults = "delay 0.2; lost 1000-2000";
+    TestTuner tuner(configuration);
+    tuner.select(multiplexFile("mux.ts"));
+    EXPECT_EQ(tuner.waitForReports(1), Codes{0});
+    tuner->faults().setLost(true);
+    EXPECT_EQ(tuner.waitForReports(2), (Codes{0, 7}));
+    EXPECT_EQ(tuner->status().receiver->statistics.bitRate, 0);
+    tuner->faults().setLost(false);
+    EXPECT_EQ(tuner.waitForReports(3), (Codes{0, 7, 0}));
+    EXPECT_EQ(tuner->status().receiver->statistics.continuityErrors, 0U)
+        << "what a loss leaves out isn't missing from a signal";
+}
+
+TEST(Tuner, SurvivesErrorsOfBits) {
+    TestTuner tuner;
+    tuner->faults().setErrorRate(1e-4);
+    tuner.select(multiplexFile("mux.ts"));
+    EXPECT_EQ(tuner.waitForReports(1), Codes{0});
+    const auto statistics = [&] { return tuner->status().receiver->statistics; };
+    EXPECT_TRUE(waitUntil([&] { return statistics().continuityErrors > 10; }));
+    EXPECT_TRUE(waitUntil([&] { return statistics().damagedPackets > 0; }));
+    tuner->faults().setErrorRate(0.02);
+    const uint64_t packets = statistics().packets;
+    EXPECT_TRUE(waitUntil([&] { return statistics().packets > packets + 100; }));
+}
+
+TEST(Tuner, ReportsNothingOfASelectionThatHasEnded) {
+    TestTuner tuner;
+    for (int round = 0; round < 20; ++round) {
+        tuner.select(multiplexFile("mux.ts"));
+        tuner->unselect();
+    }
+    tuner->unselect();
+    const size_t before = tuner.reports().size();
+    tuner.select(multiplexFile("missing.ts"));
+    EXPECT_EQ(tuner.waitForReports(before + 1).back(), 9);
+    EXPECT_EQ(tuner.reports().size(), before + 1);
+    tuner.select(multiplexFile("mux.ts"));
+    tuner.select(multiplexFile("other.ts"));
+    EXPECT_TRUE(waitUntil([&] { return tuner.reports().back() == 0; }));
+    EXPECT_TRUE(
+        waitUntil([&] { return tuner->multiplex().description()->transportStreamId == 78; }));
+}
+
+TEST(Tuner, UnselectingWaitsForTheReportUnderWay) {
+    TestTuner tuner;
+    std::promise<void> begun;
+    std::promise<void> mayEnd;
+    std::atomic<bool> hasEnded{false};
+    tuner.onReport([&](int) {
+        begun.set_value();
+        mayEnd.get_future().wait();
+        hasEnded = true;
+    });
+    tuner.select(multiplexFile("mux.ts"));
+    begun.get_future().wait();
+    auto unselecting = std::async(std::launch::async, [&] {
+        tuner->unselect();
+        return hasEnded.load();
+    });
+    EXPECT_TRUE(waitUntil([&] { return !tuner->status().isSelected; }));
+    mayEnd.set_value();
+    EXPECT_TRUE(unselecting.get());
+}
+
+TEST(Tuner, MayBeUnselectedByItsReport) {
+    TestTuner tuner;
+    tuner.onReport([&](int) { tuner->unselect(); });
+    tuner.select(multiplexFile("mux.ts"));
+    EXPECT_EQ(tuner.waitForReports(1), Codes{0});
+    EXPECT_TRUE(waitUntil([&] { return !tuner->status().isSelected; }));
+}
+
+}  // namespace
+}  // namespace quiravent::desktop
