@@ -4,6 +4,8 @@
 #include <new>
 #include <utility>
 
+#include "live/sniffStream.h"
+
 namespace quiravent::desktop {
 
 namespace {
@@ -66,10 +68,11 @@ std::unique_ptr<ElementaryStreamParser> ElementaryStreamParser::make(Pid pid, St
                      [codec](const Decodable& one) { return one.codec == codec; });
     if (found == std::end(kDecodable)) return nullptr;
     return std::unique_ptr<ElementaryStreamParser>(
-        new ElementaryStreamParser(makeTrack(pid, codec, found->id)));
+        new ElementaryStreamParser(makeTrack(pid, codec, found->id), codec));
 }
 
-ElementaryStreamParser::ElementaryStreamParser(TrackRef track) : m_track(std::move(track)) {
+ElementaryStreamParser::ElementaryStreamParser(TrackRef track, StreamCodec codec)
+    : m_track(std::move(track)), m_codec(codec) {
     if (m_track->kind == TrackKind::subtitle) return;
     const AVCodecID id = m_track->codec->codec_id;
     m_context.reset(avcodec_alloc_context3(nullptr));
@@ -88,6 +91,7 @@ std::vector<PacketRef> ElementaryStreamParser::parse(const PesUnit& unit, int64_
         if (PacketRef one = subtitle(unit, pts)) packets.push_back(std::move(one));
         return packets;
     }
+    if (m_track->kind == TrackKind::video) followAlignment(unit);
     m_padded.assign(unit.data.begin(), unit.data.end());
     m_padded.resize(unit.data.size() + AV_INPUT_BUFFER_PADDING_SIZE);
     const uint8_t* rest = m_padded.data();
@@ -106,6 +110,15 @@ std::vector<PacketRef> ElementaryStreamParser::parse(const PesUnit& unit, int64_
         if (used <= 0 && size <= 0) break;
     }
     return packets;
+}
+
+/// What is one picture needn't wait for the next one, which would show where it ends.
+void ElementaryStreamParser::followAlignment(const PesUnit& unit) {
+    m_isAligned = m_isAligned && isOnePicture(unit.data.data(), unit.data.size(), m_codec);
+    if (m_isAligned)
+        m_parser->flags |= PARSER_FLAG_COMPLETE_FRAMES;
+    else
+        m_parser->flags &= ~PARSER_FLAG_COMPLETE_FRAMES;
 }
 
 PacketRef ElementaryStreamParser::packet(const uint8_t* data, size_t size, int64_t pts,

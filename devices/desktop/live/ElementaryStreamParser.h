@@ -28,11 +28,14 @@ class ElementaryStreamParser {
     struct Close {
         void operator()(AVCodecParserContext* parser) const;
     };
-    explicit ElementaryStreamParser(TrackRef track);
+    ElementaryStreamParser(TrackRef track, StreamCodec codec);
+    void followAlignment(const PesUnit& unit);
     PacketRef subtitle(const PesUnit& unit, int64_t pts) const;
     PacketRef packet(const uint8_t* data, size_t size, int64_t pts, int64_t dts);
 
     const TrackRef m_track;
+    const StreamCodec m_codec;
+    bool m_isAligned = true;  ///< up to now, each unit was one picture
     AvCodecContext m_context;
     std::unique_ptr<AVCodecParserContext, Close> m_parser;
     std::vector<uint8_t> m_padded;

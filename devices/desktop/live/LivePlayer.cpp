@@ -240,6 +240,7 @@ LivePlayer::Stream& LivePlayer::streamOf(const PesUnit& unit) {
 }
 
 void LivePlayer::play(PesUnit unit) {
+    m_timing.notice(unit);
     m_waiting.push_back(std::move(unit));
     while (!m_waiting.empty() && playNow(m_waiting.front())) m_waiting.erase(m_waiting.begin());
     if (m_waiting.size() > kMaxWaiting) m_waiting.clear();

@@ -37,7 +37,7 @@ class LivePlayer {
         size_t pictures = 0;             ///< where subtitles are pictures
     };
 
-    /// Made by make() alone. Engine and multiplex outlive it.
+    /// The engine outlives the player, and the multiplex the engine, which frees players.
     static std::shared_ptr<LivePlayer> make(MediaEngine& engine, Multiplex& multiplex,
                                             const LiveStreams& streams, const Rect& bounds,
                                             std::shared_ptr<VideoOutput> output);

@@ -41,6 +41,7 @@ void LiveSource::beginSegment(Queue& queue, uint32_t serial, const TrackRef& tra
     queue.segment.serial = serial;
     queue.segment.target = clock::now() - kOldest;
     queue.segment.track = track;
+    queue.segment.firstAtOnce = true;
     queue.hasSegment = true;
 }
 

@@ -45,9 +45,10 @@ void PesAssembler::accept(const StreamPacket& packet, const std::optional<ClockM
                           std::vector<PesUnit>& units) {
     const TransportPacket& bytes = packet.packet;
     if (bytes.isDamaged() || bytes.isScrambled()) return drop();
-    // What lacks its end is useless; one that doesn't tell its length may well be whole.
-    if (packet.isDiscontinuous && !bytes.startsUnit()) return drop();
+    m_hasGap |= packet.isDiscontinuous;
     if (!bytes.hasPayload()) return;
+    // What lacks its end is useless; one that doesn't tell its length may well be whole.
+    if (std::exchange(m_hasGap, false) && !bytes.startsUnit()) return drop();
     if (bytes.startsUnit()) {
         finish(clock, units);
         begin(packet, clock);

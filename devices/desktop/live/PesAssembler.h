@@ -40,6 +40,7 @@ class PesAssembler {
 
     const Pid m_pid;
     bool m_isOpen = false;  ///< a unit has begun
+    bool m_hasGap = false;  ///< before the next payload
     int64_t m_arrival = 0;
     std::optional<ClockMapping> m_clock;
     std::vector<uint8_t> m_bytes;

@@ -8,7 +8,7 @@ namespace {
 
 /// How far from its arrival a unit can be due, by ISO/IEC 13818-1 and some allowance.
 constexpr int64_t kMostLate = 2 * kSecond;
-constexpr int64_t kMostEarly = 5 * kSecond;
+constexpr int64_t kMostEarly = 3 * kSecond;
 /// Without a clock, units are due so long after they came.
 constexpr int64_t kSubstituteDelay = 300 * kMillisecond;
 constexpr int64_t kTicksOfStamp = kPcrRate / 90000;
@@ -33,13 +33,17 @@ std::optional<ClockMapping> StreamTiming::substitute(const PesUnit& unit, int64_
     return m_substitute.mapping();
 }
 
+void StreamTiming::notice(const PesUnit& unit) {
+    if (!m_firstArrival) m_firstArrival = unit.arrival;
+    m_lastArrival = unit.arrival;
+}
+
 std::optional<StreamTiming::Times> StreamTiming::timesOf(const PesUnit& unit) {
     const std::optional<int64_t> stamp = unit.dts ? unit.dts : unit.pts;
-    if (!m_firstArrival) m_firstArrival = unit.arrival;
     if (!stamp) return Times{kNoTime, kNoTime};
     std::optional<ClockMapping> mapping = plausible(unit, *stamp);
     if (!mapping) {
-        const bool hadTime = unit.arrival >= *m_firstArrival + kPatience;
+        const bool hadTime = m_firstArrival && m_lastArrival >= *m_firstArrival + kPatience;
         if (!unit.atEnd && !hadTime) return std::nullopt;
         mapping = substitute(unit, *stamp);
     }

@@ -16,8 +16,11 @@ class StreamTiming {
         int64_t pts;  ///< kNoTime where the unit tells none
         int64_t dts;
     };
-    /// Nothing while it can't be said yet: the clock may still come, until `kPatience` after the
-    /// first unit.
+    /// A unit has come, whose times may be asked for later.
+    void notice(const PesUnit& unit);
+
+    /// Nothing while it can't be said yet: the clock may still come, until units have come for
+    /// `kPatience`.
     std::optional<Times> timesOf(const PesUnit& unit);
 
     static constexpr int64_t kPatience = 200000;
@@ -27,6 +30,7 @@ class StreamTiming {
     std::optional<ClockMapping> substitute(const PesUnit& unit, int64_t stamp);
 
     std::optional<int64_t> m_firstArrival;
+    int64_t m_lastArrival = 0;
     Pid m_substitutePid = kNullPid;  ///< whose stamps stand in for the clock
     ProgramClock m_substitute;
 };

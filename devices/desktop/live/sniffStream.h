@@ -12,4 +12,8 @@ namespace quiravent::desktop {
 /// DVB subtitles. `other` when that can't be said.
 StreamCodec sniffStream(const uint8_t* data, size_t size);
 
+/// Whether data of a video stream are plainly one whole picture, with what belongs before it, as
+/// far as they tell by themselves.
+bool isOnePicture(const uint8_t* data, size_t size, StreamCodec codec);
+
 }  // namespace quiravent::desktop

@@ -20,6 +20,8 @@ struct Segment {
     PlayMode mode = PlayMode::all;
     double speed = 1;
     TrackRef track;  ///< null: nothing to decode
+    /// The first picture is wanted by itself, and not when as many follow as the decoder asks for.
+    bool firstAtOnce = false;
 };
 
 /// Gives decoders their packets, each kind of track on a thread of its own: a medium that is read

@@ -84,9 +84,11 @@ int64_t Playback::tick(int64_t now) {
 int64_t Playback::presentDue(int64_t now) {
     VideoFrame next;
     while (m_frames.peek(0, next)) {
-        const int64_t due = m_clock.timeOf(next.pts);
-        if (due > now) return due;
         VideoFrame after;
+        // A broadcast's damaged time must not hold up what follows.
+        const bool isMisplaced = m_start.live && m_frames.peek(1, after) && after.pts < next.pts;
+        const int64_t due = m_clock.timeOf(next.pts);
+        if (due > now && !isMisplaced) return due;
         const bool late = m_frames.peek(1, after) && m_clock.timeOf(after.pts) <= now;
         if (late) {
             m_frames.pop();

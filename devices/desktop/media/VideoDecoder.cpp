@@ -47,6 +47,7 @@ void VideoDecoder::run() {
 void VideoDecoder::begin(const Segment& segment) {
     m_segment = segment;
     m_pushed = false;
+    m_seenAlone = kNoTime;
     m_skipped = {};
     m_group.clear();
     m_nextTime = segment.target;
@@ -74,12 +75,22 @@ void VideoDecoder::decode(const PacketSource::Read& read) {
     }
     if (m_segment.mode == PlayMode::keyFrames && !read.packet->key) return;
     m_decoder->leaveOutUnreferenced(read.packet->end() < m_segment.target - kDecodedWhole);
-    send(read.packet->data.get());
     if (m_segment.mode == PlayMode::keyFrames) {
-        // The picture comes at once and not when its successors are there.
-        send(nullptr);
-        m_decoder->reset();
+        sendAlone(read.packet->data.get());
+        return;
     }
+    if (m_segment.firstAtOnce && !m_pushed) {
+        sendAlone(read.packet->data.get());
+        m_seenAlone = read.packet->data->pts;
+    }
+    send(read.packet->data.get());
+}
+
+/// The picture comes at once and not when its successors are there.
+void VideoDecoder::sendAlone(const AVPacket* packet) {
+    send(packet);
+    send(nullptr);
+    m_decoder->reset();
 }
 
 void VideoDecoder::send(const AVPacket* packet) {
@@ -114,6 +125,7 @@ VideoFrame VideoDecoder::toFrame(AvFrame picture) {
 }
 
 void VideoDecoder::accept(VideoFrame frame) {
+    if (m_pushed && frame.pts == m_seenAlone) return;
     if (frame.end() <= m_segment.target) {
         m_skipped = std::move(frame);
         return;

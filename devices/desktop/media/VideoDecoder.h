@@ -32,6 +32,7 @@ class VideoDecoder {
     void begin(const Segment& segment);
     void decode(const PacketSource::Read& read);
     void send(const AVPacket* packet);
+    void sendAlone(const AVPacket* packet);
     void receive();
     void accept(VideoFrame frame);
     void finish();
@@ -46,9 +47,10 @@ class VideoDecoder {
     TrackRef m_opened;  ///< the track that m_decoder is for
     std::unique_ptr<Decoder> m_decoder;
     uint32_t m_fruitlessPackets = 0;
-    int64_t m_nextTime = 0;  ///< of a picture without a time
-    bool m_pushed = false;   ///< a picture of this segment reached the queue
-    VideoFrame m_skipped;    ///< the last picture before the target
+    int64_t m_nextTime = 0;         ///< of a picture without a time
+    bool m_pushed = false;          ///< a picture of this segment reached the queue
+    int64_t m_seenAlone = kNoTime;  ///< time of the first picture, which comes once more
+    VideoFrame m_skipped;           ///< the last picture before the target
     std::vector<PacketRef> m_group;
     std::atomic<uint64_t> m_decodedFrames{0};
     std::atomic<MediaError> m_error{MediaError::none};

@@ -39,6 +39,12 @@ TEST(PesAssembler, GivesWholeUnitsOnly) {
              stream.isDiscontinuous = isIn(number, 0);
          },
          {300, 300, 20}},
+        {"a clock reference of another recording",
+         [](Packet& packet, StreamPacket& stream, size_t number) {
+             stream.isDiscontinuous = isIn(number, 1);
+             if (isIn(number, 1)) packet[3] = 0x20;
+         },
+         {170, 170, 20}},
         {"scrambled",
          [](Packet& packet, StreamPacket&, size_t number) {
              if (isIn(number, 1)) packet[3] |= 0x80;
@@ -213,15 +219,25 @@ TEST(StreamTiming, TakesTheClockThatMakesSenseOrTheStampsThemselves) {
 
 TEST(StreamTiming, DoesWithoutAClockAfterAWhile) {
     StreamTiming timing;
-    PesUnit unit;
-    unit.pid = kPid;
-    std::vector<int64_t> dues;
+    std::vector<PesUnit> waiting;
+    size_t mostWaiting = 0;
     for (int picture = 0; picture < 20; ++picture) {
+        PesUnit unit;
+        unit.pid = kPid;
         unit.pts = unit.dts = 90000 + picture * 3600;
         unit.arrival = kSecond + picture * 40 * kMillisecond;
-        if (const auto times = timing.timesOf(unit)) dues.push_back(times->pts - unit.arrival);
+        timing.notice(unit);
+        waiting.push_back(unit);
+        mostWaiting = std::max(mostWaiting, waiting.size());
+        while (!waiting.empty()) {
+            const auto times = timing.timesOf(waiting.front());
+            if (!times) break;
+            EXPECT_EQ(times->pts, waiting.front().arrival + 300 * kMillisecond);
+            waiting.erase(waiting.begin());
+        }
     }
-    EXPECT_EQ(dues, std::vector<int64_t>(15, 300 * kMillisecond));
+    EXPECT_EQ(mostWaiting, 6U);
+    EXPECT_TRUE(waiting.empty());
 }
 
 TEST(SniffStream, KnowsStreamsByTheirBeginnings) {
@@ -235,6 +251,7 @@ TEST(SniffStream, KnowsStreamsByTheirBeginnings) {
              Case{StreamCodec::hevc, {0, 0, 0, 1, 0x46, 0x01, 0x50, 0}},
              Case{StreamCodec::hevc, {0, 0, 1, 0x40, 0x01, 0x0C, 0x01}},
              Case{StreamCodec::mpeg2Video, {0, 0, 1, 0xB3, 0x2D, 0x02, 0x40}},
+             Case{StreamCodec::mpeg2Video, {0, 0, 1, 0x00, 0x01, 0x02, 0, 0, 1, 0x09, 0x10}},
              Case{StreamCodec::aac, {0xFF, 0xF1, 0x4C, 0x80, 0x20, 0x00}},
              Case{StreamCodec::aacLatm, {0x56, 0xE1, 0x10, 0x20, 0x00, 0x00}},
              Case{StreamCodec::mpegAudio, {0xFF, 0xFD, 0xA4, 0x04, 0x00, 0x00}},

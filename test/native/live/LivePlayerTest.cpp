@@ -1,0 +1,261 @@
+// Live players over a multiplex that is received in this process.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <thread>
+
+#include "live/Broadcast.h"
+#include "live/LivePlayer.h"
+#include "live/MarkedOutput.h"
+#include "media/audio/NullSink.h"
+
+namespace quiravent::test {
+namespace {
+
+using namespace desktop;
+
+constexpr LiveStreams kService1{kVideo1, kAudio1, kVideo1, kNullPid};
+constexpr LiveStreams kService2{kVideo2, kAudio2, kVideo2, kNullPid};
+constexpr Rect kBounds{0, 0, 320, 180};
+
+std::ptrdiff_t entriesIn(const char* folder) {
+    const std::filesystem::directory_iterator entries(folder);
+    return std::distance(begin(entries), end(entries));
+}
+
+class LivePlayerTest : public testing::Test {
+  protected:
+    /// A player that is closed at the end of its life.
+    class Watched {
+      public:
+        Watched(LivePlayerTest& test, const LiveStreams& streams)
+            : output(std::make_shared<MarkedOutput>()),
+              m_player(LivePlayer::make(test.m_engine, test.m_broadcast.multiplex(), streams,
+                                        kBounds, output)) {}
+        ~Watched() { m_player->close(); }
+        Watched(const Watched&) = delete;
+        Watched& operator=(const Watched&) = delete;
+        LivePlayer* operator->() { return m_player.get(); }
+
+        /// Waits until the captions are so; false when they aren't within ten seconds.
+        template <class Test>
+        bool waitForCaptions(Test isSo) {
+            const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+            while (!isSo(m_player->captions())) {
+                if (std::chrono::steady_clock::now() > deadline) return false;
+                const size_t count = output->marks().size();
+                output->waitForPictures(count + 1);
+            }
+            return true;
+        }
+
+        std::shared_ptr<MarkedOutput> output;
+
+      private:
+        std::shared_ptr<LivePlayer> m_player;
+    };
+
+    Broadcast m_broadcast;
+    MediaEngine m_engine{MediaSettings{}, std::make_unique<NullSink>()};
+};
+
+TEST_F(LivePlayerTest, ShowsTheLastKeyPictureAtOnceAndThenGoesOn) {
+    m_broadcast.publishTables();
+    m_broadcast.receivePast(3 * kSecond);
+    for (const auto& [streams, service] : {std::pair{kService1, 1}, std::pair{kService2, 2}}) {
+        Watched player(*this, streams);
+        player->start();
+        // Nothing more is received yet.
+        ASSERT_TRUE(player.output->waitForPictures(1));
+        EXPECT_EQ(player.output->marks()[0].service, service);
+    }
+    m_broadcast.play();
+    Watched player(*this, kService1);
+    player->start();
+    ASSERT_TRUE(player.output->waitForPictures(20));
+    m_broadcast.stop();
+}
+
+TEST_F(LivePlayerTest, LosesNoPictureWhereTheRecordingBeginsAgain) {
+    m_broadcast.publishTables();
+    m_broadcast.play();
+    Watched first(*this, kService1);
+    Watched second(*this, kService2);
+    for (Watched* player : {&first, &second}) (*player)->start();
+    // Where the machine is busy a picture may come too late to be shown, but not at each joint.
+    const std::vector<int> joint{kPicturesOfLoop - 2, kPicturesOfLoop - 1, 0, 1};
+    const auto isNumber = [](const Mark& mark, int number) { return mark.number == number; };
+    for (Watched* player : {&first, &second}) {
+        EXPECT_TRUE(player->output->waitUntil([&](const std::vector<Mark>& marks) {
+            return std::search(marks.begin(), marks.end(), joint.begin(), joint.end(), isNumber) !=
+                   marks.end();
+        }));
+    }
+    m_broadcast.stop();
+}
+
+TEST_F(LivePlayerTest, PlaysWhatNoTableTellsOfAndWithoutAClock) {
+    struct Case {
+        const char* what;
+        LiveStreams streams;
+        int service;
+    };
+    const Case cases[] = {{"H.264", kService1, 1},
+                          {"MPEG-2", kService2, 2},
+                          {"no clock", {kVideo1, kAudio1, kNullPid, kNullPid}, 1},
+                          {"a clock that isn't there", {kVideo2, kAudio2, 0x1234, kNullPid}, 2},
+                          {"the other service's clock", {kVideo1, kAudio1, kVideo2, kNullPid}, 1},
+                          {"no sound", {kVideo1, kNullPid, kVideo1, kNullPid}, 1},
+                          {"a sound that isn't there", {kVideo2, 0x1234, kVideo2, kNullPid}, 2}};
+    std::vector<std::unique_ptr<Watched>> players;
+    for (const Case& one : cases) {
+        players.push_back(std::make_unique<Watched>(*this, one.streams));
+        (*players.back())->start();
+    }
+    m_broadcast.play();
+    for (size_t index = 0; index < players.size(); ++index) {
+        MarkedOutput& output = *players[index]->output;
+        ASSERT_TRUE(output.waitForPictures(30)) << cases[index].what;
+        EXPECT_EQ(output.marks()[0].service, cases[index].service) << cases[index].what;
+    }
+    m_broadcast.stop();
+}
+
+TEST_F(LivePlayerTest, ShowsNothingWithoutAPictureStream) {
+    m_broadcast.publishTables();
+    m_broadcast.receivePast(3 * kSecond);
+    Watched control(*this, kService1);
+    Watched sound(*this, {0x1234, kAudio1, kVideo1, kNullPid});
+    Watched swapped(*this, {kAudio1, kVideo1, kVideo1, kNullPid});
+    for (Watched* player : {&sound, &swapped, &control}) (*player)->start();
+    ASSERT_TRUE(control.output->waitForPictures(1));
+    EXPECT_EQ(sound.output->marks().size(), 0U);
+    EXPECT_EQ(swapped.output->marks().size(), 0U);
+}
+
+TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
+    m_broadcast.publishTables();
+    m_broadcast.receivePast(3 * kSecond);
+    Watched player(*this, kService1);
+    player->start();
+    ASSERT_TRUE(player.output->waitForPictures(1));
+    player->stop();
+    ASSERT_TRUE(player.output->waitUntilHidden());
+    player->start();
+    ASSERT_TRUE(player.output->waitForPictures(2));
+
+    m_broadcast.setSignal(false);
+    ASSERT_TRUE(player.output->waitUntilHidden());
+    m_broadcast.setSignal(true);
+    player.output->forget();
+    m_broadcast.receivePast(3 * kSecond);
+    ASSERT_TRUE(player.output->waitForPictures(1));
+
+    m_broadcast.multiplex().end();
+    ASSERT_TRUE(player.output->waitUntilHidden());
+    m_broadcast.retune();
+    m_broadcast.publishTables();
+    player.output->forget();
+    m_broadcast.receivePast(3 * kSecond);
+    ASSERT_TRUE(player.output->waitForPictures(1));
+}
+
+TEST_F(LivePlayerTest, ShowsCaptionsThatCanBeRead) {
+    using Captions = LivePlayer::Captions;
+    m_broadcast.publishTables();
+    m_broadcast.play();
+    Watched one(*this, kService1);
+    one->setCaptions(1);
+    one->start();
+    const std::vector<std::string> expected{"Bom dia", "serra"};
+    EXPECT_TRUE(one.waitForCaptions([&](const Captions& now) { return now.lines == expected; }));
+    one->setCaptions(3);
+    EXPECT_TRUE(one.waitForCaptions(
+        [](const Captions& now) { return now.number == 3 && now.lines.empty(); }));
+    one->setCaptions(LivePlayer::kNoCaptions);
+    EXPECT_TRUE(one.waitForCaptions(
+        [](const Captions& now) { return now.number == LivePlayer::kNoCaptions; }));
+
+    Watched two(*this, kService2);
+    two->start();
+    two->setCaptions(kSubtitle2);
+    EXPECT_TRUE(two.waitForCaptions([](const Captions& now) { return now.pictures == 1; }));
+    two->setCaptions(0x1234);
+    EXPECT_TRUE(two.waitForCaptions(
+        [](const Captions& now) { return now.number == 0x1234 && now.pictures == 0; }));
+    m_broadcast.stop();
+}
+
+TEST_F(LivePlayerTest, SurvivesWhatIsSpoiltAndShowsWhatFollows) {
+    struct Case {
+        const char* what;
+        bool (*spoil)(std::vector<uint8_t>& packet, std::mt19937& random);
+    };
+    static std::mt19937 random(5);
+    const Case cases[] = {
+        {"garbage",
+         [](std::vector<uint8_t>& packet, std::mt19937& any) {
+             for (size_t at = 4; at < packet.size(); ++at) packet[at] = static_cast<uint8_t>(any());
+             return true;
+         }},
+        {"bit errors",
+         [](std::vector<uint8_t>& packet, std::mt19937& any) {
+             packet[4 + any() % 184] ^= static_cast<uint8_t>(1U << any() % 8);
+             return true;
+         }},
+        {"losses", [](std::vector<uint8_t>&, std::mt19937& any) { return any() % 10 != 0; }},
+        {"everything is lost", [](std::vector<uint8_t>&, std::mt19937&) { return false; }},
+    };
+    for (const Case& one : cases) {
+        m_broadcast.retune();
+        m_broadcast.publishTables();
+        Watched first(*this, kService1);
+        Watched second(*this, kService2);
+        first->setCaptions(1);
+        second->setCaptions(kSubtitle2);
+        for (Watched* player : {&first, &second}) (*player)->start();
+        m_broadcast.setSpoil([&](auto& packet) { return one.spoil(packet, random); });
+        m_broadcast.receivePast(4 * kSecond);
+        m_broadcast.setSpoil([](auto&) { return true; });
+        m_broadcast.play();
+        for (const auto& [player, service] : {std::pair{&first, 1}, std::pair{&second, 2}}) {
+            const int expected = service;
+            const auto isOfService = [=](const Mark& mark) { return mark.service == expected; };
+            EXPECT_TRUE(player->output->waitUntil([&](const std::vector<Mark>& marks) {
+                return marks.size() > 5 && std::all_of(marks.end() - 5, marks.end(), isOfService);
+            })) << one.what
+                << " in service " << service;
+        }
+        m_broadcast.stop();
+    }
+}
+
+TEST_F(LivePlayerTest, FiveHundredChannelChangesLeaveNothingBehind) {
+    m_broadcast.publishTables();
+    m_broadcast.receivePast(3 * kSecond);
+    std::ptrdiff_t threads = 0;
+    std::ptrdiff_t descriptors = 0;
+    for (int change = 0; change < 500; ++change) {
+        {
+            Watched player(*this, change % 2 == 0 ? kService1 : kService2);
+            player->start();
+            ASSERT_TRUE(change % 10 != 0 || player.output->waitForPictures(1));
+        }
+        if (change != 20 && change != 499) continue;
+        ASSERT_TRUE(m_engine.reaper().waitUntilIdle());
+        if (change == 20) {
+            threads = entriesIn("/proc/self/task");
+            descriptors = entriesIn("/proc/self/fd");
+        }
+    }
+    EXPECT_EQ(entriesIn("/proc/self/task"), threads);
+    EXPECT_EQ(entriesIn("/proc/self/fd"), descriptors);
+}
+
+}  // namespace
+}  // namespace quiravent::test
