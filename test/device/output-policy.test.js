@@ -17,12 +17,14 @@ const SOURCE = `
 const url = ${JSON.stringify(film)};
 const follow = (name, player) => {
   player.registerListener((event) => event !== 'fetch_in_progress' && say(name + ' ' + event));
-  player.start();
+  // An event that finds its worker not yet waiting lies until the next one.
+  setTimeout(() => player.start(), 300);
   return player;
 };
 const make = (kind, name) => new Promise((resolve) => quiravent.mediaServices[kind](url, {},
   (error, player) => resolve(follow(name, player))));
-Promise.all([make('getPlayer', 'film'), make('getAdPlayer', 'ad')]).then((players) => {
+make('getPlayer', 'film').then((first) => make('getAdPlayer', 'ad').then((second) => {
+  const players = [first, second];
   const actions = {
     19: () => players[0].pause(),
     48: () => platformServices.toggleLiveDTV(false),
@@ -33,8 +35,8 @@ Promise.all([make('getPlayer', 'film'), make('getAdPlayer', 'ad')]).then((player
     if (name === 'keypress' && actions[data]) actions[data]();
     if (name === 'keypress') say('key ' + data);
   });
-});
-// Ends by itself, unlike a process without a handler, so that it hears what comes before.
+}));
+// With a handler the signal doesn't end the process, which so hears what it was told before it.
 process.on('SIGTERM', () => say('asked to end'));
 `;
 

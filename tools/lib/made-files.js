@@ -4,7 +4,6 @@
 
 const crypto = require('crypto');
 const fs = require('fs');
-const os = require('os');
 const path = require('path');
 const { mustRun } = require('./run');
 
@@ -27,11 +26,11 @@ function makeFiles(folder, names, sources, make) {
   const digest = hash.digest('hex');
   if (isUpToDate(folder, names, digest)) return;
   fs.mkdirSync(folder, { recursive: true });
-  const work = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-made-'));
+  const work = fs.mkdtempSync(path.join(folder, 'work-'));
   try {
     make(work);
-    const files = names.map((name) => path.join(work, name));
-    mustRun('cp', files.concat([folder]));
+    // Two may be at it at once, and a file may be in use: whoever has it open keeps the one he has.
+    names.forEach((name) => fs.renameSync(path.join(work, name), path.join(folder, name)));
     fs.writeFileSync(path.join(folder, '.digest'), digest);
   } finally {
     mustRun('rm', ['-rf', work]);

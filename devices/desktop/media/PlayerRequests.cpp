@@ -43,6 +43,7 @@ e_pl_status PlayerSession::start() {
     m_state = State::playing;
     post([this] {
         m_readyTold = false;
+        m_stalls = StallPolicy();
         beginFetch();
         applyRunning();
     });

@@ -14,6 +14,7 @@ constexpr int64_t kLocalAhead = 5 * kSecond;
 /// Nothing that was read is as good as played when it is so close to its end.
 constexpr int64_t kNearlyNothing = 100 * kMillisecond;
 constexpr int64_t kStarvingInterval = 10 * kMillisecond;
+constexpr int64_t kUnprimedInterval = 100 * kMillisecond;
 /// A medium that ends so much before its stated end is truncated.
 constexpr int64_t kTruncation = kSecond;
 
@@ -133,7 +134,8 @@ int64_t PlayerSession::step() {
     if (m_watchdog.isOverdue(waiting, status.received + m_playback->decodedFrames(), now))
         fail(status.error == MediaError::none ? MediaError::timeout : status.error);
     if (waiting) next = std::min(next, m_watchdog.deadline());
-    // That nothing comes any more is told by nobody.
+    // That nothing comes any more is told by nobody, nor that nothing has come yet.
+    if (m_readyTold && !m_playback->isPrimed()) next = std::min(next, now + kUnprimedInterval);
     if (m_playback->isStarving() && m_playback->clock().isRunning())
         next = std::min(next, std::max(m_playback->clock().timeOf(status.end - kNearlyNothing),
                                        now + kStarvingInterval));
@@ -232,8 +234,10 @@ void PlayerSession::applyRunning() {
 }
 
 void PlayerSession::followStalls(const PacketCache::Status& status, int64_t now) {
-    if (!m_fetchReady || m_failed || state() != State::playing || !m_playback->isPrimed()) return;
-    if (!m_readyTold && m_playback->clock().isRunning()) {
+    if (!m_fetchReady || m_failed || state() != State::playing) return;
+    const bool begun = m_playback->isPrimed();
+    if (!m_readyTold) {
+        if (!begun || !m_playback->clock().isRunning()) return;
         m_readyTold = true;
         m_stalls.restart(now);
         tell(e_pl_media_event_playback_ready);
@@ -241,7 +245,7 @@ void PlayerSession::followStalls(const PacketCache::Status& status, int64_t now)
     const int64_t left = ahead(status, now);
     const bool empty = m_playback->isStarving() && left < kNearlyNothing;
     const StallPolicy::Change change =
-        m_stalls.observe({now, left, status.finished || status.full, empty});
+        m_stalls.observe({now, left, status.finished || status.full, empty, begun});
     if (change == StallPolicy::Change::none) return;
     applyRunning();
     tell(change == StallPolicy::Change::stalled ? e_pl_media_event_playback_stalled

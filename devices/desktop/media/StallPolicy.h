@@ -9,8 +9,10 @@ class StallPolicy {
   public:
     /// What must be there in advance to begin to play and to go on after a halt.
     static constexpr int64_t kTarget = 1000000;
-    /// So long after playing began anew nothing counts as a halt.
+    /// So long after playing began anew nothing counts as a halt; and so long, where nothing at all
+    /// has come since then.
     static constexpr int64_t kGrace = 300000;
+    static constexpr int64_t kFirstGrace = 1000000;
 
     enum class Change { none, stalled, recovering };
 
@@ -19,10 +21,12 @@ class StallPolicy {
         int64_t ahead;  ///< read, but not yet played
         bool finished;  ///< nothing more will be read
         bool empty;     ///< neither pictures nor sound are decoded in advance
+        bool begun;     ///< something has been decoded since playing began anew
     };
 
-    /// Playing begins, or begins anew at another position.
-    void restart(int64_t now);
+    /// Playing begins, or begins anew at another position. A halt lasts until enough is there for
+    /// that one.
+    void restart(int64_t now) { m_restarted = now; }
     bool isStalled() const { return m_stalled; }
     Change observe(const Observation& seen);
 

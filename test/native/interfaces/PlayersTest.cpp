@@ -129,11 +129,12 @@ TEST_F(PlayersTest, KnowFourKindsOfTrackByTheirWholeNames) {
 }
 
 TEST_F(PlayersTest, AreMadeOnlyWithSuccessAndAHandle) {
-    const struct {
-        int32_t status;
+    struct Case {
         Value handle;
-        bool isMade;
-    } cases[] = {{0, 5.0, true}, {0, 0.0, false}, {0, nullptr, false}, {9, 5.0, false}};
+        int32_t status = 0;
+        bool isMade = false;
+    };
+    const Case cases[] = {{5.0, 0, true}, {0.0, 0, false}, {nullptr, 0, false}, {5.0, 9, false}};
     for (const auto& each : cases) {
         answer("pl_media_CreateUrlPlayer", each.status, {{"handle", each.handle}});
         answer("pl_media_CreateAdPlayer", each.status, {{"handle", each.handle}});

@@ -168,6 +168,23 @@ TEST_P(Faults, ActFromTheirBeginningToTheirEnd) {
     EXPECT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
 }
 
+TEST(FaultsAfterASeek, AreToldAsWhilePlaying) {
+    using desktop::Fault;
+    desktop::MediaSettings settings = testSettings();
+    settings.cacheBytes = 60000;
+    TestPlayer player(mediaFile("film.mp4"), settings, {{Fault::Kind::stalled, 0, 1e9, 0, false}});
+    ASSERT_TRUE(player.play());
+    ASSERT_TRUE(player.engine().faults().setEnabled(0, true));
+    ASSERT_EQ(player->seek(4000000), e_pl_status_ok);
+    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_stalled), 0);
+    // Another seek is no end of the halt, which is told once.
+    ASSERT_EQ(player->seek(3000000), e_pl_status_ok);
+    ASSERT_TRUE(player.engine().faults().setEnabled(0, false));
+    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_recovering), 0);
+    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    EXPECT_EQ(player.count(e_pl_media_event_playback_stalled), 1U);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Media, Faults,
     testing::Values(FaultCase{desktop::Fault::Kind::slow, e_pl_media_event_playback_stalled, 0},

@@ -198,18 +198,22 @@ TEST(StallPolicy, HaltsOnlyForWantOfDataAndGoesOnWithASecondOfThem) {
         Change expected;
     };
     const Case cases[] = {
-        {{100000, 0, false, true}, Change::none},  // just begun
-        {{400000, 500000, false, false}, Change::none},
-        {{500000, 0, true, true}, Change::none},  // at the end
-        {{600000, 0, false, true}, Change::stalled},
-        {{700000, 900000, false, false}, Change::none},
-        {{800000, 1000000, false, false}, Change::recovering},
-        {{900000, 0, false, true}, Change::stalled},
-        {{950000, 10, true, true}, Change::recovering},
+        {{100000, 0, false, true, true}, Change::none},  // just begun
+        {{400000, 500000, false, false, true}, Change::none},
+        {{500000, 0, true, true, true}, Change::none},    // at the end
+        {{550000, 0, false, true, false}, Change::none},  // nothing has come yet
+        {{600000, 0, false, true, true}, Change::stalled},
+        {{700000, 900000, false, false, true}, Change::none},
+        {{800000, 1000000, false, false, true}, Change::recovering},
+        {{900000, 0, false, true, true}, Change::stalled},
+        {{950000, 10, true, true, true}, Change::recovering},
+        {{1000000, 0, false, true, false}, Change::stalled},
     };
     StallPolicy policy;
     policy.restart(0);
     for (const Case& one : cases) EXPECT_EQ(policy.observe(one.seen), one.expected) << one.seen.now;
+    policy.restart(1000000);
+    EXPECT_TRUE(policy.isStalled()) << "until enough is there for the other position, too";
 }
 
 TEST(FetchProgress, TellsRisingPercentagesAtMostTenTimesASecond) {
