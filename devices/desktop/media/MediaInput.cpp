@@ -59,7 +59,8 @@ int64_t frameDurationOf(const AVStream& stream) {
     AVRational rate = stream.avg_frame_rate;
     if (rate.num <= 0 || rate.den <= 0) rate = stream.r_frame_rate;
     if (rate.num <= 0 || rate.den <= 0) return 0;
-    return av_rescale(kSecond, rate.den, rate.num);
+    constexpr int64_t kLongest = kSecond;
+    return std::min(av_rescale(kSecond, rate.den, rate.num), kLongest);
 }
 
 }  // namespace
@@ -117,7 +118,6 @@ MediaError MediaInput::findTracks() {
         else
             stream.discard = AVDISCARD_ALL;
     }
-    m_nextTimes.assign(m_format->nb_streams, 0);
     const auto isHeardOrSeen = [](const TrackRef& track) {
         return track->kind != TrackKind::subtitle;
     };
@@ -125,6 +125,8 @@ MediaError MediaInput::findTracks() {
         return unknownCodec ? MediaError::unknownCodec : MediaError::noTracks;
     m_info.duration =
         m_format->duration == AV_NOPTS_VALUE ? 0 : std::max<int64_t>(m_format->duration, 0);
+    const bool mayJump = (m_format->iformat->flags & AVFMT_TS_DISCONT) != 0;
+    m_timelines.assign(m_format->nb_streams, Timeline(m_info.duration, mayJump));
     const bool byteSeekable =
         m_format->pb == nullptr || (m_format->pb->seekable & AVIO_SEEKABLE_NORMAL) != 0;
     const bool playlist = (m_format->iformat->flags & AVFMT_NOFILE) != 0 ||
@@ -158,7 +160,7 @@ MediaError MediaInput::seek(int64_t position, uint32_t leading) {
     const int64_t time = av_rescale_q(position + mediumStart(), kMicroseconds, stream.time_base);
     const int result =
         av_seek_frame(m_format.get(), static_cast<int>(leading), time, AVSEEK_FLAG_BACKWARD);
-    std::fill(m_nextTimes.begin(), m_nextTimes.end(), std::max<int64_t>(position, 0));
+    for (Timeline& timeline : m_timelines) timeline.restart(position);
     if (result >= 0) return MediaError::none;
     // A position that the index doesn't reach down to is the beginning.
     const int again = avformat_seek_file(m_format.get(), static_cast<int>(leading), INT64_MIN, time,
@@ -212,7 +214,7 @@ PacketRef MediaInput::readNext(MediaError& error) {
             return nullptr;
         }
         const auto index = static_cast<size_t>(data->stream_index);
-        if (index >= m_nextTimes.size()) continue;  // a stream that turned up later
+        if (index >= m_timelines.size()) continue;  // a stream that turned up later
         if (m_format->streams[index]->discard == AVDISCARD_ALL) continue;
         return toPacket(std::move(data));
     }
@@ -223,17 +225,18 @@ PacketRef MediaInput::toPacket(AvPacket data) {
     av_packet_rescale_ts(data.get(), m_format->streams[index]->time_base, kMicroseconds);
     if (data->pts != AV_NOPTS_VALUE) data->pts -= mediumStart();
     if (data->dts != AV_NOPTS_VALUE) data->dts -= mediumStart();
-    if (data->pts == AV_NOPTS_VALUE) data->pts = data->dts;
-    if (data->pts == AV_NOPTS_VALUE) data->pts = m_nextTimes[index];
-    if (data->dts == AV_NOPTS_VALUE) data->dts = data->pts;
+    const bool sparse = m_format->streams[index]->codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE;
+    if (sparse)
+        Timeline(m_info.duration, false).place(data->pts, data->dts, data->duration);
+    else
+        m_timelines[index].place(data->pts, data->dts, data->duration);
     auto packet = std::make_shared<Packet>();
     packet->track = static_cast<uint32_t>(index);
     packet->pts = data->pts;
     packet->dts = data->dts;
-    packet->duration = std::max<int64_t>(data->duration, 0);
+    packet->duration = data->duration;
     packet->key = (data->flags & AV_PKT_FLAG_KEY) != 0;
     packet->data = std::move(data);
-    m_nextTimes[index] = packet->end();
     return packet;
 }
 

@@ -9,6 +9,7 @@
 
 #include "media/MediaErrors.h"
 #include "media/Packet.h"
+#include "media/Timeline.h"
 
 namespace quiravent::desktop {
 
@@ -65,8 +66,8 @@ class MediaInput {
     int64_t m_deadline = INT64_MAX;  ///< on the steady clock, for opening
     AvFormatContext m_format;
     MediaInfo m_info;
-    std::vector<int64_t> m_nextTimes;  ///< per stream, for packets without times
-    std::deque<PacketRef> m_read;      ///< read in advance by a seek
+    std::vector<Timeline> m_timelines;  ///< per stream
+    std::deque<PacketRef> m_read;       ///< read in advance by a seek
 };
 
 }  // namespace quiravent::desktop

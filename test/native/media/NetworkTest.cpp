@@ -126,15 +126,6 @@ TEST(Network, ReadsOnlyTheVariantThatFits) {
     }
 }
 
-TEST(Damage, OfATruncatedMediumIsToldWhereItEnds) {
-    TestPlayer player(mediaFile("truncated.mp4"));
-    ASSERT_EQ(player->seek(2000000), e_pl_status_ok);
-    ASSERT_EQ(player->start(), e_pl_status_ok);
-    EXPECT_GT(player.waitFor(e_pl_media_event_playback_error), 0);
-    EXPECT_GT(player.output().seen().back().number, 60);
-    EXPECT_EQ(player.count(e_pl_media_event_playback_completed), 0U);
-}
-
 struct FaultCase {
     desktop::Fault::Kind kind;
     e_pl_media_event expected;

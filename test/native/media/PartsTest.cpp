@@ -11,6 +11,8 @@
 #include "media/PacketCache.h"
 #include "media/StallPolicy.h"
 #include "media/SubtitleTrack.h"
+#include "media/Timeline.h"
+#include "media/Watchdog.h"
 
 namespace quiravent::desktop {
 namespace {
@@ -172,6 +174,73 @@ TEST_F(SmallPacketCacheTest, StaysWithinItsBudget) {
     EXPECT_GT(later[0].first, 20);
     EXPECT_LT(later[0].first, 40);
     EXPECT_LT(later[0].second - later[0].first, room * 3 / 2 + 3);
+}
+
+TEST(Timeline, MendsTimesThatMakeNoSense) {
+    constexpr int64_t kWild = int64_t{26} * 3600 * kSecond;
+    struct Packets {
+        bool mayJump;
+        int64_t duration;
+        std::vector<std::pair<int64_t, int64_t>> stated;  ///< pts and dts
+        std::vector<int64_t> expected;                    ///< pts
+    };
+    constexpr int64_t kBack = 3 * kFrame;
+    const Packets cases[] = {
+        {false,
+         kSecond,
+         {{0, 0}, {kNoTime, kNoTime}, {kNoTime, 2 * kFrame}, {3 * kFrame, kNoTime}},
+         {0, kFrame, 2 * kFrame, 3 * kFrame}},
+        {false,
+         kSecond,
+         {{0, 0}, {kWild, kWild}, {2 * kFrame, 2 * kFrame}, {kWild, 3 * kFrame}},
+         {0, kFrame, 2 * kFrame, 3 * kFrame}},
+        // A gap is one, within the medium.
+        {false, 60 * kSecond, {{0, 0}, {30 * kSecond, 30 * kSecond}}, {0, 30 * kSecond}},
+        {true,
+         60 * kSecond,
+         {{0, 0}, {30 * kSecond, 30 * kSecond}, {kFrame * 2, kFrame * 2}},
+         {0, kFrame, 2 * kFrame}},
+        // Times that begin anew, and reordered pictures.
+        {true,
+         0,
+         {{0, 0}, {kWild + kBack, kWild}, {kWild + kFrame, kWild + kFrame}},
+         {0, kFrame + kBack, 2 * kFrame}},
+        {true, 0, {{INT64_MAX, INT64_MAX - 1}, {kFrame, kFrame}}, {0, kFrame}},
+    };
+    for (const Packets& one : cases) {
+        Timeline timeline(one.duration, one.mayJump);
+        for (size_t index = 0; index < one.stated.size(); ++index) {
+            auto [pts, dts] = one.stated[index];
+            int64_t duration = kFrame;
+            timeline.place(pts, dts, duration);
+            EXPECT_EQ(duration, kFrame);
+            EXPECT_EQ(pts, one.expected[index]) << index;
+            EXPECT_LE(dts, pts);
+        }
+    }
+    Timeline timeline(60 * kSecond, true);
+    timeline.restart(30 * kSecond);
+    int64_t pts = 20 * kSecond;  // where the seek landed
+    int64_t dts = pts;
+    int64_t duration = kWild;
+    timeline.place(pts, dts, duration);
+    EXPECT_EQ(pts, 20 * kSecond);
+    EXPECT_LT(duration, 5 * kSecond);
+}
+
+TEST(Watchdog, CountsOnlyTheTimeOfWaiting) {
+    struct Case {
+        bool waiting;
+        uint64_t progress;
+        int64_t now;
+        bool overdue;
+    };
+    Watchdog watchdog(10);
+    for (const Case& one :
+         {Case{false, 1, 100, false}, Case{true, 1, 500, false}, Case{true, 1, 509, false},
+          Case{true, 1, 510, true}, Case{true, 2, 511, false}, Case{true, 2, 521, true},
+          Case{false, 2, 600, false}, Case{true, 2, 700, false}})
+        EXPECT_EQ(watchdog.isOverdue(one.waiting, one.progress, one.now), one.overdue) << one.now;
 }
 
 TEST(MediaClock, GoesAtItsSpeedFromWhereItStands) {

@@ -37,6 +37,7 @@ ff -i film.mp4 -map 0:v -map 0:a -c copy film.ts
 ff -i film.mp4 -map 0:v -an -c copy silent.mp4
 ff -i film.mp4 -map 0:a:0 -c copy sound.m4a
 ff -i film.mp4 -map 0:v -map 0:a:0 -t 1 -c copy short.mp4
+ff -i short.mp4 -c copy short.ts
 # One large group of pictures, of which not all fit into the memory for playing backwards.
 ff -f lavfi -i "$(video 4 1280 720 25)" -c:v libx264 -preset ultrafast -g 1000 -t 4 onegroup.mp4
 # Two variants of the same film, told apart by the size of their pictures.
