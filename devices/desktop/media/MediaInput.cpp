@@ -236,6 +236,7 @@ PacketRef MediaInput::toPacket(AvPacket data) {
     packet->dts = data->dts;
     packet->duration = data->duration;
     packet->key = (data->flags & AV_PKT_FLAG_KEY) != 0;
+    packet->sparse = sparse;
     packet->data = std::move(data);
     return packet;
 }

@@ -111,7 +111,7 @@ class PacketCache : public PacketSource {
     int64_t position() const;
     bool wantsMore() const;
     void keepWithinBudget();
-    void forgetOverlapped();
+    void joinRanges();
     bool takeLocked(TrackKind kind, uint32_t serial, Read& read);
     bool takeGroupPacket(Slot& slot, Read& read);
     void takeCachedGroups();

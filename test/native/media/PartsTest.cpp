@@ -90,15 +90,65 @@ TEST_F(PacketCacheTest, KeepsRangesAndJoinsThem) {
     start(0);
     read(4);
     EXPECT_EQ(seconds(), (Ranges{{0, 4}}));
-    start(20 * kSecond + kFrame);
+    start(10 * kSecond + kFrame);
     read(5);
-    EXPECT_EQ(seconds(), (Ranges{{0, 4}, {20, 25}}));
+    EXPECT_EQ(seconds(), (Ranges{{0, 4}, {10, 15}}));
     EXPECT_EQ(m_seeks, 1);
     start(2 * kSecond + kFrame);
     EXPECT_EQ(take(), 2);
-    read(20);
-    EXPECT_EQ(seconds(), (Ranges{{0, 24}}));
+    // From 4 on up to the first picture that is known already, then on from 15.
+    readPackets(6 * kGroup);
+    EXPECT_EQ(seconds(), (Ranges{{0, 15}}));
+    readPackets(1);
     EXPECT_EQ(m_seeks, 2);
+    read(3);
+    EXPECT_EQ(seconds(), (Ranges{{0, 18}}));
+    EXPECT_EQ(m_seeks, 3);
+    for (int number = 2 * kGroup + 1; number < 18 * kGroup; ++number)
+        ASSERT_DOUBLE_EQ(take(), number / 25.0);
+    EXPECT_EQ(take(), -1);
+}
+
+PacketRef packetOf(uint32_t track, int64_t second) {
+    auto packet = std::make_shared<Packet>();
+    packet->data = makePacket();
+    packet->track = track;
+    packet->pts = packet->dts = second * kSecond;
+    packet->duration = kSecond;
+    packet->sparse = track == 2;
+    return packet;
+}
+
+TEST(PacketRange, IsContinuedByOneThatItMeetsWithAllItsTracks) {
+    struct Case {
+        int64_t soundFrom;  ///< of the next range, whose pictures begin at 8
+        int64_t soundTo;
+        bool subtitle;
+        bool expected;
+    };
+    for (const Case& one :
+         {Case{7, 14, false, true}, Case{8, 14, false, true}, Case{9, 14, false, false},
+          Case{4, 6, false, false}, Case{8, 14, true, true}, Case{0, 0, false, false}}) {
+        PacketRange range(0);
+        PacketRange next(8 * kSecond);
+        for (int64_t second = 0; second <= 9; ++second) range.append(packetOf(0, second));
+        for (int64_t second = 0; second <= 8; ++second) range.append(packetOf(1, second));
+        range.append(packetOf(2, 3));
+        for (int64_t second = 8; second <= 15; ++second) next.append(packetOf(0, second));
+        for (int64_t second = one.soundFrom; second < one.soundTo; ++second)
+            next.append(packetOf(1, second));
+        if (one.subtitle) next.append(packetOf(2, 12));
+        EXPECT_EQ(range.resumePoint(), 9 * kSecond);
+        ASSERT_EQ(range.runsInto(next), one.expected) << one.soundFrom;
+        if (!one.expected) continue;
+        range.absorb(next);
+        EXPECT_EQ(range.nextNumber(0), 16U);
+        EXPECT_EQ(range.nextNumber(1), 14U);
+        EXPECT_EQ(range.nextNumber(2), one.subtitle ? 2U : 1U);
+        for (uint64_t number = 0; number < 16; ++number)
+            EXPECT_EQ(range.packet(0, number)->pts, static_cast<int64_t>(number) * kSecond);
+        EXPECT_EQ(range.resumePoint(), 14 * kSecond);
+    }
 }
 
 TEST_F(PacketCacheTest, GoesBackWithoutReadingAnew) {
