@@ -41,4 +41,8 @@ constexpr int64_t kMillisecond = 1000;
 /// Keeps the libraries from writing to standard error; call before any other use of them.
 void quietAv();
 
+/// Whether a server's certificate was refused on this thread since the last call. The libraries'
+/// results tell that as any failure of the network.
+bool takeCertificateRefusal();
+
 }  // namespace quiravent::desktop

@@ -37,6 +37,11 @@ void setNetworkOptions(Options& options, int64_t timeLimit) {
     options.set("protocol_whitelist", "http,https,tls,tcp,crypto,data");
 }
 
+/// The class of an error, with what the libraries tell beside it.
+MediaError errorOf(int averror) {
+    return takeCertificateRefusal() ? MediaError::untrusted : mediaErrorOf(averror);
+}
+
 bool isPlayable(const AVStream& stream) {
     if (stream.discard == AVDISCARD_ALL) return false;
     if ((stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0) return false;
@@ -73,6 +78,21 @@ int MediaInput::isInterrupted(void* input) {
     return self->m_cancelled || clock::now() >= self->m_deadline ? 1 : 0;
 }
 
+/// Opens the medium itself, or a part of it that a playlist names, which doesn't inherit what its
+/// playlist was opened with.
+int MediaInput::openPart(AVFormatContext* format, AVIOContext** stream, const char* url, int flags,
+                         AVDictionary** options) {
+    const auto& self = *static_cast<const MediaInput*>(format->opaque);
+    Options own;
+    AVDictionary** all = options == nullptr ? own.get() : options;
+    av_dict_set(all, "tls_verify", "1", 0);
+    if (!self.m_limits.authorities.empty())
+        av_dict_set(all, "ca_file", self.m_limits.authorities.c_str(), 0);
+    if (format->protocol_whitelist != nullptr)
+        av_dict_set(all, "protocol_whitelist", format->protocol_whitelist, 0);
+    return avio_open2(stream, url, flags, &format->interrupt_callback, all);
+}
+
 MediaError MediaInput::open(const std::string& location) {
     const Result<Location> place = parseLocation(location);
     if (!place) return MediaError::badLocation;
@@ -93,15 +113,18 @@ MediaError MediaInput::openFormat(const std::string& target, bool remote) {
     AVFormatContext* format = avformat_alloc_context();
     if (format == nullptr) return MediaError::noMemory;
     format->interrupt_callback = {&MediaInput::isInterrupted, this};
+    format->opaque = this;
+    format->io_open = &MediaInput::openPart;
+    takeCertificateRefusal();  // of who used the thread before
     format->probesize = 2 << 20;
     format->max_analyze_duration = 2 * kSecond;
     // When this fails the context is freed.
     int result = avformat_open_input(&format, target.c_str(), nullptr, options.get());
-    if (result < 0) return mediaErrorOf(result);
+    if (result < 0) return errorOf(result);
     m_format.reset(format);
     chooseVariant(*format, m_limits.bandwidth);
     result = avformat_find_stream_info(format, nullptr);
-    if (result < 0) return mediaErrorOf(result);
+    if (result < 0) return errorOf(result);
     return findTracks();
 }
 
@@ -208,9 +231,9 @@ PacketRef MediaInput::readNext(MediaError& error) {
         if (result < 0) {
             const int transfer = m_format->pb == nullptr ? 0 : m_format->pb->error;
             if (result != AVERROR_EOF)
-                error = mediaErrorOf(result);
+                error = errorOf(result);
             else if (transfer < 0 && transfer != AVERROR_EOF)
-                error = mediaErrorOf(transfer);
+                error = errorOf(transfer);
             return nullptr;
         }
         const auto index = static_cast<size_t>(data->stream_index);

@@ -17,6 +17,7 @@ namespace quiravent::desktop {
 struct InputLimits {
     int64_t timeLimit = 10 * kSecond;  ///< for opening, and for each silence while reading
     uint64_t bandwidth = 8000000;      ///< bits per second for the choice among variants
+    std::string authorities;  ///< PEM file of who certifies servers; empty: whom the system trusts
 };
 
 /// What is known of a medium once it is open.
@@ -53,6 +54,8 @@ class MediaInput {
 
   private:
     static int isInterrupted(void* input);
+    static int openPart(AVFormatContext* format, AVIOContext** stream, const char* url, int flags,
+                        AVDictionary** options);
     MediaError openFormat(const std::string& target, bool remote);
     MediaError findTracks();
     TrackRef trackOf(const AVStream& stream) const;

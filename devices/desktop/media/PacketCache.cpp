@@ -107,9 +107,9 @@ void PacketCache::start(const Start& start) {
         if (isBackwards()) {
             ++m_generation;
             m_atEnd = false;
-            if (m_ranges.empty()) activate(start.target);
+            if (m_ranges.empty()) activate(start.target, start.stay);
         } else {
-            activate(start.target);
+            activate(start.target, start.stay);
         }
         for (Slot& slot : m_slots) place(slot);
         m_changed.notify_all();
@@ -126,7 +126,8 @@ void PacketCache::startTrack(TrackKind kind, const Segment& segment) {
     m_changed.notify_all();
 }
 
-void PacketCache::activate(int64_t target) {
+void PacketCache::activate(int64_t target, bool stay) {
+    if (stay && !m_ranges.empty()) return;
     const Slot* leading = leadingSlot();
     const auto covering = [&](const std::unique_ptr<PacketRange>& range) {
         return leading != nullptr && range->covers(leading->segment.track->id, target);

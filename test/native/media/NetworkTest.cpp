@@ -84,6 +84,18 @@ TEST(Network, StallsAndRecovers) {
     EXPECT_EQ(kindsOf(player.events()), expected);
 }
 
+TEST(Network, StallsAgainAndAgainWhereTheServerIsTooSlow) {
+    // The film has some 28,000 bytes a second.
+    MediaServer server({SIZE_MAX, false, "", false, 16000});
+    TestPlayer player(server.url("film.mp4"));
+    ASSERT_TRUE(player.play());
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_stalled, 2), 0);
+    server.behave();
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    EXPECT_EQ(player.count(e_pl_media_event_playback_stalled),
+              player.count(e_pl_media_event_playback_recovering));
+}
+
 TEST(Network, PlaysWhatIsThereWhenTheServerDrops) {
     MediaServer server({70000, true, "", false});
     TestPlayer player(server.url("film.mp4"));

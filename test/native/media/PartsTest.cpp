@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <limits>
 
 #include "media/FaultList.h"
 #include "media/FetchProgress.h"
 #include "media/Language.h"
 #include "media/MediaClock.h"
+#include "media/MediaErrors.h"
 #include "media/PacketCache.h"
 #include "media/StallPolicy.h"
 #include "media/SubtitleTrack.h"
@@ -360,6 +363,19 @@ TEST(Faults, AreReadFromAText) {
                               "stalled -1-5", "stalled 1-2 on", "stalled 1", "dropped 1-2 off x"})
         EXPECT_FALSE(parseFaults(wrong)) << wrong;
     EXPECT_EQ(parseFaults("stalled 9-1").reason(), "not a fault of reading: 'stalled 9-1'");
+}
+
+TEST(MediaErrors, AreDocumented) {
+    std::ifstream page(PROJECT_ROOT "/docs/media.md");
+    const std::string text((std::istreambuf_iterator<char>(page)), {});
+    for (size_t value = 1; value < kMediaErrors.size(); ++value) {
+        const MediaErrorText& error = kMediaErrors[value];
+        std::string cell = error.text;
+        if (*error.http != '\0') cell += std::string(" (") + error.http + ")";
+        std::string number = std::to_string(value);
+        number.resize(5, ' ');
+        EXPECT_NE(text.find("| " + number + " | " + cell + " "), std::string::npos) << cell;
+    }
 }
 
 TEST(Languages, AreOfThreeLetters) {

@@ -8,7 +8,7 @@ set -eu
 out=$1
 subtitles=$2
 rm -rf "$out"
-mkdir -p "$out/hls" "$out/dash"
+mkdir -p "$out/hls" "$out/dash" "$out/live"
 cd "$out"
 
 cat > de.srt <<'SRT'
@@ -86,6 +86,19 @@ ff -i film.mp4 -map 0:v -map 0:a:0 -map 0:v -map 0:a:0 -c:a copy -c:v libx264 -p
   -master_pl_name master.m3u8 -hls_segment_filename 'hls/v%v-%d.ts' 'hls/v%v.m3u8'
 mv master.m3u8 hls/ 2>/dev/null || true
 ff -i film.mp4 -map 0:v -map 0:a:0 -c copy -f dash -seg_duration 2 dash/film.mpd
+
+# Segments of a second each, for a playlist that moves on.
+ff -i film.mp4 -map 0:v -map 0:a:0 -c copy -f hls -hls_time 1 -hls_list_size 0 \
+  -hls_segment_filename 'live/%d.ts' live/all.m3u8
+
+# Servers that nobody certifies but themselves, one of them under another name.
+identity() { # file, name
+  openssl req -x509 -newkey rsa:2048 -nodes -days 36500 -subj "/CN=$2" -addext "subjectAltName=$2" \
+    -keyout key.pem -out certificate.pem 2> openssl.log
+  cat certificate.pem key.pem > "$1"
+}
+identity server.pem IP:127.0.0.1
+identity other.pem DNS:other.example
 
 head -c 200000 /dev/urandom > random.mp4
 head -c "$(($(wc -c < film.mp4) / 2))" film.mp4 > truncated.mp4
