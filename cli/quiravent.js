@@ -7,9 +7,19 @@ const { Failure, UsageError } = require('./lib/failures');
 const { overview, verbHelp } = require('./lib/help');
 const { parse } = require('./lib/options');
 
-const verbs = ['run', 'press', 'screenshot', 'state', 'message', 'keys', 'doctor'].map((name) =>
-  require(`./commands/${name}`)
-);
+const verbs = [
+  'run',
+  'press',
+  'screenshot',
+  'state',
+  'message',
+  'keys',
+  'players',
+  'halt',
+  'faults',
+  'lineup',
+  'doctor'
+].map((name) => require(`./commands/${name}`));
 
 function print(text) {
   process.stdout.write(`${text}\n`);

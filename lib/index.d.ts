@@ -211,7 +211,20 @@ export const InputWorker: {
   (data: DataListener, completion?: CompletionListener, error?: ErrorListener): InputWorker;
 };
 
-/** What a player reports, with a value in decimal text; an unknown event has an empty name. */
+/**
+ * What a player reports, with a value in decimal text.
+ *
+ * - "fetch_in_progress": the percentage of what playing needs that is there;
+ * - "fetch_ready": enough is there, and tracks and duration are known;
+ * - "fetch_error": it can't be played, for the reason that the value names;
+ * - "playback_ready": the picture is shown and time runs, after a start or a suspension;
+ * - "playback_error": it can't be played any further, for the reason that the value names;
+ * - "playback_stalled": nothing is left to play, and more is waited for;
+ * - "playback_recovering": it goes on after that;
+ * - "playback_completed": the end is reached, or backwards the beginning;
+ * - "playback_abort": the device has ended it for good;
+ * - "playback_suspend": something else has the output; `resume` goes on once that is over.
+ */
 export type PlayerEvent =
   | 'fetch_in_progress'
   | 'fetch_ready'
@@ -232,24 +245,39 @@ export interface BufferedRange {
   end: number;
 }
 
+/** A track of a medium; its language is an ISO 639-2 code, "und" where it isn't known. */
+export interface Track {
+  id: number;
+  language: string;
+}
+
 /** What both kinds of player have. Media times are in milliseconds. */
 export interface Player {
+  /** Plays; reads first where that is still due. After the end it begins anew. */
   start(): void;
+  /** Halts; the picture stays. */
   pause(): void;
+  /** Goes on after `pause` or a suspension. */
   resume(): void;
+  /** Takes the picture away and goes back to the beginning; `start` plays again. */
   stop(): void;
   /**
    * Ends the player, and the event worker made last by `registerListener` for this kind of player.
    * Without a `registerListener` before it, it ends the process.
    */
   unload(): void;
+  /** Zeros until the medium is known. Of a broadcast, begin and end move on. */
   getTime(): { now: number; begin: number; end: number };
-  /** Whole numbers: 1 is the medium's own loudness. What is no number is ignored. */
+  /**
+   * Whole numbers: 0 is silence, 1 the medium's own loudness, 2 double; a fraction is cut off, and
+   * 3 is less than 1, since the device gets 8 bits. What is no number is ignored.
+   */
   setVolume(volume: number): void;
   /**
    * Has events reported from now on; call it before `fetch` or `start` to see the first ones. All
    * reports of one kind of player go to the listener registered last. Repeats of an event are told
-   * only when their value rises.
+   * only when their value rises; an event of another number than those above has an empty name.
+   * A listener occupies a thread of the runtime's pool until `unload`, and `completion` follows.
    */
   registerListener(
     data: (name: PlayerEvent | '', value: string) => void,
@@ -258,30 +286,66 @@ export interface Player {
   ): void;
 }
 
+/**
+ * A player for a film, as `mediaServices.getPlayer` makes it. Its picture lies below the graphics: it
+ * is seen where the screen's canvas is transparent.
+ *
+ * ```js
+ * mediaServices.getPlayer('film.mp4', { x: 0, y: 0, w: 1280, h: 720 }, (error, player) => {
+ *   if (error) throw new Error(error.message);
+ *   player.registerListener((name) => name === 'playback_completed' && player.unload());
+ *   player.start();
+ * });
+ * ```
+ */
 export interface MediaPlayer extends Player {
-  /** Fetches without playing. */
+  /** Reads ahead without playing, until "fetch_ready". */
   fetch(): void;
-  /** Throws a TypeError for undefined. */
+  /** Moves and scales the picture. Throws a TypeError for undefined. */
   setBounds(bounds: Rectangle): void;
+  /** Goes to a position; what is no number means 0. Before `start` it says where to begin. */
   seek(position: number): void;
-  /** Gives the speed that the device took; undefined for what is no number. */
+  /**
+   * Whole numbers, negative ones backwards; 1 is normal. Gives the speed that the device took, and
+   * undefined for what is no number.
+   */
   setPlaybackSpeed(speed: number): number;
   /** Does nothing. */
   getThumbnail(): void;
+  /** What can be played without reading on: at most ten ranges. */
   getBufferedTimes(): BufferedRange[];
-  /** The id is one that `getTracks` gave for the type. */
+  /**
+   * Plays that track. The id is one that `getTracks` gave for the type; subtitles are switched off
+   * by one that no track has.
+   */
   selectTrack(type: TrackType, id: number): void;
-  /** Undefined without any track of the type. */
-  getTracks(type: TrackType): { id: number; language: string }[] | undefined;
+  /** At most ten; undefined, and a line on standard output, without any track of the type. */
+  getTracks(type: TrackType): Track[] | undefined;
 }
 
+/**
+ * A player for an advertisement, as `mediaServices.getAdPlayer` makes it. It fills the screen and has
+ * neither bounds nor tracks; a film below it has to be paused by the application.
+ *
+ * ```js
+ * film.pause();
+ * mediaServices.getAdPlayer('advertisement.mp4', {}, (error, ad) => {
+ *   if (error) return film.resume();
+ *   ad.registerListener((name) => name === 'playback_completed' && ad.unload(), () => film.resume());
+ *   ad.start();
+ * });
+ * ```
+ */
 export interface AdPlayer extends Player {
-  /** The last range; undefined without any. */
+  /** The last range alone; undefined without any. */
   getBufferedTimes(): BufferedRange | undefined;
 }
 
 export const mediaServices: {
-  /** Makes a player in the background. */
+  /**
+   * Makes a player in the background, for a path or a URL. Throws TypeErrors for arguments that are
+   * missing; a player that can't be made is told to the callback.
+   */
   getPlayer(url: string, bounds: Rectangle, callback: JobCallback<MediaPlayer>): void;
   /** Makes a player for an advertisement; the rectangle is not used, but must not be undefined. */
   getAdPlayer(url: string, bounds: Rectangle, callback: JobCallback<AdPlayer>): void;

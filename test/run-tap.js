@@ -2,24 +2,33 @@
 
 // Runs every *.test.js of a folder, each in a process of its own:
 //
-//   node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--jobs N]
+//   node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--without TEXT] [--jobs N]
+//     [--patience SECONDS]
 //
 // DIR holds the porting layer that the tests run over; it must be known to the loader before a
-// process begins, which is why tests aren't run directly. TEXT chooses the files whose names hold
-// it. Failures are printed as the test told them, and the last line is 'N passed, M failed'.
+// process begins, which is why tests aren't run directly. TEXT chooses, or leaves out, the files whose
+// names hold it; a file that isn't over after SECONDS hangs. Failures are printed as the test told
+// them, and the last line is 'N passed, M failed'.
 
 const fs = require('fs');
 const path = require('path');
 const { spawn } = require('child_process');
 const { runtime } = require('./script/support/build');
+const { patience } = require('./script/support/pace');
 
-/** A file that isn't over by then hangs. */
-const PATIENCE_MS = 180 * 1000;
-
-const USAGE = 'usage: node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--jobs N]';
+const USAGE =
+  'usage: node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--without TEXT] [--jobs N] ' +
+  '[--patience SECONDS]';
 
 function parseArguments(args) {
-  const options = { folder: null, library: null, filter: '', jobs: 2 };
+  const options = {
+    folder: null,
+    library: null,
+    filter: '',
+    without: null,
+    jobs: 2,
+    patience: 180
+  };
   const rest = args.slice();
   while (rest.length) {
     const arg = rest.shift();
@@ -28,16 +37,18 @@ function parseArguments(args) {
     else if (arg.startsWith('--') && name in options && rest.length) options[name] = rest.shift();
     else throw new Error(`'${arg}' is not understood.\n${USAGE}`);
   }
-  options.jobs = Number(options.jobs);
   if (!options.folder || !options.library) throw new Error(USAGE);
-  if (!(options.jobs >= 1)) throw new Error(`--jobs must be a number from 1 on.\n${USAGE}`);
+  for (const name of ['jobs', 'patience']) {
+    options[name] = Number(options[name]);
+    if (!(options[name] >= 1)) throw new Error(`--${name} must be a number from 1 on.\n${USAGE}`);
+  }
   return options;
 }
 
 /** Runs one file; resolves with { output, errors, code, signal }. */
-function runFile(file, library) {
+function runFile(file, options) {
   return new Promise((resolve) => {
-    const loaderPath = [path.resolve(library), process.env.LD_LIBRARY_PATH]
+    const loaderPath = [path.resolve(options.library), process.env.LD_LIBRARY_PATH]
       .filter(Boolean)
       .join(':');
     const child = spawn(runtime, ['--expose-gc', file], {
@@ -45,7 +56,7 @@ function runFile(file, library) {
       stdio: ['ignore', 'pipe', 'pipe']
     });
     const result = { output: '', errors: '', code: null, signal: null };
-    const timer = setTimeout(() => child.kill('SIGKILL'), PATIENCE_MS);
+    const timer = setTimeout(() => child.kill('SIGKILL'), patience(options.patience * 1000));
     child.stdout.setEncoding('utf8').on('data', (text) => (result.output += text));
     child.stderr.setEncoding('utf8').on('data', (text) => (result.errors += text));
     child.on('error', (error) => (result.errors += error.message));
@@ -79,8 +90,7 @@ function readTap(output) {
 
 /** What is wrong with a run beside the failures that it told; null if nothing is. */
 function breakdown(run, tap) {
-  if (run.signal === 'SIGKILL')
-    return `was ended, perhaps after ${PATIENCE_MS / 1000} s of patience`;
+  if (run.signal === 'SIGKILL') return 'was killed, or had taken longer than it may (--patience)';
   if (run.signal) return `died of ${run.signal}`;
   if (tap.passed + tap.failed === 0) return 'made no assertion';
   if (tap.planned !== tap.passed + tap.failed) return 'ended before its last test';
@@ -107,6 +117,7 @@ function main(args) {
   const files = fs
     .readdirSync(options.folder)
     .filter((name) => name.endsWith('.test.js') && name.indexOf(options.filter) >= 0)
+    .filter((name) => options.without === null || name.indexOf(options.without) < 0)
     .sort()
     .map((name) => path.join(options.folder, name));
   const total = { passed: 0, failed: 0 };
@@ -114,7 +125,7 @@ function main(args) {
   function runNext() {
     const file = files.shift();
     if (!file) return Promise.resolve();
-    return runFile(file, options.library).then((run) => {
+    return runFile(file, options).then((run) => {
       const tap = report(file, run);
       total.passed += tap.passed;
       total.failed += tap.failed;

@@ -1,7 +1,8 @@
 'use strict';
 
 // npm run build:device: the module for set-top boxes (32-bit ARM, module interface 51), checked and
-// stripped as build/armhf/quiravent.node, and as a package folder to be copied to a device.
+// stripped as build/armhf/quiravent.node, with its symbols beside it for a debugger, and as a
+// package folder to be copied to a device. Tells what makes up its size.
 
 const fs = require('fs');
 const path = require('path');
@@ -9,17 +10,23 @@ const { check } = require('./check-module');
 const { main, mustRun, root } = require('./lib/run');
 const { fetchRuntime } = require('./lib/runtimes');
 const { setup } = require('./lib/setup');
+const { describeSize } = require('./lib/size');
 
 /** A runtime whose headers are those of module interface 51. */
 const RUNTIME = '7.10.1';
+const INTERFACE = 51;
 
 const folder = path.join(root, 'build', 'armhf');
 const built = path.join(folder, 'quiravent.node');
+const symbols = `${built}.debug`;
 
-function compile() {
-  const headers = fetchRuntime('x64', RUNTIME).headers;
-  mustRun('cmake', ['--preset', 'armhf', `-DNODE_HEADERS=${headers}`], { capture: true });
-  mustRun('cmake', ['--build', folder, '--target', 'quiravent']);
+function compile(runtime) {
+  const headers = `-DNODE_HEADERS=${runtime.headers}`;
+  mustRun('cmake', ['--preset', 'armhf', headers], { capture: true });
+  // Linked anew, since the one of the last time has been stripped.
+  mustRun('rm', ['-f', built]);
+  mustRun('cmake', ['--build', folder, '--target', 'quiravent', 'module_record']);
+  mustRun('arm-linux-gnueabihf-objcopy', ['--only-keep-debug', built, symbols]);
   mustRun('arm-linux-gnueabihf-strip', [built]);
 }
 
@@ -59,10 +66,10 @@ function assemble() {
 
 main(() => {
   setup(['build', 'arm']);
-  compile();
-  check([built]);
+  const runtime = fetchRuntime('x64', RUNTIME);
+  compile(runtime);
+  check(built, folder, INTERFACE, runtime.program);
   assemble();
-  console.log(
-    `${fs.statSync(built).size} bytes; the package is in ${path.join(folder, 'package')}`
-  );
+  console.log(describeSize(built, symbols));
+  console.log(`\nThe package for a device is in ${path.join(folder, 'package')}`);
 });

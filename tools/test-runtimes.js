@@ -1,9 +1,11 @@
 'use strict';
 
 // npm run test:runtimes [-- NAME...]: the script tests under every runtime from that of the set-top
-// box to today's, on this processor and on 32-bit ARM in an emulator. A table comes last, and under
-// it "N passed, M failed". NAME is one of the table's, such as x64-20.11.0.
+// box to today's, on this processor and on 32-bit ARM in an emulator, and there the desktop
+// device's drawing operations. A table comes last, and under it "N passed, M failed". NAME is one
+// of the table's, such as x64-20.11.0.
 
+const { checkKernels } = require('./lib/armKernels');
 const { Failure, main, run } = require('./lib/run');
 const { buildFor, fetchRuntime, writeStarter } = require('./lib/runtimes');
 const { setup } = require('./lib/setup');
@@ -73,7 +75,10 @@ main((words) => {
   const tested = chosen(TESTED, words).map((pair) =>
     attempt(pair.join('-'), () => testUnder(fetchRuntime(pair[0], pair[1])))
   );
-  const rows = built.concat(tested);
+  const kernels = chosen([['armv7l', 'kernels']], words).map((pair) =>
+    attempt(pair.join('-'), checkKernels)
+  );
+  const rows = built.concat(tested, kernels);
   printTable(rows);
   const total = (name) => rows.reduce((sum, row) => sum + row[name], 0);
   console.log(`\n${total('passed')} passed, ${total('failed')} failed`);

@@ -1,19 +1,22 @@
 'use strict';
 
-// npm test [-- SUITE...]: set-up, build, then the suites named, or all of them. The last line is
-// "N passed, M failed".
+// npm test [-- WORD...]: set-up, build, then the suites named, by themselves or by their group; the
+// ordinary ones if none is. The last line is "N passed, M failed".
 
 const { Failure, main } = require('./lib/run');
 const { setup } = require('./lib/setup');
 const { suites, sum } = require('./lib/suites');
 
+const isNamedBy = (word) => (suite) => suite.name === word || suite.group === word;
+
 function choose(words) {
-  const unknown = words.find((word) => !suites.some((suite) => suite.name === word));
+  const unknown = words.find((word) => !suites.some(isNamedBy(word)));
   if (unknown) {
     const names = suites.map((suite) => suite.name).join(', ');
     throw new Failure(`there is no suite '${unknown}'; there are ${names}.`);
   }
-  return words.length === 0 ? suites : suites.filter((suite) => words.indexOf(suite.name) >= 0);
+  if (words.length === 0) return suites.filter((suite) => !suite.group);
+  return suites.filter((suite) => words.some((word) => isNamedBy(word)(suite)));
 }
 
 main((words) => {

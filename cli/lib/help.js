@@ -10,9 +10,12 @@ function columns(rows) {
   return rows.map((row) => `  ${row.map(pad).join('  ')}`).join('\n');
 }
 
-function operandText(operand) {
+function operandText(operand, index, operands) {
   const name = operand.many ? `${operand.name}...` : operand.name;
-  return operand.optional ? `[${name}]` : name;
+  const companion = operands[index + 1];
+  if (operand.withPrevious) return `${name}]`;
+  if (!operand.optional) return name;
+  return companion && companion.withPrevious ? `[${name}` : `[${name}]`;
 }
 
 function optionText(option) {

@@ -22,6 +22,7 @@ function timed(action, argument) {
 const words = {
   wait: (argument) => timed('wait', argument),
   idle: (argument) => timed('idle', argument),
+  playing: (argument) => timed('playing', argument),
   capture: (argument) =>
     argument ? { action: 'capture', file: path.resolve(argument) } : undefined,
   quit: (argument) => (argument === undefined ? { action: 'quit' } : undefined)
@@ -45,8 +46,9 @@ function readWord(word) {
 
 /**
  * The steps that words stand for: { action: 'press', key, hold (ms, or null for the device's own) },
- * { action: 'wait', ms }, { action: 'idle', ms }, { action: 'capture', file (absolute) }, { action: 'quit' }. Undefined when
- * one of the words can't be understood.
+ * { action: 'wait', ms }, { action: 'idle', ms }, { action: 'playing', ms (a position) },
+ * { action: 'capture', file (absolute) }, { action: 'quit' }. Undefined when one of the words can't be
+ * understood.
  */
 function readSteps(list) {
   const steps = list.map(readWord);
@@ -64,6 +66,7 @@ const notes = `A key is given by its name, alias or decimal code (see quiravent 
   ArrowDown:1500   held for 1500 ms, with the repeated presses of a remote
   wait:500         no key: 500 ms more
   idle:500         no key: until no frame has been shown for 500 ms
+  playing:3000     no key: until a player plays at 3000 ms or later
   capture:FILE     no key: save the screen as a PNG file
   quit             no key: end the application
 A key comes once the frame that followed the one before has been shown, or after a second.`;

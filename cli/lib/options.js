@@ -6,9 +6,10 @@
 //
 // An option is { name: '--for', value: 'SECONDS', type, help }, without `value` and `type` for a mere
 // switch; `variable` names the environment variable that hands it to the application, `excludes` an
-// option that contradicts it. An operand is { name, type, optional, many }; only the last may be
-// optional or many. A verb that runs a program says `program: true`: its first operand ends the
-// options, and takeForeign(word, rest) gives the words of an option that isn't in the table, or null.
+// option that contradicts it. An operand is { name, type, optional, many, withPrevious }; only the last
+// may be many, and after an optional one there may only be such as are given together with it. A verb
+// that runs a program says `program: true`: its first operand ends the options, and
+// takeForeign(word, rest) gives the words of an option that isn't in the table, or null.
 
 const { UsageError } = require('./failures');
 
@@ -81,7 +82,8 @@ function readOperands(verb, words) {
     fail(verb, `unexpected '${words[most]}'; allowed: ${names}`);
   }
   verb.operands.forEach((operand, index) => {
-    if (index >= words.length && !operand.optional) {
+    const isOptional = operand.optional || (operand.withPrevious && words.length < index);
+    if (index >= words.length && !isOptional) {
       fail(verb, `${operand.name} is missing; allowed: ${operand.type.allowed}`);
     }
   });

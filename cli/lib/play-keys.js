@@ -7,6 +7,9 @@ const { Refusal } = require('./failures');
 /** An application that draws nothing for a key gets the next one after this time; in ms. */
 const PAUSE_MS = 1000;
 
+/** For how long a player is waited for; in ms. */
+const PLAYING_MS = 60000;
+
 /** For how long the first frame of an application is waited for; in ms. */
 const FIRST_FRAME_MS = 10000;
 
@@ -46,6 +49,12 @@ const actions = {
   wait: (client, step) => client.sleep(step.ms),
   idle: (client, step) =>
     client.request('frame').then((now) => waitForRest(client, now.frame, step.ms)),
+  playing: (client, step) =>
+    client.request(
+      'waitPlayer',
+      { state: 'playing', position: step.ms, timeout: PLAYING_MS },
+      PLAYING_MS
+    ),
   capture: (client, step) => client.request('capture', { file: step.file }),
   quit: (client) => client.request('quit')
 };

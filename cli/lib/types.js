@@ -65,10 +65,23 @@ const seconds = {
   }
 };
 
+const number = {
+  allowed: 'a number from 1 on',
+  read: (word) => (/^[1-9]\d{0,8}$/.test(word) ? Number(word) : undefined)
+};
+
+/** One of some words. */
+function oneOf(words) {
+  return {
+    allowed: words.join(', '),
+    read: (word) => (words.indexOf(word) >= 0 ? word : undefined)
+  };
+}
+
 const key = {
   allowed:
     'the name, alias or decimal code of a key, with :MS to hold it and *N to repeat it, ' +
-    'or wait:MS, idle:MS, capture:FILE, quit',
+    'or wait:MS, idle:MS, playing:MS, capture:FILE, quit',
   read: (word) => readSteps([word])
 };
 
@@ -77,4 +90,16 @@ const keys = {
   read: (words) => readSteps(words.split(',').map((word) => word.trim()))
 };
 
-module.exports = { text, file, folder, existingFile, application, socket, seconds, key, keys };
+module.exports = {
+  text,
+  file,
+  folder,
+  existingFile,
+  application,
+  socket,
+  seconds,
+  number,
+  oneOf,
+  key,
+  keys
+};

@@ -48,10 +48,8 @@ void attempt(Body body) noexcept {
     }
 }
 
-void endProcess() { ::kill(::getpid(), SIGTERM); }
-
 /// What a display tells of its viewer, as keys of the remote control.
-DisplayInput inputFor(RemoteControl& remote, KeyMap keys) {
+DisplayInput inputFor(RemoteControl& remote, KeyMap keys, std::function<void()> terminate) {
     const auto tell = [&remote](int32_t code, bool isDown) {
         if (isDown) {
             remote.keyDown(code);
@@ -66,7 +64,7 @@ DisplayInput inputFor(RemoteControl& remote, KeyMap keys) {
         return code.has_value();
     };
     input.exitKey = [tell](bool isDown) { tell(static_cast<int32_t>(RemoteKey::kExit), isDown); };
-    input.terminate = endProcess;
+    input.terminate = std::move(terminate);
     return input;
 }
 
@@ -75,18 +73,33 @@ DisplayInput inputFor(RemoteControl& remote, KeyMap keys) {
 Device::Device(const Configuration& configuration)
     : m_platform(configuration.platform.properties),
       m_screen(createDisplayDriver(configuration.screen.driver,
-                                   inputFor(m_remote, KeyMap(configuration.input.keyMap))),
+                                   inputFor(m_remote, KeyMap(configuration.input.keyMap),
+                                            [this] { stopApplication(); })),
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
       m_players(configuration, m_screen),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
+    m_platform.runtimeState().setListener(
+        [this](e_pl_platform_runtime_state state) { m_outputPolicy.setRuntimeState(state); });
+    m_isComplete = true;
     if (!configuration.control.path.empty()) startControl(configuration.control.path);
+}
+
+void Device::switchLiveTelevision(bool on) {
+    m_platform.switchLiveTelevision(on);
+    m_outputPolicy.setLiveTelevision(on);
+}
+
+void Device::stopApplication() {
+    if (m_isComplete) m_players.abortAll();
+    ::kill(::getpid(), SIGTERM);
 }
 
 void Device::startControl(const std::string& path) {
     try {
         m_control = std::make_unique<ControlServer>(
-            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, endProcess});
+            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, m_players,
+                                [this] { stopApplication(); }});
         m_screen.setFrameListener(m_control->waker());
     } catch (const DeviceError& error) {
         // The application is what the device is for, and runs without.

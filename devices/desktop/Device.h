@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -13,6 +15,7 @@
 #include "platform/Platform.h"
 #include "platform/ProcessStart.h"
 #include "platform/StandardStreams.h"
+#include "playing/OutputPolicy.h"
 #include "playing/PlayerService.h"
 
 namespace quiravent::desktop {
@@ -34,6 +37,9 @@ class Device {
     Persistence& persistence() { return m_persistence; }
     Platform& platform() { return m_platform; }
 
+    /// Switches the device's own television service, which takes the output from the players.
+    void switchLiveTelevision(bool on);
+
     /// Ends the process in good order, with status 0. Not by way of exit(), which would destroy
     /// what threads of the runtime are using, and wait for jobs of its pool that may take long.
     [[noreturn]] void leave() noexcept;
@@ -45,6 +51,7 @@ class Device {
   private:
     static Device* start() noexcept;
     void startControl(const std::string& path);
+    void stopApplication();
     void finish() noexcept;
     void finishInTurn() noexcept;
 
@@ -55,8 +62,10 @@ class Device {
     Screen m_screen;
     DrawingService m_drawing;
     PlayerService m_players;
+    OutputPolicy m_outputPolicy{m_players};
     Persistence m_persistence;
     std::unique_ptr<ControlServer> m_control;  ///< null: none was asked for, or it can't be
+    std::atomic<bool> m_isComplete{false};     ///< made; until then a viewer may already end it
     std::once_flag m_finished;
 };
 

@@ -48,7 +48,7 @@ int32_t pl_platform_Restart() {
 
 int32_t pl_platform_ToggleLiveDTV(bool on) {
     return answer(__func__, Required(), [&](Device& device) {
-        device.platform().switchLiveTelevision(on);
+        device.switchLiveTelevision(on);
         return e_pl_status_ok;
     });
 }

@@ -5,6 +5,8 @@ const { Motion } = require('./motion');
 const { DetailPanel } = require('./pages/details');
 const { HomePage } = require('./pages/home');
 const { SettingsPage } = require('./pages/settings');
+const { PlayerPage } = require('../player/page');
+const { sampleFilm } = require('../player/programme');
 const { duration } = require('./theme');
 
 /**
@@ -15,7 +17,7 @@ class App {
   /**
    * parts.settings: Settings; parts.tiles: a Map of tiles by the item's id; parts.backdrop: a canvas
    * of the screen's size; parts.now: gives the time as a Date; parts.isStill: without motion, even
-   * where the viewer has chosen it.
+   * where the viewer has chosen it. Whoever draws it sets `changed`, which it calls to be drawn anew.
    */
   constructor(parts) {
     Object.assign(this, parts);
@@ -24,14 +26,20 @@ class App {
     this.settingsChanged();
     this.home = new HomePage(this, this.settings.read('focus'));
     this.overlay = null;
+    this.player = null;
   }
 
   handleKey(key) {
-    (this.overlay || this.home).handleKey(key);
+    (this.player || this.overlay || this.home).handleKey(key);
   }
 
   /** time: in milliseconds, of the motion alone. Gives whether another picture should follow. */
   draw(pen, time) {
+    if (this.player) {
+      // It asks for its pictures itself.
+      this.player.draw(pen);
+      return false;
+    }
     this.motion.begin(time);
     const shown = this.motion.value('overlay', this.overlay ? 1 : 0);
     // What has been closed is still seen while it fades out.
@@ -45,12 +53,24 @@ class App {
     this.overlay = new DetailPanel(this, item);
   }
 
+  /** Plays the sample film, whatever the item is. */
+  play(item) {
+    this.player = new PlayerPage(this, sampleFilm(item.title));
+  }
+
+  /** The television has the application in front again. */
+  resume() {
+    if (this.player) this.player.resume();
+  }
+
   openSettings() {
     this.overlay = new SettingsPage(this);
   }
 
+  /** Leaves the film, or what is open over the home page. */
   close() {
-    this.overlay = null;
+    if (this.player) this.player = null;
+    else this.overlay = null;
   }
 
   rememberFocus(id) {

@@ -4,7 +4,7 @@
 
 const keys = [
   'right right right down right right', // along the rows
-  'enter enter back', // open an item, keep it, back
+  'enter right enter back', // open an item, keep it, back
   'down', // and on
   'blue right right down right back' // settings: another colour, another clock
 ]

@@ -9,10 +9,10 @@ const { loadFonts, loadPictures } = require('./assets');
 const catalogue = require('./catalogue');
 const { untilNextMinute } = require('./clock');
 const { playDemo } = require('./demo');
-const { keyName } = require('./keys');
 const { readOptions, usage } = require('./options');
 const { drawLoading } = require('./pages/loading');
 const { Pen } = require('./pen');
+const { listen } = require('./remote');
 const { Settings } = require('./settings');
 const { Show } = require('./show');
 const { fonts } = require('./theme');
@@ -62,21 +62,6 @@ function loadArtwork(folder, pen, settings) {
   });
 }
 
-/** Takes the keys of the remote control, from now on. */
-function listenToKeys(app, show) {
-  const onEvent = (name, data) => {
-    const key = name === 'keypress' ? keyName(data) : undefined;
-    if (!key) return;
-    app.handleKey(key);
-    show.update();
-  };
-  new quiravent.InputWorker(
-    onEvent,
-    () => {},
-    (error) => console.error(error)
-  );
-}
-
 /** Shows the time as it goes on. */
 function keepTime(app, show) {
   setTimeout(() => {
@@ -87,11 +72,18 @@ function keepTime(app, show) {
 
 function run(app, pen, options) {
   const show = new Show(app, pen);
+  app.changed = () => show.update();
   if (options.demo) {
     playDemo(app, show, options.still ? 0 : 700, () => console.log('demo: end'));
     return;
   }
-  listenToKeys(app, show);
+  listen(
+    (key) => {
+      app.handleKey(key);
+      show.update();
+    },
+    () => app.resume()
+  );
   keepTime(app, show);
   show.update();
 }

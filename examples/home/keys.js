@@ -5,6 +5,7 @@
 
 const names = {
   13: 'enter',
+  19: 'pause',
   37: 'left',
   38: 'up',
   39: 'right',
@@ -13,7 +14,17 @@ const names = {
   404: 'green',
   405: 'yellow',
   406: 'blue',
-  461: 'back'
+  412: 'rewind',
+  413: 'stop',
+  415: 'play',
+  417: 'forward',
+  447: 'volumeUp',
+  448: 'volumeDown',
+  449: 'mute',
+  457: 'info',
+  460: 'subtitle',
+  461: 'back',
+  463: 'playPause'
 };
 
 /** The name of the key with a code such as "37"; undefined for one without a meaning here. */

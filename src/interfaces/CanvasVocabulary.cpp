@@ -4,9 +4,26 @@
 
 #include "Canvas.h"
 
+namespace {
+
+/// A name and its value. The name lies in the row itself: a table of pointers would have to be
+/// relocated by the loader, and pairs with strings would be made by code as long as the table.
+template <class Value>
+struct Named {
+    char name[24];
+    Value value;
+};
+
+template <class Value, size_t Count>
+std::map<std::string, Value> MapOf(const Named<Value> (&rows)[Count]) {
+    std::map<std::string, Value> map;
+    for (const Named<Value>& row : rows) map.emplace(row.name, row.value);
+    return map;
+}
+
 // The named colours of CSS Color Module Level 4, as 0x00RRGGBB. Two keys carry trailing blanks:
 // they are part of the vocabulary as applications know it, and their plain spellings are unknown.
-const std::map<std::string, uint32_t> Canvas::s_colors = {
+constexpr Named<uint32_t> kColors[] = {
     {"aliceblue", 0xF0F8FF},
     {"antiquewhite", 0xFAEBD7},
     {"aqua", 0x00FFFF},
@@ -158,16 +175,14 @@ const std::map<std::string, uint32_t> Canvas::s_colors = {
 };
 
 // Mode 0 has no name; an unknown name selects it.
-const std::map<std::string, e_pl_fgx_porter_duff> Canvas::s_porter_duff_modes = {
-    {"SRC_OVER", e_pl_fgx_porter_duff(1)}, {"SRC_ATOP", e_pl_fgx_porter_duff(2)},
-    {"SRC_IN", e_pl_fgx_porter_duff(3)},   {"SRC_OUT", e_pl_fgx_porter_duff(4)},
-    {"DST_OVER", e_pl_fgx_porter_duff(5)}, {"DST_ATOP", e_pl_fgx_porter_duff(6)},
-    {"DST_IN", e_pl_fgx_porter_duff(7)},   {"DST_OUT", e_pl_fgx_porter_duff(8)},
-    {"ADD", e_pl_fgx_porter_duff(9)},      {"XOR", e_pl_fgx_porter_duff(10)},
-    {"SRC", e_pl_fgx_porter_duff(11)},
+constexpr Named<e_pl_fgx_porter_duff> kModes[] = {
+    {"SRC_OVER", e_pl_fgx_porter_duff_src_over}, {"SRC_ATOP", e_pl_fgx_porter_duff_src_atop},
+    {"SRC_IN", e_pl_fgx_porter_duff_src_in},     {"SRC_OUT", e_pl_fgx_porter_duff_src_out},
+    {"DST_OVER", e_pl_fgx_porter_duff_dst_over}, {"DST_ATOP", e_pl_fgx_porter_duff_dst_atop},
+    {"DST_IN", e_pl_fgx_porter_duff_dst_in},     {"DST_OUT", e_pl_fgx_porter_duff_dst_out},
+    {"ADD", e_pl_fgx_porter_duff_add},           {"XOR", e_pl_fgx_porter_duff_xor},
+    {"SRC", e_pl_fgx_porter_duff_src},
 };
-
-namespace {
 
 constexpr s_pl_gfx_color kWhite = {255, 255, 255, 255};
 
@@ -207,6 +222,9 @@ s_pl_gfx_color NamedColor(const std::map<std::string, uint32_t>& colors, std::st
 }
 
 }  // namespace
+
+const std::map<std::string, uint32_t> Canvas::s_colors = MapOf(kColors);
+const std::map<std::string, e_pl_fgx_porter_duff> Canvas::s_porter_duff_modes = MapOf(kModes);
 
 void Canvas::SetColor(const std::string& text) {
     // The comparison is of spellings: a colour set by numbers in between doesn't count, and the

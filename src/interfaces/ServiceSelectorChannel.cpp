@@ -14,6 +14,7 @@
 #include <string>
 
 #include "InputWorker.h"
+#include "ServiceSelectorMessage.h"
 #include "porting/pl_platform.h"
 
 namespace quiravent {
@@ -52,15 +53,10 @@ void LeaveOverlay() {
 }
 
 void HandleMessage(Buffer& buffer) {
-    if (buffer[0] == '\0') return;
-    char* rest = nullptr;
-    const char* name = strtok_r(buffer.data(), "\n", &rest);
-    if (name == nullptr) return;
-    const char* value = strtok_r(nullptr, "\n", &rest);
-    if (value == nullptr) return;
-    if (!g_input_worker.Get()) return;
-    if (std::strcmp(name, "serviceunselect") == 0) LeaveOverlay();
-    g_input_worker.Get()->dispatchCustomEvent(name, value);
+    const auto message = ParseServiceSelectorMessage(buffer.data());
+    if (!message || !g_input_worker.Get()) return;
+    if (std::strcmp(message->name, "serviceunselect") == 0) LeaveOverlay();
+    g_input_worker.Get()->dispatchCustomEvent(message->name, message->value);
 }
 
 /// \return false when the thread is to end

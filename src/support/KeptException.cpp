@@ -12,7 +12,23 @@ Nan::Persistent<v8::Value>& KeptValue() {
     return value;
 }
 
+void Move(Nan::Persistent<v8::Value>& from, Nan::Persistent<v8::Value>& to) {
+    const Nan::HandleScope scope;
+    to.Reset(Nan::New(from));
+    from.Reset();
+}
+
 }  // namespace
+
+KeptException::SetAside::SetAside() {
+    Move(KeptValue(), m_value);
+    s_kept = false;
+}
+
+KeptException::SetAside::~SetAside() {
+    Move(m_value, KeptValue());
+    s_kept = true;
+}
 
 void KeptException::Keep(const Nan::TryCatch& caught) {
     if (s_kept || !caught.HasCaught()) return;

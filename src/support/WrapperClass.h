@@ -106,9 +106,10 @@ class ExternalWrapper : public Wrapper {
 
     template <void (*body)(Native*, const Info&)>
     static void DispatchMethod(const v8::FunctionCallbackInfo<v8::Value>& raw) {
-        const Info info(raw, v8::Local<v8::Value>());
-        body(NativeOf(info.Holder()), info);
-        KeptException::Throw();
+        KeptException::Around([&] {
+            const Info info(raw, v8::Local<v8::Value>());
+            body(NativeOf(info.Holder()), info);
+        });
     }
 };
 

@@ -3,7 +3,9 @@
 const test = require('tape');
 const { inFolder, inSequence, launch } = require('./support/launcher');
 
-const verbs = ['run', 'press', 'screenshot', 'state', 'message', 'keys', 'doctor'];
+const verbs = 'run press screenshot state message keys players halt faults lineup doctor'.split(
+  ' '
+);
 
 test('a wrong command line is told in one line that names what is wrong, with status 2', (t) =>
   inFolder((folder, write) => {
@@ -20,6 +22,7 @@ test('a wrong command line is told in one line that names what is wrong, with st
       [['press', 'Enter:600001'], /press: KEY is 'Enter:600001'; allowed/],
       [['press', 'wait:soon'], /press: KEY is 'wait:soon'; allowed/],
       [['press', 'wait'], /press: KEY is 'wait'; allowed/],
+      [['press', 'playing:end'], /press: KEY is 'playing:end'; allowed: .*playing:MS/],
       [['press', 'capture:'], /press: KEY is 'capture:'; allowed/],
       [['press', 'quit:1'], /press: KEY is 'quit:1'; allowed/],
       [['press', 'Enter'], /press: --control is missing; allowed: --control PATH/],
@@ -30,7 +33,14 @@ test('a wrong command line is told in one line that names what is wrong, with st
       [['keys', '--control', long], /keys: --control is '.*'; allowed: .* at most 107 bytes/],
       [['keys', '--timeout', '0'], /keys: --timeout is '0'; allowed: a number of seconds/],
       [['message', 'name'], /message: VALUE is missing/],
+      [['halt', 'stop', '1'], /halt: HOW is 'stop'; allowed: suspend, abort/],
+      [['halt', 'abort'], /halt: PLAYER is missing; allowed: a number from 1 on/],
+      [['halt', 'abort', '0'], /halt: PLAYER is '0'; allowed: a number from 1 on/],
+      [['faults', 'on'], /faults: FAULT is missing; allowed: a number from 1 on/],
+      [['faults', '1', '2'], /faults: SWITCH is '1'; allowed: on, off/],
       [['screenshot', ''], /screenshot: FILE is ''; allowed: the path of a file/],
+      [['lineup', 'fly'], /lineup: ACTION is 'fly'; allowed: make/],
+      [['lineup', 'make', 'a.json'], /make with 1 file names; allowed: lineup make FILE.json OUT/],
       [['run'], /run: APPLICATION is missing; allowed: a script/],
       [['run', 'none.js'], /run: APPLICATION is 'none.js'; allowed: a script/],
       [['run', '--headless', '--window', app], /--headless contradicts --window/],

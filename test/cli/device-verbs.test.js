@@ -36,10 +36,20 @@ test('each verb sends its request and prints the answer', (t) => {
   };
   const keysText =
     '  40   ArrowDown  VK_ArrowDown\n  13   Enter      VK_Enter\n  461  GoBack     VK_GoBack\n';
+  const playersText =
+    '  1  url  playing            3.041 of 60.000 s  x1  und fra -  0,0 1280x720     /film.mp4\n' +
+    '  2  ad   failed: not found  0.000 of 0.000 s   x1  - - -      320,180 640x360  /ad.mp4\n';
+  const faultsText =
+    '  1  on   slow     second 2 to 10   50000 bytes per second\n' +
+    '  2  off  stalled  second 12 to 20\n';
   const cases = [
     [['state'], ['state', {}], 'running\n', { state: 'running' }],
     [['state', 'overlay'], ['state', { state: 'overlay' }], 'overlay\n', { state: 'overlay' }],
     [['keys'], ['keys', {}], keysText, keysJson],
+    [['players'], ['players', {}], playersText, { players: FakeDevice.players }],
+    [['halt', 'suspend', '2'], ['haltPlayer', { how: 'suspend', player: 2 }], ''],
+    [['faults'], ['faults', {}], faultsText, { faults: FakeDevice.faults }],
+    [['faults', 'on', '2'], ['faults', { fault: 2, on: true }], faultsText],
     [['message', 'volume', 'très bas\n'], ['message', { name: 'volume', value: 'très bas\n' }], ''],
     [['message', '--', '--a', ''], ['message', { name: '--a', value: '' }], '']
   ];
@@ -72,7 +82,7 @@ test('screenshot names the file absolutely, for a device that stands elsewhere',
 
 test('press takes keys one after the other, each after the frame of the one before', (t) =>
   withDevice(lively, (device, control) =>
-    launch(['press', '--json', 'ArrowDown*2', 'wait:1', 'Enter:700'], {
+    launch(['press', '--json', 'ArrowDown*2', 'playing:3000', 'Enter:700'], {
       QUIRAVENT_CONTROL: control
     }).then((result) => {
       t.deepEqual(JSON.parse(result.stdout), {
@@ -89,6 +99,7 @@ test('press takes keys one after the other, each after the frame of the one befo
           ['waitFlush', { after: 0, timeout: 1000 }],
           ['press', { key: 'ArrowDown' }],
           ['waitFlush', { after: 1, timeout: 1000 }],
+          ['waitPlayer', { state: 'playing', position: 3000, timeout: 60000 }],
           ['press', { key: 'Enter', hold: 700 }],
           ['waitFlush', { after: 2, timeout: 1000 }]
         ]

@@ -8,6 +8,7 @@ const path = require('path');
 const { spawnSync } = require('child_process');
 const test = require('tape');
 const { drawArtwork } = require('../../tools/artwork/draw');
+const { makeMedia } = require('../../tools/media/make');
 const { readPicture } = require('./support/png');
 
 const root = path.join(__dirname, '..', '..');
@@ -51,6 +52,7 @@ function storedValues(folder, context) {
 
 test('the examples draw what they should', (t) => {
   drawArtwork(path.join(root, 'build', 'artwork'));
+  makeMedia(path.join(root, 'build', 'media'));
   // Colours that large areas, text or a picture have, and at least how many pixels of each.
   const cases = [
     { name: 'hello', words: ['0'], colors: { '#ffb454': 20000, '#ffffff': 4000, '#4fd1c5': 5000 } },
@@ -73,6 +75,41 @@ test('the examples draw what they should', (t) => {
     const hues = run.screen.colors.size;
     t.ok(hues >= (example.hues || 100), `${hues} colours are there`);
   });
+  t.end();
+});
+
+test('the examples of players tell what happens', (t) => {
+  const film = path.join(root, 'build', 'media', 'film.mp4');
+  // Of each: how it is called, the lines that it has to say in their order.
+  const cases = [
+    [
+      ['play-video', film, '47000'],
+      ['fetch_ready 0', 'playback_ready 0', 'playback_completed 0', 'the player is gone']
+    ],
+    [
+      ['play-ad'],
+      ['fetch_ready 0', 'playback_ready 0', 'a part', 'playback_completed 0', 'on with the film']
+    ],
+    [
+      ['play-video', '/nowhere.mp4'],
+      ['fetch_error 2', 'playback_error 2', 'the player is gone']
+    ]
+  ];
+  cases.forEach((each) => {
+    const run = runExample(t, makeFolder(t), each[0][0], each[0].slice(1));
+    // Which parts of an advertisement are told depends on how busy the machine is.
+    const said = run.stdout.replace(/^[1-9]\d? %$/gm, 'a part');
+    const expected = said.split('\n').filter((line) => each[1].indexOf(line) >= 0);
+    const unique = expected.filter((line, index) => expected.indexOf(line) === index);
+    t.deepEqual(unique, each[1], each[0].join(' '));
+  });
+  t.end();
+});
+
+test('the application guide shows an example that runs', (t) => {
+  const guide = fs.readFileSync(path.join(root, 'docs', 'application-guide.md'), 'utf8');
+  const example = fs.readFileSync(path.join(root, 'examples', 'play-video', 'index.js'), 'utf8');
+  t.ok(guide.indexOf(`\`\`\`js\n${example}\`\`\``) >= 0, 'play-video is in it, word by word');
   t.end();
 });
 

@@ -1,6 +1,7 @@
 'use strict';
 
 const test = require('tape');
+const quiravent = require('./support/module');
 const recorder = require('./support/recorder');
 const { newCanvas, newFont } = require('./support/graphics');
 
@@ -369,5 +370,23 @@ test('what a conversion throws reaches the script after the call was made with 0
       [drawing[2]]
     );
   });
+  t.end();
+});
+
+test('a call from within a conversion doesn’t take the exception of the one around it', (t) => {
+  const seen = [];
+  const fails = (text) => () => {
+    throw new RangeError(text);
+  };
+  const calls = () => {
+    t.throws(() => canvas.fillRect(1, { valueOf: fails('inner') }), /^RangeError: inner$/);
+    seen.push(quiravent.tunerServices.getPlayer(1, 2, 3) instanceof quiravent.dtvplayer);
+    return 7;
+  };
+  recorder.clear();
+  const draw = () => canvas.drawRect(1, { valueOf: fails('outer') }, { valueOf: calls });
+  t.throws(draw, /^RangeError: outer$/);
+  t.deepEqual(seen, [true]);
+  t.deepEqual(recorder.argsOf('pl_gfx_Canvas_DrawRect'), [[handle, rect(1, 0, 7, 0)]]);
   t.end();
 });

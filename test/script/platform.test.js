@@ -3,9 +3,11 @@
 // Everything but the properties, and with them the state changes, which service-selector.test.js
 // tests: whoever asks for them serves the one pipe of the machine.
 
+const path = require('path');
 const test = require('tape');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
+const { buildFolder } = require('./support/build');
 const { runScript } = require('./support/process');
 
 const services = quiravent.platformServices;
@@ -134,6 +136,23 @@ test('restart tells whether the porting layer gave 0', (t) => {
     t.deepEqual(recorder.sequence(), [['pl_platform_Restart']]);
   });
   t.end();
+});
+
+test('a porting layer may lack what enableDTVEvents calls, as long as it isn’t called', (t) => {
+  const source = `
+    quiravent.graphicServices.getTargetCanvas().fillRect(1, 2, 3, 4);
+    say(recorder.argsOf('pl_gfx_Canvas_FillRect').length + ' ');
+    quiravent.platformServices.enableDTVEvents();
+    say('returned');`;
+  const library = path.join(buildFolder, 'recorder', 'without-events');
+  return runScript(source, null, { LD_LIBRARY_PATH: library }).then((result) => {
+    t.equal(result.stdout, '1 ', 'the module works');
+    t.equal(result.code, 127, 'the call is the end');
+    t.ok(
+      /symbol lookup error: .*quiravent\.node: .*EnableDTVEvents/.test(result.stderr),
+      result.stderr
+    );
+  });
 });
 
 test('enableDTVEvents is the porting layer’s', (t) => {

@@ -5,10 +5,14 @@ const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { openInput, openTuner, newPlayer, follow, endAll } = require('./support/workers');
 const { quiet, threadNames, descriptorCount } = require('./support/threads');
+const { load } = require('./support/pace');
 const { runScript } = require('./support/process');
 
 const SENDERS = 4;
-const EVENTS_EACH = 62500;
+const EVENTS_EACH = load(62500);
+const ALL_EVENTS = SENDERS * EVENTS_EACH;
+/** After so many a test may do something, some times on the way. */
+const MILESTONE = Math.floor(ALL_EVENTS / 5);
 /** Codes of a sender begin at its number times this. */
 const SPAN = 1000000;
 
@@ -31,22 +35,21 @@ class KeyCheck {
     if (this.next[sender] !== code % SPAN) this.wrong += 1;
     this.next[sender] += 1;
     this.count += 1;
-    if (this.count % 50000 === 0 && this.atMilestone) this.atMilestone();
+    if (this.count % MILESTONE === 0 && this.atMilestone) this.atMilestone();
   }
 }
 
 /** Fires all senders' keys at once, and one last key after them; resolves once all is heard. */
-function load(check) {
+function fireAll(check) {
   const bursts = [];
   for (let sender = 1; sender <= SENDERS; sender += 1) {
     const keys = recorder.rising(recorder.event('keyPress', sender * SPAN), EVENTS_EACH);
     bursts.push(recorder.fire(keys, `sender ${sender}`));
   }
-  const all = SENDERS * EVENTS_EACH;
   return Promise.all(bursts)
     .then(quiet)
     .then(() => recorder.fire(recorder.event('keyRelease', 1), 'marker'))
-    .then(() => recorder.waitUntil(() => check.count >= all, `${all} keys`));
+    .then(() => recorder.waitUntil(() => check.count >= ALL_EVENTS, `${ALL_EVENTS} keys`));
 }
 
 /** Opens a worker over a check, loads it, ends it, collects; resolves with the check. */
@@ -56,7 +59,7 @@ function loadOnce(collects) {
   if (collects) check.atMilestone = () => global.gc();
   const data = (name, text) => {
     check.hear(name, text);
-    if (check.count >= SENDERS * EVENTS_EACH) recorder.recheck();
+    if (check.count >= ALL_EVENTS) recorder.recheck();
   };
   const complete = () => {
     check.complete = true;
@@ -67,7 +70,7 @@ function loadOnce(collects) {
   return recorder
     .waitForCalls('pl_input_SetCallback_KeyRelease')
     .then(quiet)
-    .then(() => load(check))
+    .then(() => fireAll(check))
     .then(quiet)
     .then(() => {
       worker.closeInput();
@@ -81,11 +84,11 @@ function loadOnce(collects) {
 }
 
 function isSound(t, check) {
-  t.equal(check.count, SENDERS * EVENTS_EACH, 'none is lost');
+  t.equal(check.count, ALL_EVENTS, 'none is lost');
   t.equal(check.wrong, 0, 'and each thread’s order is kept');
 }
 
-test('four threads’ 250,000 keys all arrive, and leave no memory behind', (t) => {
+test('all of four threads’ many keys arrive, and leave no memory behind', (t) => {
   let before = 0;
   // The first round brings the process to its size.
   return loadOnce(false)
@@ -105,7 +108,7 @@ test('four threads’ 250,000 keys all arrive, and leave no memory behind', (t) 
     });
 });
 
-const WORKERS = 1000;
+const WORKERS = load(1000);
 
 /** Opens a worker, has it hear an event, closes it and ends it by another; then the next. */
 function openAndEnd(count) {
@@ -124,7 +127,7 @@ function openAndEnd(count) {
     });
 }
 
-test('a thousand workers, one after the other, leave no thread and no descriptor', (t) => {
+test('many workers, one after the other, leave no thread and no descriptor', (t) => {
   let threads = 0;
   let descriptors = 0;
   return openAndEnd(20)
@@ -178,7 +181,7 @@ function useStaleWorkers(round) {
 }
 
 test('workers that have ended take reports and closing without harm', (t) => {
-  return useStaleWorkers(25).then(() => t.pass('nothing is heard of it'));
+  return useStaleWorkers(load(25)).then(() => t.pass('nothing is heard of it'));
 });
 
 // [kind, source of an opened worker, event for it]

@@ -35,3 +35,26 @@ input.closeInput();
 quiravent.platformServices.setRuntimeState('low_profile');
 // @ts-expect-error only a boolean
 quiravent.platformServices.toggleLiveDTV(1);
+
+quiravent.mediaServices.getPlayer('film.mp4', { w: 1280, h: 720 }, (error, player) => {
+  if (error || !player) return;
+  player.registerListener((name, value) => {
+    if (name === 'fetch_in_progress') console.log(Number(value));
+    // @ts-expect-error no event has this name
+    if (name === 'playback_paused') console.log(value);
+  });
+  const tracks = player.getTracks('audio');
+  if (tracks) player.selectTrack('audio', tracks[0].id);
+  const speed: number = player.setPlaybackSpeed(-2);
+  console.log(speed, player.getBufferedTimes()[0].end, player instanceof quiravent.mediaPlayer);
+  // @ts-expect-error a kind of track has one of four names
+  player.getTracks('sound');
+});
+
+quiravent.mediaServices.getAdPlayer('ad.mp4', {}, (error, ad) => {
+  if (error || !ad) return;
+  const last = ad.getBufferedTimes();
+  console.log(last && last.end, ad.getTime().now, ad instanceof quiravent.adPlayer);
+  // @ts-expect-error an advertisement can't be wound
+  ad.seek(0);
+});

@@ -6,20 +6,12 @@
 const fs = require('fs');
 const os = require('os');
 const path = require('path');
+const { processors } = require('./processors');
 const { mustRun, root } = require('./run');
 
 const cache =
   process.env.QUIRAVENT_CACHE ||
   path.join(process.env.XDG_CACHE_HOME || path.join(os.homedir(), '.cache'), 'quiravent');
-
-/** The processors: npm's name, and what a build and a run on this machine need. */
-const processors = {
-  x64: { cmake: [], emulator: [] },
-  armv7l: {
-    cmake: [`-DCMAKE_TOOLCHAIN_FILE=${path.join(root, 'cmake', 'toolchains', 'armhf.cmake')}`],
-    emulator: ['qemu-arm-static', '-L', '/usr/arm-linux-gnueabihf']
-  }
-};
 
 /**
  * Fetches a runtime unless it is in the cache.

@@ -6,6 +6,7 @@ const fs = require('fs');
 const path = require('path');
 const { build } = require('./build');
 const { root, run } = require('./run');
+const { SanitizedRun } = require('./sanitizers');
 
 function sum(counts) {
   return counts.reduce(
@@ -40,11 +41,13 @@ function runNative(preset) {
   return sum(programs.map((name) => runNativeProgram(path.join(folder, name))));
 }
 
-/** Runs a folder of script tests over the porting layer in a folder of the build. */
-function runScripts(folder, library) {
-  build('release');
-  const words = ['test/run-tap.js', folder, '--library', path.join('build', 'release', library)];
-  const result = run(process.execPath, words, { stdio: ['ignore', 'pipe', 'inherit'] });
+/** Runs a folder of script tests; words: further ones for run-tap. */
+function runTap(folder, library, words, variables) {
+  const command = ['test/run-tap.js', folder, '--library', library].concat(words || []);
+  const result = run(process.execPath, command, {
+    stdio: ['ignore', 'pipe', 'inherit'],
+    env: Object.assign({}, process.env, variables)
+  });
   process.stdout.write(result.stdout);
   const count = {
     passed: numberIn(result.stdout, /(\d+) passed, \d+ failed\s*$/),
@@ -54,13 +57,59 @@ function runScripts(folder, library) {
   return count;
 }
 
-/** In the order in which they are run: what fails fast comes first. */
+/** Runs a folder of script tests over the porting layer in a folder of the build. */
+function runScripts(folder, library) {
+  build('release');
+  return runTap(folder, path.join('build', 'release', library));
+}
+
+/** What scripts need of a build: the module, and a device to run it over. */
+const SCRIPT_TARGETS = {
+  recorder: ['quiravent', 'recorder', 'recorder_addon'],
+  '.': ['applications']
+};
+
+/** As runScripts, over a build with a sanitizer, each of whose reports counts as a failure. */
+function runSanitizedScripts(preset, folder, library) {
+  build(preset, SCRIPT_TARGETS[library]);
+  const sanitized = new SanitizedRun(preset);
+  const place = path.join(root, 'build', preset);
+  const variables = Object.assign({ QUIRAVENT_BUILD: place }, sanitized.variables());
+  // What the file of the module needs is another thing with a sanitizer.
+  const words = ['--patience', '900', '--without', 'module-file'];
+  const count = runTap(folder, path.join(place, library), words, variables);
+  const reports = sanitized.reports();
+  reports.forEach((text) => process.stdout.write(text));
+  count.failed += reports.length;
+  return count;
+}
+
+/**
+ * In the order in which they are run: what fails fast comes first. A suite of the group
+ * 'sanitizers' is run when it, or its group, is asked for.
+ */
 const suites = [
   { name: 'native', run: () => runNative('release') },
   { name: 'script', run: () => runScripts('test/script', 'recorder') },
+  { name: 'faults', run: () => runScripts('test/faults', 'recorder') },
   { name: 'cli', run: () => runScripts('test/cli', 'bench') },
   { name: 'device', run: () => runScripts('test/device', '.') },
-  { name: 'native-sanitized', run: () => runNative('asan') }
+  { name: 'native-sanitized', run: () => runNative('asan') },
+  {
+    name: 'leaks',
+    run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder')
+  },
+  ...['asan', 'tsan'].map((preset) => ({
+    name: `script-${preset}`,
+    group: 'sanitizers',
+    run: () => runSanitizedScripts(preset, 'test/script', 'recorder')
+  })),
+  ...['asan', 'tsan'].map((preset) => ({
+    name: `device-${preset}`,
+    group: 'sanitizers',
+    run: () => runSanitizedScripts(preset, 'test/device', '.')
+  })),
+  { name: 'native-tsan', group: 'sanitizers', run: () => runNative('tsan') }
 ];
 
 module.exports = { suites, sum };

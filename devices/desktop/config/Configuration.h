@@ -28,6 +28,7 @@ struct Configuration {
     } storage;
     struct Graphics {
         uint64_t videoMemory = 64U << 20;  ///< bytes
+        std::string kernels = "auto";      ///< one of kernelSets(), or "auto", the fastest
     } graphics;
     struct Network {
         uint64_t timeLimitSeconds = 15;

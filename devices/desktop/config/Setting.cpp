@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "support/Text.h"
+#include "support/jsonDepth.h"
 
 namespace quiravent::desktop {
 
@@ -26,10 +27,15 @@ std::optional<uint64_t> wholeNumber(std::string_view text) {
     return number;
 }
 
-/// The value that the text is in JSON, or else the text.
+/// The value that the text is in JSON, or else, as where it is nested too deeply, the text.
 json asJson(const std::string& text) {
-    json value = json::parse(text, nullptr, false);
-    return value.is_discarded() ? json(text) : value;
+    bool isTooDeep = false;
+    const auto watch = [&](int depth, json::parse_event_t, json&) {
+        isTooDeep = isTooDeep || depth > kMaxJsonDepth;
+        return !isTooDeep;
+    };
+    json value = json::parse(text, watch, false);
+    return isTooDeep || value.is_discarded() ? json(text) : value;
 }
 
 /// A number where the text is one, or else the text.

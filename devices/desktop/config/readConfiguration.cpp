@@ -5,12 +5,10 @@
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
-#include <set>
-#include <string_view>
 #include <vector>
 
 #include "config/settings.h"
-#include "resources/LocalFile.h"
+#include "resources/jsonFile.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
 #include "support/shownValue.h"
@@ -24,48 +22,14 @@ namespace filesystem = std::filesystem;
 
 constexpr const char* kFileVariable = "QUIRAVENT_CONFIG";
 constexpr const char* kFileName = "quiravent.config.json";
-constexpr size_t kFileSizeLimit = 1U << 20;
 
 [[noreturn]] void refuse(const std::string& reason) {
     throw DeviceError(e_pl_status_invalid_argument, reason);
 }
 
-std::string readText(const std::string& file) {
-    const Result<Bytes> bytes = readLocalFile(file, kFileSizeLimit);
-    if (!bytes) refuse(joined(file, ": the configuration can't be read: ", bytes.reason()));
-    return {bytes->begin(), bytes->end()};
-}
-
 const char* nonEmpty(const Environment& environment, const char* name) {
     const char* const value = environment(name);
     return value == nullptr || *value == '\0' ? nullptr : value;
-}
-
-/// The parser's own report without its number of the kind of error.
-std::string parseReason(const json::exception& error) {
-    const std::string_view text = error.what();
-    const size_t start = text.find("] ");
-    return std::string(start == std::string_view::npos ? text : text.substr(start + 2));
-}
-
-/// Parses a file, and refuses a key that stands twice in an object, of which the parser would
-/// silently take one.
-json parse(const std::string& file, const std::string& text) {
-    std::vector<std::set<std::string>> keys;
-    const auto watch = [&](int, json::parse_event_t event, json& parsed) {
-        if (event == json::parse_event_t::object_start) keys.emplace_back();
-        if (event == json::parse_event_t::object_end) keys.pop_back();
-        if (event == json::parse_event_t::key && !keys.back().insert(parsed).second) {
-            refuse(joined(file, ": key ", shownValue(parsed),
-                          " stands twice in one object; allowed: once"));
-        }
-        return true;
-    };
-    try {
-        return json::parse(text, watch);
-    } catch (const json::exception& error) {
-        refuse(joined(file, ": not valid JSON: ", parseReason(error)));
-    }
 }
 
 std::vector<std::string> sectionNames() {
@@ -119,7 +83,7 @@ class File {
           m_configuration(configuration) {}
 
     void read() {
-        const json file = parse(m_path, readText(m_path));
+        const json file = readJsonFile(m_path, "the configuration");
         if (!file.is_object()) refuseValue(about("the file"), file, "an object of sections");
         for (const auto& [name, section] : file.items()) {
             if (name != "$schema") readSection(name, section);

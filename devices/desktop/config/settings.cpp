@@ -4,6 +4,7 @@
 
 #include "display/CapturePattern.h"
 #include "display/drivers.h"
+#include "graphics/KernelSets.h"
 #include "input/Keys.h"
 #include "media/FaultList.h"
 #include "media/audio/audioSinks.h"
@@ -43,6 +44,24 @@ ordered_json remoteKeySchema() {
     std::vector<std::string> names;
     for (const RemoteKeyNames& key : remoteKeys()) names.push_back(key.name);
     return {{"anyOf", {{{"enum", names}}, {{"type", {"string", "integer", "null"}}}}}};
+}
+
+std::vector<Setting> graphicsSettings() {
+    std::vector<std::string> kernels = kernelSetNames();
+    kernels.insert(kernels.begin(), Configuration().graphics.kernels);
+    return {
+        sizeSetting({"graphics", "videoMemory", "QUIRAVENT_VIDEO_MEMORY",
+                     "Memory for canvases and images, in bytes or with a unit."},
+                    8, 4095,
+                    [](Configuration& all) -> uint64_t& { return all.graphics.videoMemory; }),
+        choiceSetting({"graphics", "kernels", "QUIRAVENT_KERNELS",
+                       "The processor's vector unit to draw with, for tests and measurements; "
+                       "\"auto\": the best that there is."},
+                      kernels, 0,
+                      [kernels](Configuration& configuration, size_t index) {
+                          configuration.graphics.kernels = kernels[index];
+                      }),
+    };
 }
 
 std::vector<Setting> inputAndPlatformSettings() {
@@ -137,10 +156,6 @@ std::vector<Setting> makeSettings() {
              "What a stored value survives: the end of the process, or also that of the machine."},
             {"process", "machine"},
             [](Configuration& all) -> Durability& { return all.storage.durability; }),
-        sizeSetting({"graphics", "videoMemory", "QUIRAVENT_VIDEO_MEMORY",
-                     "Memory for canvases and images, in bytes or with a unit."},
-                    8, 4095,
-                    [](Configuration& all) -> uint64_t& { return all.graphics.videoMemory; }),
         numberSetting({"network", "timeLimitSeconds", "QUIRAVENT_TIME_LIMIT",
                        "How long the load of a picture or font may take, in seconds."},
                       1, 3600,
@@ -155,6 +170,7 @@ std::vector<Setting> makeSettings() {
                     "the path of a file", isAnything,
                     [](Configuration& all) -> std::string& { return all.network.authorities; }),
     };
+    for (Setting& setting : graphicsSettings()) table.push_back(std::move(setting));
     for (Setting& setting : mediaSettings()) table.push_back(std::move(setting));
     for (Setting& setting : inputAndPlatformSettings()) table.push_back(std::move(setting));
     table.push_back(enumerationSetting<log::Level>(

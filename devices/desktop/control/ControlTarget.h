@@ -9,6 +9,7 @@
 #include "input/RemoteControl.h"
 #include "platform/RuntimeState.h"
 #include "platform/ServiceSelectorPipe.h"
+#include "playing/PlayerService.h"
 #include "support/WakeSignal.h"
 
 namespace quiravent::desktop {
@@ -18,6 +19,7 @@ struct ControlTarget {
     RemoteControl& remote;
     RuntimeState& runtimeState;
     const Screen& screen;
+    PlayerService& players;
     std::function<void()> endProcess;  ///< asks the process to end
     std::string pipe = ServiceSelectorPipe::kPath;
 };

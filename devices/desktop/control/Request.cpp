@@ -5,6 +5,7 @@
 #include "input/Keys.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
+#include "support/jsonDepth.h"
 #include "support/shownValue.h"
 
 namespace quiravent::desktop {
@@ -13,9 +14,6 @@ namespace {
 
 constexpr const char* kId = "id";
 constexpr const char* kCommand = "command";
-
-/// Deeper values could exhaust the stack when they are written out again.
-constexpr int kMaxDepth = 32;
 
 [[noreturn]] void refuse(const std::string& reason) {
     throw DeviceError(e_pl_status_invalid_argument, reason);
@@ -37,8 +35,8 @@ std::string parseReason(const nlohmann::json::exception& error) {
 
 OrderedJson Request::parse(std::string_view line) {
     const auto watch = [](int depth, OrderedJson::parse_event_t, OrderedJson&) {
-        if (depth > kMaxDepth) {
-            refuse(joined("the request is nested too deeply; allowed: ", kMaxDepth, " levels"));
+        if (depth > kMaxJsonDepth) {
+            refuse(joined("the request is nested too deeply; allowed: ", kMaxJsonDepth, " levels"));
         }
         return true;
     };
@@ -85,12 +83,23 @@ int32_t Request::key(const char* parameter) const {
     refuseValue(parameter, given, kRemoteKeyRule);
 }
 
-uint64_t Request::number(const char* parameter, uint64_t most, uint64_t otherwise) const {
-    if (!has(parameter)) return otherwise;
-    const OrderedJson& given = m_object.at(parameter);
+bool Request::flag(const char* parameter) const {
+    constexpr const char* kAllowed = "true, false";
+    const OrderedJson& given = value(parameter, kAllowed);
+    if (!given.is_boolean()) refuseValue(parameter, given, kAllowed);
+    return given.get<bool>();
+}
+
+uint64_t Request::number(const char* parameter, uint64_t most) const {
+    const std::string allowed = joined("a whole number from 0 to ", most);
+    const OrderedJson& given = value(parameter, allowed);
     const bool isAllowed = given.is_number_unsigned() && given.get<uint64_t>() <= most;
-    if (!isAllowed) refuseValue(parameter, given, joined("a whole number from 0 to ", most));
+    if (!isAllowed) refuseValue(parameter, given, allowed);
     return given.get<uint64_t>();
+}
+
+uint64_t Request::number(const char* parameter, uint64_t most, uint64_t otherwise) const {
+    return has(parameter) ? number(parameter, most) : otherwise;
 }
 
 size_t Request::choice(const char* parameter, const std::vector<std::string>& choices) const {

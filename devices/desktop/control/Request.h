@@ -30,9 +30,12 @@ class Request {
 
     bool has(const char* parameter) const { return m_object.contains(parameter); }
 
-    // The value of a parameter. The last two: of one that needn't be there.
+    // The value of a parameter.
     std::string text(const char* parameter) const;
     int32_t key(const char* parameter) const;
+    bool flag(const char* parameter) const;
+    uint64_t number(const char* parameter, uint64_t most) const;
+    /// Of one that needn't be there.
     uint64_t number(const char* parameter, uint64_t most, uint64_t otherwise) const;
     size_t choice(const char* parameter, const std::vector<std::string>& choices) const;
 

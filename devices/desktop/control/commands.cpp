@@ -6,6 +6,7 @@
 #include <chrono>
 #include <filesystem>
 
+#include "control/playerCommands.h"
 #include "display/png.h"
 #include "input/Keys.h"
 #include "support/Clock.h"
@@ -17,13 +18,8 @@ namespace quiravent::desktop {
 
 namespace {
 
-constexpr uint64_t kMaxHold = 60000;      // ms
-constexpr uint64_t kMaxTimeout = 600000;  // ms
-constexpr int64_t kMicroseconds = 1000;   // of a millisecond
-
-Work finished(const OrderedJson& result) {
-    return [result](int64_t) { return Progress{result}; };
-}
+constexpr uint64_t kMaxHold = 60000;     // ms
+constexpr int64_t kMicroseconds = 1000;  // of a millisecond
 
 /// Work that is done when a function has been called, from any thread.
 class Waiting {
@@ -174,6 +170,10 @@ const std::vector<Command>& commands() {
         {"waitFlush", {"after", "timeout"}, waitFlush},
         {"frame", {}, frame},
         {"message", {"name", "value"}, message},
+        {"players", {}, players},
+        {"waitPlayer", {"player", "state", "position", "timeout"}, waitPlayer},
+        {"haltPlayer", {"player", "how"}, haltPlayer},
+        {"faults", {"fault", "on"}, faults},
         {"keys", {}, keys},
         {"info", {}, info},
         {"quit", {}, quit},

@@ -63,6 +63,11 @@ void Screen::addPlane(const Plane& plane) {
     m_planes.insert(m_planes.end() - 1, &plane);
 }
 
+void Screen::addBottomPlane(const Plane& plane) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_planes.insert(m_planes.begin(), &plane);
+}
+
 void Screen::removePlane(const Plane& plane) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_planes.erase(std::remove(m_planes.begin(), m_planes.end(), &plane), m_planes.end());

@@ -34,6 +34,8 @@ class Screen {
     /// Puts a plane, whose owner removes it in time, over those that are there and below the
     /// graphics.
     void addPlane(const Plane& plane);
+    /// The same below all others.
+    void addBottomPlane(const Plane& plane);
     /// From the return on the plane isn't drawn.
     void removePlane(const Plane& plane);
     /// Shows that planes below the graphics have changed within a part. This makes no frame with a

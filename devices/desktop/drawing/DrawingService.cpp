@@ -3,9 +3,11 @@
 #include <chrono>
 #include <utility>
 
+#include "graphics/KernelSets.h"
 #include "graphics/images/ImageLoader.h"
 #include "graphics/text/FontLoader.h"
 #include "support/DeviceError.h"
+#include "support/Log.h"
 #include "support/Text.h"
 
 namespace quiravent::desktop {
@@ -20,6 +22,13 @@ ResourceLimits limitsFrom(const Configuration::Network& network) {
     return limits;
 }
 
+/// Before any canvas is made, which keeps the kernels of that time.
+void useKernels(const std::string& name) {
+    if (name == Configuration::Graphics().kernels || selectKernels(name)) return;
+    log::warning("this machine can't draw with ", name, "; ", kernelSets().front().name,
+                 " is used instead (graphics.kernels)");
+}
+
 uint32_t orTooMany(uint32_t handle, const char* what) {
     if (handle == 0)
         throw DeviceError(e_pl_status_no_memory, joined("too many ", what, " are open"));
@@ -31,7 +40,9 @@ uint32_t orTooMany(uint32_t handle, const char* what) {
 DrawingService::DrawingService(const Configuration& configuration, Screen& screen)
     : m_screen(screen),
       m_limits(limitsFrom(configuration.network)),
-      m_pool(static_cast<size_t>(configuration.graphics.videoMemory)) {}
+      m_pool(static_cast<size_t>(configuration.graphics.videoMemory)) {
+    useKernels(configuration.graphics.kernels);
+}
 
 std::shared_ptr<Surface> DrawingService::newSurface(uint32_t width, uint32_t height) {
     constexpr uint32_t kMaxSide = SurfacePool::kMaxSide;

@@ -119,6 +119,10 @@ class Canvas {
     uint32_t* pixelsAt(int64_t x, int64_t y) {
         return m_surface->row(static_cast<uint32_t>(y)) + x;
     }
+    PixelBlock blockAt(const Box& box) {
+        return {pixelsAt(box.left, box.top), m_surface->stride(), static_cast<size_t>(box.width()),
+                static_cast<size_t>(box.height())};
+    }
 
     std::shared_ptr<Surface> m_surface;
     Box m_surfaceBox;

@@ -168,12 +168,11 @@ void Canvas::drawMasks(const CoverageMask* masks, size_t count, const Box& bound
 
 void Canvas::drawMask(const CoverageMask& mask) {
     const Box visible = intersection(boxAt(mask.x, mask.y, mask.width, mask.height), m_bounds);
-    const FillMaskRow fillMask = m_kernels.modes[m_mode].fillMask;
-    for (int64_t y = visible.top; y < visible.bottom && !visible.empty(); ++y) {
-        const uint8_t* row = mask.coverage + static_cast<size_t>(y - mask.y) * mask.stride;
-        fillMask(pixelsAt(visible.left, y), row + (visible.left - mask.x),
-                 static_cast<size_t>(visible.width()), m_source);
-    }
+    if (visible.empty()) return;
+    const uint8_t* coverage =
+        mask.coverage + static_cast<size_t>(visible.top - mask.y) * mask.stride;
+    m_kernels.modes[m_mode].fillMask(blockAt(visible), coverage + (visible.left - mask.x),
+                                     mask.stride, m_source);
 }
 
 void Canvas::drawRotatedMask(const CoverageMask& mask, const Box& bounds, Rotation& rotation) {
@@ -181,7 +180,7 @@ void Canvas::drawRotatedMask(const CoverageMask& mask, const Box& bounds, Rotati
     const Region region{static_cast<double>(box.left), static_cast<double>(box.top),
                         static_cast<double>(box.right), static_cast<double>(box.bottom)};
     const SampleSource<uint8_t> sampled{mask.coverage, mask.stride, mask.width, mask.height};
-    const FillMaskRow fillMask = m_kernels.modes[m_mode].fillMask;
+    const FillMask fillMask = m_kernels.modes[m_mode].fillMask;
     m_coverage.resize(std::max(m_coverage.size(), static_cast<size_t>(m_bounds.width())));
     rotation.cover(region, m_bounds, [&](const Rotation::Run& run) {
         const SampleSteps steps = rotation.stepsOf(run, region, 1, 1);
@@ -189,7 +188,7 @@ void Canvas::drawRotatedMask(const CoverageMask& mask, const Box& bounds, Rotati
         for (size_t i = 0; run.coverage != nullptr && i < run.length; ++i) {
             m_coverage[i] = static_cast<uint8_t>(divideBy255(m_coverage[i] * run.coverage[i]));
         }
-        fillMask(pixelsAt(run.x, run.y), m_coverage.data(), run.length, m_source);
+        fillMask({pixelsAt(run.x, run.y), 0, run.length, 1}, m_coverage.data(), 0, m_source);
     });
 }
 

@@ -35,21 +35,36 @@ struct SampleSteps {
 /// Filter weights of one axis of a scaled picture: each sum of `taps` weights is 1 << shift.
 struct FilterRow {
     const uint32_t* first;   ///< per output pixel, the input pixel of its first weight
-    const int16_t* weights;  ///< `taps` per output pixel, none negative
+    const int16_t* weights;  ///< `stride` per output pixel: `taps`, none negative, then zeros
     uint32_t taps;
-    uint32_t shift;  ///< 7 or 14
+    uint32_t stride;  ///< strideForTaps(taps)
+    uint32_t shift;   ///< 7, then taps are at most 8, or 14
 };
 
-/// What works on a row of pixels, all premultiplied ARGB32. Destination and source rows must not
-/// overlap. `opacity` and mask bytes run from 0 to 255 and are applied as follows: opacity
-/// multiplies the source, then the mode is applied, then the result replaces the destination in
-/// the proportion of the coverage. Each of those steps is rounded once, to nearest, so that every
-/// implementation agrees bit for bit.
+/// Weights are padded to full vectors: by 2, 4 or 8 pixels at a time, whatever holds the taps.
+static constexpr uint32_t strideForTaps(uint32_t taps) {
+    return taps <= 2 ? 2 : taps <= 4 ? 4 : (taps + 7) / 8 * 8;
+}
+
+/// Pixels to paint: `height` rows of `width`, `stride` pixels apart.
+struct PixelBlock {
+    uint32_t* pixels;
+    size_t stride;
+    size_t width;
+    size_t height;
+};
+
+/// What works on rows of pixels, all premultiplied ARGB32. Destination and source rows must not
+/// overlap. Source pixels, but not masks, may be read up to 16 pixels past their end. `opacity` and
+/// mask bytes run from 0 to 255 and are applied as follows: opacity multiplies the source, then the
+/// mode is applied, then the result replaces the destination in the proportion of the coverage.
+/// Each of those steps is rounded once, to nearest, so that every implementation agrees bit for
+/// bit.
 using FillRow = void (*)(uint32_t* destination, size_t count, uint32_t color);
 using ComposeRow = void (*)(uint32_t* destination, const uint32_t* source, size_t count,
                             uint32_t opacity);
-using FillMaskRow = void (*)(uint32_t* destination, const uint8_t* mask, size_t count,
-                             uint32_t color);
+using FillMask = void (*)(const PixelBlock& block, const uint8_t* mask, size_t maskStride,
+                          uint32_t color);
 using ComposeMaskRow = void (*)(uint32_t* destination, const uint32_t* source, const uint8_t* mask,
                                 size_t count, uint32_t opacity);
 using FillSpansRow = void (*)(uint32_t* row, const CoverageSpan* spans, size_t count,
@@ -59,7 +74,7 @@ using FillSpansRow = void (*)(uint32_t* row, const CoverageSpan* spans, size_t c
 struct ModeKernels {
     FillRow fill;
     ComposeRow compose;
-    FillMaskRow fillMask;
+    FillMask fillMask;
     ComposeMaskRow composeMask;
     FillSpansRow fillSpans;
 };
@@ -90,10 +105,8 @@ struct Kernels {
                            const SampleSteps& steps, size_t count);
 };
 
-/// Portable implementation, and the reference for all others.
-extern const Kernels kScalarKernels;
-
-/// The implementation that suits this machine.
+/// The implementation in use: the fastest that this machine can run, unless selectKernels() has
+/// named another.
 const Kernels& kernels();
 
 }  // namespace quiravent::desktop

@@ -1,29 +1,11 @@
 #include <cstring>
 
-#include "graphics/Kernels.h"
-#include "graphics/PixelMath.h"
+#include "graphics/KernelSets.h"
+#include "graphics/PixelBlend.h"
 
 namespace quiravent::desktop {
 
 namespace {
-
-template <uint32_t mode>
-uint32_t blend(uint32_t source, uint32_t destination) {
-    constexpr PorterDuff kMode = kPorterDuff[mode];
-    const uint32_t sourceAlpha = alphaOf(source);
-    const uint32_t destinationAlpha = alphaOf(destination);
-    const uint32_t keep = factorOf(kMode.destination, sourceAlpha, destinationAlpha, 255);
-    if constexpr (mode == kAdd) return addSaturated(source, destination);
-    // Rounds as weightedSum does, since source * 255 / 255 leaves no remainder.
-    if constexpr (kMode.source == Factor::one) return source + scalePixel(destination, keep);
-    const uint32_t take = factorOf(kMode.source, sourceAlpha, destinationAlpha, 255);
-    return weightedSum(source, take, destination, keep);
-}
-
-template <uint32_t mode>
-uint32_t blendCovered(uint32_t source, uint32_t destination, uint32_t coverage) {
-    return interpolate(destination, blend<mode>(source, destination), coverage);
-}
 
 void storeColor(uint32_t* destination, size_t count, uint32_t color) {
     for (size_t i = 0; i < count; ++i) destination[i] = color;
@@ -45,6 +27,14 @@ template <uint32_t mode>
 void fillMaskRow(uint32_t* destination, const uint8_t* mask, size_t count, uint32_t color) {
     for (size_t i = 0; i < count; ++i) {
         if (mask[i] != 0) destination[i] = blendCovered<mode>(color, destination[i], mask[i]);
+    }
+}
+
+template <uint32_t mode>
+void fillMask(const PixelBlock& block, const uint8_t* mask, size_t maskStride, uint32_t color) {
+    for (size_t y = 0; y < block.height; ++y) {
+        fillMaskRow<mode>(block.pixels + y * block.stride, mask + y * maskStride, block.width,
+                          color);
     }
 }
 
@@ -74,7 +64,7 @@ void fillSpansRow(uint32_t* row, const CoverageSpan* spans, size_t count, uint32
 
 template <uint32_t mode>
 constexpr ModeKernels modeKernels() {
-    return {mode == kSource ? storeColor : fillRow<mode>, composeRow<mode>, fillMaskRow<mode>,
+    return {mode == kSource ? storeColor : fillRow<mode>, composeRow<mode>, fillMask<mode>,
             composeMaskRow<mode>, fillSpansRow<mode>};
 }
 
@@ -133,7 +123,7 @@ void mixRows(uint32_t* destination, const uint32_t* const* rows, const int16_t* 
 void filterRow(uint32_t* destination, const uint32_t* source, const FilterRow& filter,
                size_t count) {
     const int16_t* weights = filter.weights;
-    for (size_t i = 0; i < count; ++i, weights += filter.taps) {
+    for (size_t i = 0; i < count; ++i, weights += filter.stride) {
         const uint32_t* pixels = source + filter.first[i];
         ChannelSums sums;
         for (uint32_t tap = 0; tap < filter.taps; ++tap) {

@@ -52,10 +52,11 @@ ScaleFilter::ScaleFilter(const ScaleAxis& axis, const Extent& visible) {
     m_shift = shiftFor(ratio);
     const double widest = std::ceil(2 * support);
     m_taps = static_cast<uint32_t>(std::min(widest, static_cast<double>(axis.inside.size())));
+    m_stride = strideForTaps(m_taps);
     m_exact.resize(m_taps);
     const auto count = static_cast<size_t>(visible.size());
     m_first.reserve(count);
-    m_weights.reserve(count * m_taps);
+    m_weights.reserve(count * m_stride);
     for (int64_t i = visible.first; i < visible.last; ++i) {
         const double center =
             static_cast<double>(axis.part.first) + (static_cast<double>(i) + 0.5) * ratio;
@@ -91,6 +92,7 @@ void ScaleFilter::appendWeights() {
         m_weights.push_back(static_cast<int16_t>(now - before));
         before = now;
     }
+    m_weights.resize(m_weights.size() + m_stride - m_taps);
 }
 
 Extent ScaleFilter::sources() const {

@@ -45,18 +45,19 @@ class ScaleFilter {
     /// For the i-th visible pixel: the first source pixel, in coordinates of the source, and taps()
     /// weights that add up to 1 << shift().
     int64_t first(size_t i) const { return m_origin + m_first[i]; }
-    const int16_t* weights(size_t i) const { return m_weights.data() + i * m_taps; }
+    const int16_t* weights(size_t i) const { return m_weights.data() + i * m_stride; }
     /// All source pixels that carry weight.
     Extent sources() const;
 
     /// For Kernels::filterRow, over a row that begins at source pixel sources().first.
-    FilterRow row() const { return {m_first.data(), m_weights.data(), m_taps, m_shift}; }
+    FilterRow row() const { return {m_first.data(), m_weights.data(), m_taps, m_stride, m_shift}; }
 
   private:
     void addPixel(double center, double support, const Extent& inside);
     void appendWeights();
 
     uint32_t m_taps;
+    uint32_t m_stride;
     uint32_t m_shift;
     int64_t m_origin = 0;
     std::vector<uint32_t> m_first;  // counted from m_origin

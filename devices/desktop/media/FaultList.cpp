@@ -22,9 +22,9 @@ bool FaultList::setEnabled(size_t number, bool enabled) {
     return true;
 }
 
-size_t FaultList::size() const {
+std::vector<Fault> FaultList::list() const {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_faults.size();
+    return m_faults;
 }
 
 std::optional<Fault> FaultList::at(int64_t time) const {

@@ -27,6 +27,9 @@ struct Fault {
     bool enabled = true;
 };
 
+/// The name of a kind of fault, as in a list.
+const char* nameOf(Fault::Kind kind);
+
 /// Reads a list as "slow 2-10 50000; stalled 12-20 off; dropped 30-31": for each fault its kind,
 /// its seconds, for "slow" the bytes per second, and "off" for one that has to be switched on.
 Result<std::vector<Fault>> parseFaults(const std::string& text);
@@ -40,7 +43,8 @@ class FaultList {
 
     /// False when there is no fault of that number.
     bool setEnabled(size_t number, bool enabled);
-    size_t size() const;
+    /// As they are now.
+    std::vector<Fault> list() const;
 
     /// The first enabled fault at a time, in microseconds since the player began to read.
     std::optional<Fault> at(int64_t time) const;

@@ -7,8 +7,8 @@
 #include "graphics/Surface.h"
 #include "media/FaultList.h"
 #include "media/MediaInput.h"
-#include "media/Reaper.h"
 #include "media/audio/AudioMixer.h"
+#include "support/Reaper.h"
 
 namespace quiravent::desktop {
 
@@ -36,7 +36,7 @@ class MediaEngine {
     AudioMixer m_mixer;
     FaultList m_faults;
     SurfacePool m_pictures;
-    Reaper m_reaper;  ///< last, since what it destroys uses the others
+    Reaper m_reaper{"media-reaper"};  ///< last, since what it destroys uses the others
 };
 
 }  // namespace quiravent::desktop

@@ -16,7 +16,6 @@ Playback::Playback(const Parts& parts)
     : m_frames(parts.wakeup),
       m_voice(m_clock, parts.wakeup),
       m_mixer(parts.mixer),
-      m_wakeup(parts.wakeup),
       m_presenter(parts.source, parts.output, parts.pool, parts.subtitleFont),
       m_videoDecoder(parts.source, m_frames),
       m_audioDecoder(parts.source, m_voice) {
@@ -31,7 +30,7 @@ Playback::~Playback() {
 
 void Playback::begin(const Start& start) {
     m_start = start;
-    m_primed = false;
+    m_primed = start.live;
     m_pictureOfSegment = false;
     m_videoThereSince = 0;
     if (!m_presenter.isVisible()) m_presenter.forget();
@@ -54,13 +53,17 @@ bool Playback::prime(int64_t now) {
     const bool soundThere = !m_start.hasAudio || !m_voice.isEmpty() || m_voice.isFinished();
     const bool waited = m_start.hasVideo && now >= m_videoThereSince + kMaxWaitForSound;
     if (!soundThere && !waited) return false;
-    VideoFrame first;
-    if (m_frames.peek(0, first)) {
-        m_frames.pop();
-        m_presenter.present(std::move(first));
-        m_pictureOfSegment = true;
-    }
+    if (!m_frames.isEmpty()) showNext();
     return true;
+}
+
+void Playback::showNext() {
+    VideoFrame next;
+    if (!m_frames.peek(0, next)) return;
+    m_frames.pop();
+    m_presenter.follow(next);
+    m_presenter.present(std::move(next));
+    m_pictureOfSegment = true;
 }
 
 int64_t Playback::tick(int64_t now) {
@@ -74,6 +77,7 @@ int64_t Playback::tick(int64_t now) {
         m_clock.start(desktop::clock::now());
         m_mixer.wake();
     }
+    if (m_start.live && !m_pictureOfSegment) showNext();
     return presentDue(now);
 }
 
@@ -82,13 +86,16 @@ int64_t Playback::presentDue(int64_t now) {
     while (m_frames.peek(0, next)) {
         const int64_t due = m_clock.timeOf(next.pts);
         if (due > now) return due;
-        m_frames.pop();
         VideoFrame after;
-        const bool late = m_frames.peek(0, after) && m_clock.timeOf(after.pts) <= now;
-        if (late) continue;
-        m_presenter.present(std::move(next));
-        m_pictureOfSegment = true;
+        const bool late = m_frames.peek(1, after) && m_clock.timeOf(after.pts) <= now;
+        if (late) {
+            m_frames.pop();
+            m_presenter.follow(next);
+        } else {
+            showNext();
+        }
     }
+    if (m_start.live) return Wakeup::kNever;
     // What is left is the time until the last picture and sound are over.
     const int64_t end = m_clock.timeOf(m_start.speed > 0 ? decodedEnd() : 0);
     return m_frames.isFinished() || !m_start.hasVideo ? std::max(end, now + kMillisecond)

@@ -41,6 +41,9 @@ class Playback {
         double speed;
         bool hasVideo;
         bool hasAudio;
+        /// Positions are times that pass anyway: nothing is waited for, but the first picture is
+        /// seen at once.
+        bool live = false;
     };
     void begin(const Start& start);
     /// The same for the sound alone, while pictures go on.
@@ -76,12 +79,12 @@ class Playback {
   private:
     bool prime(int64_t now);
     int64_t presentDue(int64_t now);
+    void showNext();
 
     MediaClock m_clock;
     FrameQueue m_frames;
     AudioVoice m_voice;
     AudioMixer& m_mixer;
-    Wakeup& m_wakeup;
     VideoPresenter m_presenter;
 
     Start m_start{};

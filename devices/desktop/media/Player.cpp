@@ -14,21 +14,12 @@ e_pl_status ask(const std::shared_ptr<PlayerSession>& session, Request request) 
     return session ? request(*session) : e_pl_status_wrong_state;
 }
 
-/// The last holder of a session may be its own thread or one that must not wait.
-std::shared_ptr<PlayerSession> buriedByReaper(Reaper& reaper,
-                                              std::unique_ptr<PlayerSession> session) {
-    return {session.release(), [&reaper](PlayerSession* unloaded) {
-                reaper.take(std::shared_ptr<PlayerSession>(unloaded));
-            }};
-}
-
 }  // namespace
 
 Player::Player(MediaEngine& engine, const std::string& location, const Rect& bounds,
                std::shared_ptr<VideoOutput> output)
-    : m_session(buriedByReaper(engine.reaper(), std::make_unique<PlayerSession>(
-                                                    engine, location, bounds, std::move(output)))) {
-}
+    : m_session(engine.reaper().buried(
+          std::make_unique<PlayerSession>(engine, location, bounds, std::move(output)))) {}
 
 Player::~Player() { unload(); }
 
@@ -98,6 +89,10 @@ e_pl_status Player::suspend() {
     return ask(session(), [](PlayerSession& loaded) { return loaded.suspend(); });
 }
 
+void Player::setOutputTaken(bool isTaken) {
+    if (const auto loaded = session()) loaded->setOutputTaken(isTaken);
+}
+
 Player::Times Player::times() const {
     const auto loaded = session();
     return loaded ? loaded->times() : Times{0, 0, 0};
@@ -111,6 +106,11 @@ std::vector<TimeRange> Player::bufferedRanges() const {
 std::vector<TrackRef> Player::tracks(TrackKind kind) const {
     const auto loaded = session();
     return loaded ? loaded->tracks(kind) : std::vector<TrackRef>{};
+}
+
+PlayerReport Player::report() const {
+    const auto loaded = session();
+    return loaded ? loaded->report() : PlayerReport{};
 }
 
 Result<std::shared_ptr<Surface>> Player::thumbnail(int64_t position, uint32_t width,

@@ -11,6 +11,7 @@
 #include "graphics/Geometry.h"
 #include "media/MediaEngine.h"
 #include "media/PacketCache.h"
+#include "media/PlayerReport.h"
 #include "media/VideoOutput.h"
 #include "porting/pl_media.h"
 #include "porting/pl_status.h"
@@ -74,6 +75,8 @@ class Player {
     std::vector<TimeRange> bufferedRanges() const;
     /// In the medium's order; none before anything is known.
     std::vector<TrackRef> tracks(TrackKind kind) const;
+    /// All of that at once, and more. Of an unloaded player it is that of one that is idle.
+    PlayerReport report() const;
 
     /// An unknown id of a subtitle switches subtitles off; of another kind it is not found.
     e_pl_status selectTrack(TrackKind kind, uint32_t id);
@@ -87,6 +90,9 @@ class Player {
     e_pl_status abort();
     /// Halted by the device until resume(): e_pl_media_event_playback_suspend.
     e_pl_status suspend();
+    /// Whether something else has the output of pictures and sound. As long as it has, a player
+    /// that plays, or begins to, is suspended, and can't be resumed.
+    void setOutputTaken(bool isTaken);
 
     /// Takes the picture away and frees everything, in the background. No event is told from the
     /// return on, but that whose handler is already being called.

@@ -46,6 +46,7 @@ e_pl_status PlayerSession::start() {
         beginFetch();
         applyRunning();
     });
+    if (m_outputTaken) beSuspended();
     return e_pl_status_ok;
 }
 
@@ -59,15 +60,23 @@ e_pl_status PlayerSession::pause() {
 
 e_pl_status PlayerSession::resume() {
     const Lock lock(m_mutex);
-    if (m_state != State::paused) return e_pl_status_wrong_state;
+    const bool wasSuspended = m_state == State::suspended;
+    if (!isOneOf({State::paused, State::suspended})) return e_pl_status_wrong_state;
+    if (wasSuspended && m_outputTaken) return e_pl_status_unavailable;
     m_state = State::playing;
-    post([this] { applyRunning(); });
+    post([this, wasSuspended] {
+        // Told anew, so that a further suspension isn't taken for a repeat of the one before.
+        if (wasSuspended) m_readyTold = false;
+        applyRunning();
+    });
+    if (m_outputTaken) beSuspended();
     return e_pl_status_ok;
 }
 
 e_pl_status PlayerSession::stop() {
     const Lock lock(m_mutex);
-    if (!isOneOf({State::loaded, State::playing, State::paused, State::completed}))
+    if (!isOneOf(
+            {State::loaded, State::playing, State::paused, State::suspended, State::completed}))
         return e_pl_status_wrong_state;
     m_state = State::stopped;
     post([this] {
@@ -82,11 +91,12 @@ void PlayerSession::requestSeek(int64_t position) {
     ++m_pendingSeeks;
     m_position = position;
     post([this, position] {
+        beginAt(position);
         {
+            // Not sooner: until the clock stands at the position, m_position has to answer for it.
             const Lock begun(m_mutex);
             --m_pendingSeeks;
         }
-        beginAt(position);
         applyRunning();
     });
 }
@@ -140,6 +150,8 @@ e_pl_status PlayerSession::setSpeed(double& speed) {
 }
 
 e_pl_status PlayerSession::setVolume(uint8_t percent) {
+    const Lock lock(m_mutex);
+    m_volume = percent;
     m_playback->voice().setGain(static_cast<float>(percent) / 100);
     return e_pl_status_ok;
 }
@@ -179,12 +191,22 @@ e_pl_status PlayerSession::abort() {
 e_pl_status PlayerSession::suspend() {
     const Lock lock(m_mutex);
     if (m_state != State::playing) return e_pl_status_wrong_state;
-    m_state = State::paused;
+    beSuspended();
+    return e_pl_status_ok;
+}
+
+void PlayerSession::beSuspended() {
+    m_state = State::suspended;
     post([this] {
         applyRunning();
         tell(e_pl_media_event_playback_suspend);
     });
-    return e_pl_status_ok;
+}
+
+void PlayerSession::setOutputTaken(bool isTaken) {
+    const Lock lock(m_mutex);
+    m_outputTaken = isTaken;
+    if (isTaken && m_state == State::playing) beSuspended();
 }
 
 Player::Times PlayerSession::times() const {

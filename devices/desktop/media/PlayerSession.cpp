@@ -285,8 +285,9 @@ void PlayerSession::fail(MediaError error) {
     bool started = false;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        started = m_state == State::playing || m_state == State::paused;
+        started = isOneOf({State::playing, State::paused, State::suspended});
         m_state = State::failed;
+        m_error = error;
     }
     m_playback->setRunning(false);
     const auto value = static_cast<uint8_t>(error);

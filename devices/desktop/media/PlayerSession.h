@@ -48,9 +48,11 @@ class PlayerSession {
     e_pl_status selectTrack(TrackKind kind, uint32_t id);
     e_pl_status abort();
     e_pl_status suspend();
+    void setOutputTaken(bool isTaken);
     Player::Times times() const;
     std::vector<TimeRange> bufferedRanges() const;
     std::vector<TrackRef> tracks(TrackKind kind) const;
+    PlayerReport report() const;
     Thumbnailer& thumbnailer() { return m_thumbnailer; }
 
     /// No event is told and nothing is shown from the return on; threads end soon.
@@ -62,6 +64,7 @@ class PlayerSession {
         loaded,  ///< being fetched, or fetched; nothing is shown yet
         playing,
         paused,
+        suspended,
         stopped,
         completed,
         failed,
@@ -75,7 +78,9 @@ class PlayerSession {
     void post(std::function<void()> command);
     bool isOneOf(std::initializer_list<State> states) const;
     void requestSeek(int64_t position);
+    void beSuspended();
     TrackRef findTrack(TrackKind kind, uint32_t id) const;
+    PlayerReport::State reportedState() const;
 
     // Of the session's thread, without the lock.
     void run();
@@ -107,9 +112,12 @@ class PlayerSession {
     mutable std::mutex m_mutex;  ///< guards what follows, up to the blank line
     State m_state = State::idle;
     bool m_closed = false;
+    bool m_outputTaken = false;
     int m_pendingSeeks = 0;  ///< asked for and not begun yet
     int64_t m_position = 0;  ///< where it goes to, or where playing will begin
     double m_speed = 1;
+    uint8_t m_volume = 100;
+    MediaError m_error = MediaError::none;
     MediaInfo m_info;  ///< written by the session's thread only, once
     std::array<TrackRef, kTrackKinds> m_selected;
     Player::EventHandler m_handler;
@@ -118,8 +126,8 @@ class PlayerSession {
     // Of the session's thread alone.
     std::unique_ptr<Demuxer> m_demuxer;
     bool m_open = false;
-    bool m_fetchReady = false;
-    bool m_readyTold = false;  ///< playback_ready, since the last start
+    std::atomic<bool> m_fetchReady{false};  ///< for reports
+    bool m_readyTold = false;               ///< playback_ready, since the last start
     bool m_failed = false;
     bool m_audible = false;  ///< the present segment has sound
     bool m_backwards = false;

@@ -7,12 +7,12 @@
 #include "graphics/Geometry.h"
 #include "graphics/Surface.h"
 #include "graphics/text/Font.h"
-#include "media/SubtitleTrack.h"
+#include "media/SubtitleCue.h"
 
 namespace quiravent::desktop {
 
-/// Draws subtitles over pictures: text in white with a black edge at the bottom, in a height that
-/// goes with the picture's. For one thread.
+/// Draws subtitles over pictures: text with a black edge, in white at the bottom unless it has a
+/// colour and a place of its own, in a height that goes with the picture's. For one thread.
 class SubtitlePainter {
   public:
     /// fontFile: a TrueType or OpenType file, read when text is drawn for the first time; without
@@ -23,8 +23,17 @@ class SubtitlePainter {
     void paint(const SubtitleCue& cue, const std::shared_ptr<Surface>& surface, const Box& area);
 
   private:
-    void paintLine(const std::string& line, const std::shared_ptr<Surface>& surface, int32_t x,
-                   int32_t bottom);
+    struct Place {
+        int32_t x;
+        int32_t bottom;
+        TextAlignment alignment;
+    };
+    void paintUsualLines(const SubtitleCue& cue, const std::shared_ptr<Surface>& surface,
+                         const Box& area);
+    void paintLine(const StyledText& text, const std::shared_ptr<Surface>& surface,
+                   const Place& place);
+    void paintPlacedLine(const PlacedLine& line, const std::shared_ptr<Surface>& surface,
+                         const Box& area);
     void paintBitmap(const SubtitleBitmap& bitmap, const SubtitleCue& cue,
                      const std::shared_ptr<Surface>& surface, const Box& area);
     Font* fontOf(uint32_t pixelHeight);

@@ -38,11 +38,19 @@ void VideoPresenter::redraw() {
         m_scaler.scale(m_frame, bounds.width, bounds.height, m_pool);
     if (!surface) return;
     followSubtitles();
-    const SubtitleCue* cue = m_subtitles ? m_subtitles->at(m_frame.pts) : nullptr;
-    if (cue != nullptr)
+    for (const SubtitleCue* const cue : shownCues())
         m_painter.paint(*cue, surface, fittedBox(bounds.width, bounds.height, m_frame));
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_closed) m_output.show({surface, bounds, m_frame.pts});
+}
+
+std::vector<const SubtitleCue*> VideoPresenter::shownCues() const {
+    const SubtitleCue* const subtitle = m_subtitles ? m_subtitles->at(m_frame.pts) : nullptr;
+    const SubtitleCue* const caption = m_captions ? m_captions->cue() : nullptr;
+    std::vector<const SubtitleCue*> cues;
+    for (const SubtitleCue* const cue : {subtitle, caption})
+        if (cue != nullptr && hasPicture()) cues.push_back(cue);
+    return cues;
 }
 
 void VideoPresenter::followSubtitles() {

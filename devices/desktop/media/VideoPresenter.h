@@ -5,9 +5,12 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "graphics/Geometry.h"
 #include "media/PacketSource.h"
+#include "media/PictureCaptions.h"
 #include "media/SubtitlePainter.h"
 #include "media/SubtitleTrack.h"
 #include "media/VideoOutput.h"
@@ -16,7 +19,7 @@
 namespace quiravent::desktop {
 
 /// Brings decoded pictures, with the subtitles on them, to a player's output. For the player's
-/// thread, but for setBounds() and close().
+/// thread, but for the bounds and close().
 class VideoPresenter {
   public:
     /// Source, output and pool outlive the presenter.
@@ -25,6 +28,16 @@ class VideoPresenter {
         : m_source(source), m_output(output), m_pool(pool), m_painter(subtitleFont) {}
 
     void setBounds(const Rect& bounds);
+    Rect bounds() const;
+
+    /// Captions inside the pictures from now on; null for none.
+    void setCaptions(std::shared_ptr<PictureCaptions> captions) {
+        m_captions = std::move(captions);
+    }
+    /// A picture's time has come, whether or not it is presented.
+    void follow(const VideoFrame& frame) {
+        if (m_captions) m_captions->follow(frame);
+    }
 
     /// Takes the picture that is to be seen now, or is as soon as the presenter shows it.
     void present(VideoFrame frame);
@@ -32,6 +45,9 @@ class VideoPresenter {
     bool isVisible() const { return m_visible; }
     /// Shows the present picture anew, since something about it has changed.
     void redraw();
+
+    /// The subtitles and captions that belong onto the present picture.
+    std::vector<const SubtitleCue*> shownCues() const;
 
     bool hasPicture() const { return m_frame.picture != nullptr; }
     const VideoFrame& picture() const { return m_frame; }
@@ -43,7 +59,6 @@ class VideoPresenter {
 
   private:
     void followSubtitles();
-    Rect bounds() const;
 
     PacketSource& m_source;
     VideoOutput& m_output;
@@ -53,6 +68,7 @@ class VideoPresenter {
     std::unique_ptr<SubtitleTrack> m_subtitles;
     uint32_t m_subtitleSerial = 0;
     std::deque<PacketRef> m_subtitlePackets;  ///< that aren't due yet
+    std::shared_ptr<PictureCaptions> m_captions;
     VideoFrame m_frame;
     bool m_visible = false;
 

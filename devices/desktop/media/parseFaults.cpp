@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <sstream>
 #include <utility>
@@ -45,6 +46,12 @@ bool parseFault(const std::string& text, Fault& fault) {
 }
 
 }  // namespace
+
+const char* nameOf(Fault::Kind kind) {
+    const auto* const found = std::find_if(kNames.begin(), kNames.end(),
+                                           [kind](const Name& name) { return name.kind == kind; });
+    return found->text;
+}
 
 Result<std::vector<Fault>> parseFaults(const std::string& text) {
     std::vector<Fault> faults;

@@ -11,6 +11,7 @@ void RuntimeState::set(e_pl_platform_runtime_state state) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (state == m_state) return;
     m_state = state;
+    m_listener(state);
     m_events.post([this, state](int64_t) {
         const pl_platform_runtime_state_callback callback = m_onChange;
         if (callback != nullptr) callback(state);

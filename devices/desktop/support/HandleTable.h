@@ -10,7 +10,14 @@
 namespace quiravent::desktop {
 
 /// What a handle stands for. It is part of the handle, so that one of another kind is refused.
-enum class HandleKind : uint32_t { canvas = 1, font = 2, store = 3, urlPlayer = 4, adPlayer = 5 };
+enum class HandleKind : uint32_t {
+    canvas = 1,
+    font = 2,
+    store = 3,
+    urlPlayer = 4,
+    adPlayer = 5,
+    livePlayer = 6
+};
 
 /// Objects known to the outside by 32-bit handles. From the top, a handle is 4 bits of kind (never
 /// 0, hence no handle is 0), 8 bits of generation and 20 bits of slot. A slot waits in a queue of

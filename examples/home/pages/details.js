@@ -21,14 +21,20 @@ class DetailPanel {
 
   get labels() {
     const isListed = this.app.settings.list.indexOf(this.item.id) >= 0;
-    return [isListed ? 'Remove from my list' : 'Add to my list', 'Close'];
+    return ['Play', isListed ? 'Remove from my list' : 'Add to my list', 'Close'];
   }
 
   handleKey(key) {
-    if (key === 'left') this.button = 0;
-    else if (key === 'right') this.button = 1;
-    else if (key === 'back' || (key === 'enter' && this.button === 1)) this.app.close();
-    else if (key === 'enter') this.app.toggleListed(this.item.id);
+    const actions = [
+      () => this.app.play(this.item),
+      () => this.app.toggleListed(this.item.id),
+      () => this.app.close()
+    ];
+    if (key === 'left') this.button = Math.max(0, this.button - 1);
+    else if (key === 'right') this.button = Math.min(actions.length - 1, this.button + 1);
+    else if (key === 'enter') actions[this.button]();
+    else if (key === 'play' || key === 'playPause') this.app.play(this.item);
+    else if (key === 'back') this.app.close();
   }
 
   draw(pen) {

@@ -47,6 +47,7 @@ class HomePage {
     const moves = { left: [-1, 0], right: [1, 0], up: [0, -1], down: [0, 1] };
     if (moves[key]) this.move(moves[key][0], moves[key][1]);
     else if (key === 'enter') this.open();
+    else if (key === 'play' || key === 'playPause') this.app.play(this.item);
     else if (key === 'blue') this.app.openSettings();
     else if (key === 'back') this.goToStart();
   }

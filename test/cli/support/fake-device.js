@@ -87,6 +87,42 @@ class FakeDevice {
   }
 }
 
+const track = (id, language, selected) => ({ id, language, selected });
+
+FakeDevice.players = [
+  {
+    player: 1,
+    kind: 'url',
+    url: '/film.mp4',
+    state: 'playing',
+    time: { begin: 0, now: 3041, end: 60000 },
+    speed: 1,
+    bounds: { x: 0, y: 0, w: 1280, h: 720 },
+    tracks: {
+      video: [track(0, 'und', true)],
+      audio: [track(1, 'eng', false), track(2, 'fra', true)],
+      subtitle: [track(3, 'eng', false)]
+    }
+  },
+  {
+    player: 2,
+    kind: 'ad',
+    url: '/ad.mp4',
+    state: 'failed',
+    error: 2,
+    reason: 'not found',
+    time: { begin: 0, now: 0, end: 0 },
+    speed: 1,
+    bounds: { x: 320, y: 180, w: 640, h: 360 },
+    tracks: { video: [], audio: [], subtitle: [] }
+  }
+];
+
+FakeDevice.faults = [
+  { fault: 1, kind: 'slow', from: 2, to: 10, bytesPerSecond: 50000, on: true },
+  { fault: 2, kind: 'stalled', from: 12, to: 20, on: false }
+];
+
 FakeDevice.handlers = {
   press: (request) =>
     codes[request.key] ? { code: codes[request.key] } : refuse(`unknown key '${request.key}'`),
@@ -109,6 +145,10 @@ FakeDevice.handlers = {
     return { state: wanted };
   },
   message: () => ({}),
+  players: () => ({ players: FakeDevice.players }),
+  waitPlayer: () => ({ player: FakeDevice.players[0] }),
+  haltPlayer: () => ({}),
+  faults: () => ({ faults: FakeDevice.faults }),
   keys: () => ({
     keys: Object.keys(codes).map((name) => ({ name, code: codes[name], aliases: [`VK_${name}`] }))
   }),

@@ -112,7 +112,7 @@ TEST(Configuration, WrongFileIsRefusedWithOneLine) {
     };
     const Case cases[] = {
         {R"({"scren": {"driver": "auto"}})",
-         R"(: unknown key scren with the value {"driver":"auto"}; allowed: screen, storage, graphics, network, media, input, platform, control, log)"},
+         R"(: unknown key scren with the value {"driver":"auto"}; allowed: screen, storage, network, graphics, media, input, platform, control, log)"},
         {R"({"screen": {"size": 5}})",
          ": unknown key screen.size with the value 5; allowed: driver, capture"},
         {R"({"screen": "headless"})",
@@ -176,6 +176,16 @@ TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
         EXPECT_EQ(readingError({{name, "loud"}}),
                   joined("environment variable ", name, " is ", line));
     }
+}
+
+TEST(Configuration, WhatIsNestedTooDeeplyIsRefused) {
+    const std::string deep = std::string(100000, '[') + std::string(100000, ']');
+    const ConfigurationFile file(R"({"platform": {"properties": {"a": )" + deep + "}}}");
+    EXPECT_EQ(readingError(file.variables()),
+              file.path() + ": nested too deeply; allowed: 32 levels");
+    EXPECT_EQ(readingError({{"QUIRAVENT_PROPERTIES", deep}}),
+              joined("environment variable QUIRAVENT_PROPERTIES is \"", std::string(59, '['),
+                     "...; allowed: an object, in which each value is a text without NUL"));
 }
 
 TEST(Configuration, NamedFileHasToBeReadable) {

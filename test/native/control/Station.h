@@ -72,6 +72,8 @@ class Client {
 /// A device with a screen that is looked at by nobody, and its control channel.
 class Station {
   public:
+    explicit Station(const std::string& faults = "") : m_configuration(withFaults(faults)) {}
+
     Client client() const { return Client(socketPath()); }
     std::string operator/(const std::string& name) const { return m_folder / name; }
     std::string socketPath() const { return m_folder / "control"; }
@@ -88,21 +90,30 @@ class Station {
     }
 
     RemoteControl& remote() { return m_remote; }
+    PlayerService& players() { return m_players; }
     RuntimeState& state() { return m_state; }
     ControlServer& server() { return m_server; }
     std::future<void> processEnd() { return m_processEnd.get_future(); }
 
   private:
+    static Configuration withFaults(const std::string& faults) {
+        Configuration configuration;
+        configuration.media.faults = faults;
+        return configuration;
+    }
+
     TemporaryFolder m_folder;
+    const Configuration m_configuration;
     SurfacePool m_pool{size_t{4} * Screen::kWidth * Screen::kHeight * 2};
     EventThread m_events{"events"};
     RemoteControl m_remote;
     RuntimeState m_state{m_events};
     Screen m_screen{std::make_unique<HeadlessDisplay>(), CapturePattern("")};
+    PlayerService m_players{m_configuration, m_screen};
     std::promise<void> m_processEnd;
-    ControlServer m_server{
-        m_folder / "control",
-        {m_remote, m_state, m_screen, [this] { m_processEnd.set_value(); }, m_folder / "pipe"}};
+    ControlServer m_server{m_folder / "control",
+                           {m_remote, m_state, m_screen, m_players,
+                            [this] { m_processEnd.set_value(); }, m_folder / "pipe"}};
     const bool m_listening = [this] {
         m_screen.setFrameListener(m_server.waker());
         return true;

@@ -5,9 +5,15 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 #include <functional>
+#include <memory>
+#include <sstream>
+#include <string>
 
+#include "KernelComparison.h"
 #include "TestPixels.h"
+#include "graphics/KernelSets.h"
 
 namespace quiravent::desktop::test {
 namespace {
@@ -141,7 +147,7 @@ TEST_P(EveryMode, FillsWholeRowsMasksAndSpans) {
         expectRow([&](size_t i) { return at(i, 255); });
 
         m_out = m_rows.destination;
-        mode().fillMask(m_out.data(), m_rows.mask.data(), kCount, color);
+        mode().fillMask({m_out.data(), 0, kCount, 1}, m_rows.mask.data(), 0, color);
         expectRow([&](size_t i) { return at(i, m_rows.mask[i]); });
 
         m_out = m_rows.destination;
@@ -176,6 +182,47 @@ TEST(Kernels, SpecialRowsAgreeWithTheirMode) {
         const Operator& over = kOperators[kSourceOver];
         ASSERT_EQ(plain[i], combined(over, rows.source[i], d, 77, 255, unrounded));
     }
+}
+
+std::string outputOf(const std::string& command) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+    std::string text;
+    for (int c = std::fgetc(pipe.get()); c != EOF; c = std::fgetc(pipe.get())) text += char(c);
+    return text;
+}
+
+TEST(Kernels, OfEveryVectorUnitAgreeWithThePortableOnesBitForBit) {
+    EXPECT_STREQ(kernelSets().back().name, "scalar");
+    for (const KernelSet& set : kernelSets()) {
+        EXPECT_EQ(firstDifference(set.kernels, kScalarKernels), "") << set.name;
+    }
+}
+
+/// What is compiled for a vector unit must not be linked into code for all processors: nothing
+/// but the function that gives out the operations may be seen from other sources.
+TEST(Kernels, OfAVectorUnitShareNoCodeWithOthers) {
+    std::istringstream objects(QUIRAVENT_GRAPHICS_OBJECTS);
+    size_t units = 0;
+    for (std::string object; objects >> object;) {
+        if (object.find("/simd/") == std::string::npos) continue;
+        ++units;
+        const std::string shared =
+            outputOf("nm --defined-only --extern-only --format=just-symbols " + object);
+        EXPECT_EQ(std::count(shared.begin(), shared.end(), '\n'), 1) << object << ":\n" << shared;
+    }
+    EXPECT_EQ(units, kernelSets().size() - 1);
+}
+
+TEST(Kernels, AreThoseThatWereSelected) {
+    const Kernels* const before = &kernels();
+    EXPECT_EQ(before, &kernelSets().front().kernels);
+    EXPECT_FALSE(selectKernels("abacus"));
+    EXPECT_EQ(&kernels(), before);
+    for (const KernelSet& set : kernelSets()) {
+        EXPECT_TRUE(selectKernels(set.name));
+        EXPECT_EQ(&kernels(), &set.kernels);
+    }
+    EXPECT_TRUE(selectKernels(kernelSets().front().name));
 }
 
 }  // namespace

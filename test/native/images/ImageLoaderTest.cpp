@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/TemporaryFolder.h"
 #include "images/Encoders.h"
-#include "support/TemporaryFolder.h"
 
 namespace quiravent::test {
 namespace {
@@ -33,8 +33,8 @@ TEST(ImageLoaderTest, NamesTheLocationOfWhatFails) {
         {folder.write("text", {'h', 'i'}), "cannot load image",
          "it is none of a PNG, JPEG and WebP picture"},
         {folder.write("empty", {}), "cannot read", "it is empty"},
-        {folder.path(""), "cannot read", "it is a directory"},
-        {folder.path("missing"), "cannot read", "no such file"},
+        {folder / "", "cannot read", "it is a directory"},
+        {folder / "missing", "cannot read", "no such file"},
     };
     for (const auto& expected : kCases) {
         const auto image = desktop::loadImage(expected.location, pool);

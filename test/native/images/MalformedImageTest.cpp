@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "common/MalformedInput.h"
 #include "images/Encoders.h"
-#include "support/MalformedInput.h"
 
 namespace quiravent::test {
 namespace {

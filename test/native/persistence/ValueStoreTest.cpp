@@ -9,7 +9,9 @@
 
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -220,32 +222,66 @@ TEST(ValueStore, ProcessesShareTheFileFromItsFirstMomentOn) {
     EXPECT_EQ(store.getAll("c").size(), size_t{kProcesses * kValues + 1});
 }
 
-TEST(ValueStore, WhatWasSetSurvivesAKillInTheMiddle) {
-    const TemporaryFolder folder;
-    int channel[2];
-    ASSERT_EQ(pipe(channel), 0);
-    const pid_t child = startChild([&] {
-        ValueStore store(folder.path(), Durability::process);
-        for (uint32_t i = 0;; ++i) {
-            store.set("c", "last", std::to_string(i));
-            store.set("c", std::to_string(i), std::string(3000, static_cast<char>('a' + i % 26)));
-            if (write(channel[1], &i, sizeof i) != sizeof i) return false;
+/// How often the writing process is killed: QUIRAVENT_KILLS, or a few times.
+int numberOfKills() {
+    const char* const text = std::getenv("QUIRAVENT_KILLS");
+    return text != nullptr ? std::atoi(text) : 12;
+}
+
+std::string valueOf(uint32_t key) {
+    return std::string(1000 + key * 7919 % 5000, static_cast<char>('a' + key % 26));
+}
+
+/// Sets values from a key on until it is killed, and tells each key when its value is set.
+pid_t startWriter(const std::string& folder, uint32_t first, int channel) {
+    return startChild([=] {
+        ValueStore store(folder, first % 2 == 0 ? Durability::process : Durability::machine);
+        for (uint32_t key = first;; ++key) {
+            store.set("c", std::to_string(key), valueOf(key));
+            if (write(channel, &key, sizeof key) != sizeof key) return false;
         }
     });
-    uint32_t acknowledged = 0;
-    while (acknowledged < 700) ASSERT_EQ(read(channel[0], &acknowledged, sizeof acknowledged), 4);
+}
+
+/// Kills a writer at a random moment; gives the key behind the last one that it told of.
+uint32_t killWriter(const std::string& folder, uint32_t first, std::mt19937& random) {
+    int channel[2];
+    EXPECT_EQ(pipe(channel), 0);
+    const pid_t child = startWriter(folder, first, channel[1]);
+    close(channel[1]);
+    const uint32_t enough = first + random() % 40;
+    uint32_t next = first;
+    const auto hears = [&] {
+        uint32_t key = 0;
+        if (read(channel[0], &key, sizeof key) != sizeof key) return false;
+        next = key + 1;
+        return true;
+    };
+    while (next < enough && hears()) continue;
+    usleep(random() % 2000);
     kill(child, SIGKILL);
     waitForChild(child);
-    close(channel[1]);
-    while (read(channel[0], &acknowledged, sizeof acknowledged) == 4) continue;
+    while (hears()) continue;
     close(channel[0]);
+    return next;
+}
 
-    ValueStore store(folder.path(), Durability::process);
-    EXPECT_GE(std::stoul(store.get("c", "last").value()), acknowledged);
-    for (uint32_t i = 0; i <= acknowledged; ++i) {
-        ASSERT_EQ(store.get("c", std::to_string(i)),
-                  std::string(3000, static_cast<char>('a' + i % 26)));
+TEST(ValueStore, WhatWasSetSurvivesEveryKillInTheMiddle) {
+    const TemporaryFolder folder;
+    std::mt19937 random(20261121);
+    uint32_t next = 0;
+    for (int round = 0; round < numberOfKills(); ++round) {
+        next = killWriter(folder.path(), next, random);
+        ValueStore store(folder.path(), Durability::process);
+        const auto values = store.getAll("c");
+        for (uint32_t key = 0; key < next; ++key) {
+            ASSERT_EQ(values.count(std::to_string(key)), 1U) << key << " is lost";
+        }
+        for (const auto& [key, value] : values) {
+            ASSERT_EQ(value, valueOf(static_cast<uint32_t>(std::stoul(key)))) << key;
+        }
     }
+    EXPECT_GT(next, 0U);
 }
 
 TEST(Persistence, OneHandlePerContextAndNoneOfAnythingElse) {

@@ -5,8 +5,8 @@
 
 #include <cstdlib>
 
+#include "common/TemporaryFolder.h"
 #include "resources/HttpServer.h"
-#include "support/TemporaryFolder.h"
 
 namespace quiravent::desktop {
 namespace {
@@ -14,7 +14,6 @@ namespace {
 using std::chrono::milliseconds;
 using test::HttpExchange;
 using test::HttpServer;
-using test::TemporaryFolder;
 
 const Bytes kContent{'c', 0, 'n', 255};
 const std::string kContentText(kContent.begin(), kContent.end());
@@ -31,8 +30,8 @@ std::string expectedFailure(const std::string& location, const std::string& why)
 TEST(ResourceFileTest, ReadsByPathAndByUrl) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a b.bin", kContent);
-    for (const std::string& location : {path, "file://" + folder.path("a%20b.bin"),
-                                        "file://localhost" + folder.path("a%20b.bin")}) {
+    for (const std::string& location :
+         {path, "file://" + (folder / "a%20b.bin"), "file://localhost" + (folder / "a%20b.bin")}) {
         const auto bytes = readResource(location);
         ASSERT_TRUE(bytes) << bytes.reason();
         EXPECT_EQ(*bytes, kContent) << location;
@@ -60,14 +59,14 @@ TEST(ResourceFileTest, ReadsFilesWhoseSizeIsNotKnownBeforehand) {
 
 TEST(ResourceFileTest, NamesWhatIsWrong) {
     const TemporaryFolder folder;
-    const std::string pipe = folder.path("pipe");
+    const std::string pipe = folder / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const struct {
         std::string location;
         const char* why;
     } kCases[] = {
-        {folder.path("missing"), "no such file"},
-        {folder.path(""), "it is a directory"},
+        {folder / "missing", "no such file"},
+        {folder / "", "it is a directory"},
         {folder.write("empty", {}), "it is empty"},
         {folder.write("plain", kContent) + "/x", "Not a directory"},
         {pipe, "it is not a regular file"},

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "support/MalformedInput.h"
+#include "common/MalformedInput.h"
 #include "text/TestFont.h"
 
 namespace quiravent::test {

@@ -5,9 +5,10 @@
 const path = require('path');
 const { spawn } = require('child_process');
 const { runtime } = require('./build');
+const { patience } = require('./pace');
 
 /** A process that isn't over by then is ended; in ms. */
-const PATIENCE = 60000;
+const PATIENCE = patience(60000);
 
 const PRELUDE = `
 const recorder = require(${JSON.stringify(path.join(__dirname, 'recorder'))});
@@ -21,11 +22,13 @@ const say = (text) => require('fs').writeSync(1, text);
  * once) and `support(name)` (a file of this folder) are known. Resolves with { code, signal, stdout,
  * stderr }; code is null when a signal ended the process, and the other way round.
  *
- * watch(output, child), if given, is called at each piece of output, with all of it so far.
+ * watch(output, child), if given, is called at each piece of output, with all of it so far;
+ * variables are added to the environment.
  */
-function runScript(source, watch) {
+function runScript(source, watch, variables) {
   return new Promise((resolve, reject) => {
     const child = spawn(runtime, ['--expose-gc', '-e', PRELUDE + source], {
+      env: Object.assign({}, process.env, variables),
       stdio: ['ignore', 'pipe', 'pipe']
     });
     const result = { code: null, signal: null, stdout: '', stderr: '' };

@@ -17,13 +17,14 @@
 
 const path = require('path');
 const { buildFolder } = require('./build');
+const { patience } = require('./pace');
 const native = require(path.join(buildFolder, 'recorder', 'recorder.node'));
 
 const functions = new Set(native.functions());
 const callbacks = ['keyPress', 'keyRelease', 'media', 'ad', 'dtv', 'runtimeState'];
 
 /** After which a wait is given up, in ms. */
-const PATIENCE = 10000;
+const PATIENCE = patience(10000);
 
 const waiters = new Set();
 let lastGate = 0;
@@ -137,7 +138,7 @@ function waitForCalls(fn, count) {
  */
 function hold(fn, behaviour) {
   const gate = `gate ${(lastGate += 1)}`;
-  once(fn, Object.assign({}, behaviour, { gate }));
+  once(fn, Object.assign({ patience: PATIENCE }, behaviour, { gate }));
   return {
     gate,
     open: () => native.openGate(gate),

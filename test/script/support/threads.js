@@ -3,11 +3,12 @@
 // The threads and descriptors of this process, as the kernel tells them.
 
 const fs = require('fs');
+const { patience } = require('./pace');
 
 const TASKS = '/proc/self/task';
 
 /** After which a wait is given up, in ms. */
-const PATIENCE = 10000;
+const PATIENCE = patience(10000);
 
 /** What read(id) gives for each thread that is still there. */
 function eachThread(read) {

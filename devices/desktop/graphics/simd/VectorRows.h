@@ -1,0 +1,290 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "graphics/Kernels.h"
+#include "graphics/PixelBlend.h"
+
+namespace quiravent::desktop {
+
+// The row operations, written once for all vector units. Each unit's source includes this header
+// and gives a class V of its own anonymous namespace, so that what is instantiated here belongs to
+// that source alone: compiled for a better processor, it must never be taken for anyone else's.
+//
+// V has: kPixels pixels in one V::Pixels; load, store, loadPart and storePart (1 to kPixels - 1
+// pixels); splat (a pixel, repeated), weight (a byte, repeated); coverage and coveragePart (mask
+// bytes, each repeated for the channels of its pixel); alphas (of each pixel, repeated for its
+// channels); inverted (255 - x); sum, saturatedSum; scaled (a * w / 255), mixed ((a * u + b * v) /
+// 255), both rounded to nearest; isTransparent and isOpaque (all of them). For scaling, classes
+// CoarseSums and FineSums of weighted pixels: weights (of two pixels), add, rounded.
+
+template <class V>
+using PixelsOf = typename V::Pixels;
+
+template <class V, Factor factor>
+static inline PixelsOf<V> weightsOf(PixelsOf<V> source, PixelsOf<V> destination) {
+    if constexpr (factor == Factor::sourceAlpha) return V::alphas(source);
+    if constexpr (factor == Factor::destinationAlpha) return V::alphas(destination);
+    if constexpr (factor == Factor::inverseSourceAlpha) return V::inverted(V::alphas(source));
+    return V::inverted(V::alphas(destination));
+}
+
+/// blend<mode> of PixelBlend.h for as many pixels as V holds; where a factor is 0 or 1, what is
+/// left out changes no rounding.
+template <class V, uint32_t mode>
+static inline PixelsOf<V> blendPixels(PixelsOf<V> source, PixelsOf<V> destination) {
+    constexpr PorterDuff kMode = kPorterDuff[mode];
+    if constexpr (mode == kAdd) {
+        return V::saturatedSum(source, destination);
+    } else if constexpr (mode == kSource) {
+        return source;
+    } else if constexpr (kMode.source == Factor::one) {
+        const auto keep = weightsOf<V, kMode.destination>(source, destination);
+        return V::sum(source, V::scaled(destination, keep));
+    } else if constexpr (kMode.source == Factor::zero) {
+        return V::scaled(destination, weightsOf<V, kMode.destination>(source, destination));
+    } else if constexpr (kMode.destination == Factor::zero) {
+        return V::scaled(source, weightsOf<V, kMode.source>(source, destination));
+    } else if constexpr (kMode.destination == Factor::one) {
+        const auto take = weightsOf<V, kMode.source>(source, destination);
+        return V::sum(destination, V::scaled(source, take));
+    } else {
+        const auto take = weightsOf<V, kMode.source>(source, destination);
+        return V::mixed(source, take, destination,
+                        weightsOf<V, kMode.destination>(source, destination));
+    }
+}
+
+template <class V>
+static inline PixelsOf<V> interpolatePixels(PixelsOf<V> from, PixelsOf<V> to, PixelsOf<V> weight) {
+    return V::mixed(to, weight, from, V::inverted(weight));
+}
+
+/// Whether a fill stores its colour, whatever was there.
+template <uint32_t mode>
+static inline bool storesColor(uint32_t color) {
+    const bool over = kPorterDuff[mode].source == Factor::one &&
+                      kPorterDuff[mode].destination == Factor::inverseSourceAlpha;
+    return mode == kSource || (over && alphaOf(color) == 255);
+}
+
+template <class V>
+void storeColor(uint32_t* destination, size_t count, uint32_t color) {
+    const auto pixels = V::splat(color);
+    for (; count >= V::kPixels; count -= V::kPixels, destination += V::kPixels) {
+        V::store(destination, pixels);
+    }
+    if (count != 0) V::storePart(destination, pixels, count);
+}
+
+template <class V, uint32_t mode>
+void fillRow(uint32_t* destination, size_t count, uint32_t color) {
+    const auto source = V::splat(color);
+    for (; count >= V::kPixels; count -= V::kPixels, destination += V::kPixels) {
+        V::store(destination, blendPixels<V, mode>(source, V::load(destination)));
+    }
+    if (count == 0) return;
+    const auto before = V::loadPart(destination, count);
+    V::storePart(destination, blendPixels<V, mode>(source, before), count);
+}
+
+/// Calls combine(source, destination) for the pixels of two rows and stores what it gives.
+template <class V, class Combine>
+static inline void combineRows(uint32_t* destination, const uint32_t* source, size_t count,
+                               Combine combine) {
+    for (; count >= V::kPixels; count -= V::kPixels) {
+        V::store(destination, combine(V::load(source), V::load(destination)));
+        destination += V::kPixels;
+        source += V::kPixels;
+    }
+    if (count == 0) return;
+    const auto before = V::loadPart(destination, count);
+    V::storePart(destination, combine(V::loadPart(source, count), before), count);
+}
+
+template <class V, uint32_t mode>
+void composeRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t opacity) {
+    using Pixels = PixelsOf<V>;
+    if (opacity == 255) {
+        combineRows<V>(destination, source, count,
+                       [](Pixels s, Pixels d) { return blendPixels<V, mode>(s, d); });
+        return;
+    }
+    const auto weight = V::weight(opacity);
+    combineRows<V>(destination, source, count, [weight](Pixels s, Pixels d) {
+        return blendPixels<V, mode>(V::scaled(s, weight), d);
+    });
+}
+
+template <class V, uint32_t mode>
+void composeMaskRow(uint32_t* destination, const uint32_t* source, const uint8_t* mask,
+                    size_t count, uint32_t opacity) {
+    using Pixels = PixelsOf<V>;
+    const auto weight = V::weight(opacity);
+    const auto combine = [weight](Pixels s, Pixels d, Pixels coverage) {
+        const auto blended = blendPixels<V, mode>(V::scaled(s, weight), d);
+        return interpolatePixels<V>(d, blended, coverage);
+    };
+    for (; count >= V::kPixels; count -= V::kPixels) {
+        const auto before = V::load(destination);
+        V::store(destination, combine(V::load(source), before, V::coverage(mask)));
+        destination += V::kPixels;
+        source += V::kPixels;
+        mask += V::kPixels;
+    }
+    if (count == 0) return;
+    const auto before = V::loadPart(destination, count);
+    const auto coverage = V::coveragePart(mask, count);
+    V::storePart(destination, combine(V::loadPart(source, count), before, coverage), count);
+}
+
+template <class V, class Combine>
+static inline void fillMaskWith(const PixelBlock& block, const uint8_t* mask, size_t maskStride,
+                                Combine combine) {
+    uint32_t* row = block.pixels;
+    for (size_t y = 0; y < block.height; ++y, row += block.stride, mask += maskStride) {
+        size_t x = 0;
+        for (; x + V::kPixels <= block.width; x += V::kPixels) {
+            const auto coverage = V::coverage(mask + x);
+            if (V::isTransparent(coverage)) continue;
+            V::store(row + x, combine(V::load(row + x), coverage));
+        }
+        const size_t rest = block.width - x;
+        if (rest == 0) continue;
+        const auto coverage = V::coveragePart(mask + x, rest);
+        V::storePart(row + x, combine(V::loadPart(row + x, rest), coverage), rest);
+    }
+}
+
+template <class V, uint32_t mode>
+void fillMask(const PixelBlock& block, const uint8_t* mask, size_t maskStride, uint32_t color) {
+    using Pixels = PixelsOf<V>;
+    const auto source = V::splat(color);
+    if (storesColor<mode>(color)) {
+        fillMaskWith<V>(block, mask, maskStride, [source](Pixels before, Pixels coverage) {
+            return interpolatePixels<V>(before, source, coverage);
+        });
+        return;
+    }
+    fillMaskWith<V>(block, mask, maskStride, [source](Pixels before, Pixels coverage) {
+        return interpolatePixels<V>(before, blendPixels<V, mode>(source, before), coverage);
+    });
+}
+
+template <class V, uint32_t mode>
+void fillSpan(uint32_t* pixels, size_t count, uint32_t coverage, uint32_t color) {
+    const auto source = V::splat(color);
+    const auto weight = V::weight(coverage);
+    for (; count >= V::kPixels; count -= V::kPixels, pixels += V::kPixels) {
+        const auto before = V::load(pixels);
+        const auto blended = blendPixels<V, mode>(source, before);
+        V::store(pixels, interpolatePixels<V>(before, blended, weight));
+    }
+    for (; count != 0; --count, ++pixels) *pixels = blendCovered<mode>(color, *pixels, coverage);
+}
+
+template <class V, uint32_t mode>
+void fillSpansRow(uint32_t* row, const CoverageSpan* spans, size_t count, uint32_t color) {
+    const bool stores = storesColor<mode>(color);
+    for (const CoverageSpan* span = spans; span != spans + count; ++span) {
+        uint32_t* pixels = row + span->x;
+        if (span->length == 1) {
+            *pixels = stores ? interpolate(*pixels, color, span->coverage)
+                             : blendCovered<mode>(color, *pixels, span->coverage);
+        } else if (span->coverage != 255) {
+            fillSpan<V, mode>(pixels, span->length, span->coverage, color);
+        } else if (stores) {
+            storeColor<V>(pixels, span->length, color);
+        } else {
+            fillRow<V, mode>(pixels, span->length, color);
+        }
+    }
+}
+
+template <class V>
+void overRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t /*opacity*/) {
+    for (; count >= V::kPixels; count -= V::kPixels) {
+        const auto pixels = V::load(source);
+        if (V::isOpaque(pixels)) {
+            V::store(destination, pixels);
+        } else if (!V::isTransparent(pixels)) {
+            V::store(destination, blendPixels<V, kSourceOver>(pixels, V::load(destination)));
+        }
+        destination += V::kPixels;
+        source += V::kPixels;
+    }
+    if (count == 0) return;
+    const auto before = V::loadPart(destination, count);
+    const auto pixels = V::loadPart(source, count);
+    V::storePart(destination, blendPixels<V, kSourceOver>(pixels, before), count);
+}
+
+template <class V>
+void fadeRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t opacity) {
+    using Pixels = PixelsOf<V>;
+    const auto weight = V::weight(opacity);
+    combineRows<V>(destination, source, count,
+                   [weight](Pixels s, Pixels d) { return interpolatePixels<V>(d, s, weight); });
+}
+
+template <class V, class Sums>
+static inline PixelsOf<V> mixColumn(const uint32_t* const* rows, size_t x, const int16_t* weights,
+                                    uint32_t taps) {
+    Sums sums;
+    uint32_t tap = 0;
+    for (; tap + 1 < taps; tap += 2) {
+        sums.add(V::load(rows[tap] + x), V::load(rows[tap + 1] + x),
+                 Sums::weights(weights[tap], weights[tap + 1]));
+    }
+    if (tap < taps) {
+        const auto pixels = V::load(rows[tap] + x);
+        sums.add(pixels, pixels, Sums::weights(weights[tap], 0));
+    }
+    return sums.rounded();
+}
+
+template <class V, class Sums>
+static inline void mixRowsWith(uint32_t* destination, const uint32_t* const* rows,
+                               const int16_t* weights, uint32_t taps, size_t count) {
+    size_t x = 0;
+    for (; x + V::kPixels <= count; x += V::kPixels) {
+        V::store(destination + x, mixColumn<V, Sums>(rows, x, weights, taps));
+    }
+    if (x == count) return;
+    V::storePart(destination + x, mixColumn<V, Sums>(rows, x, weights, taps), count - x);
+}
+
+template <class V>
+void mixRows(uint32_t* destination, const uint32_t* const* rows, const int16_t* weights,
+             uint32_t taps, uint32_t shift, size_t count) {
+    if (shift == 7) {
+        mixRowsWith<V, typename V::CoarseSums>(destination, rows, weights, taps, count);
+    } else {
+        mixRowsWith<V, typename V::FineSums>(destination, rows, weights, taps, count);
+    }
+}
+
+template <class V, uint32_t mode>
+static inline ModeKernels modeRows() {
+    return {mode == kSource ? storeColor<V> : fillRow<V, mode>, composeRow<V, mode>,
+            fillMask<V, mode>, composeMaskRow<V, mode>, fillSpansRow<V, mode>};
+}
+
+/// `base` with the rows that V does faster.
+template <class V>
+static inline Kernels vectorRows(const Kernels& base) {
+    Kernels rows = base;
+    const ModeKernels modes[kPorterDuffModes] = {
+        modeRows<V, 0>(), modeRows<V, 1>(), modeRows<V, 2>(),  modeRows<V, 3>(),
+        modeRows<V, 4>(), modeRows<V, 5>(), modeRows<V, 6>(),  modeRows<V, 7>(),
+        modeRows<V, 8>(), modeRows<V, 9>(), modeRows<V, 10>(), modeRows<V, 11>()};
+    for (size_t mode = 0; mode < kPorterDuffModes; ++mode) rows.modes[mode] = modes[mode];
+    rows.fill = storeColor<V>;
+    rows.over = overRow<V>;
+    rows.fade = fadeRow<V>;
+    rows.mixRows = mixRows<V>;
+    return rows;
+}
+
+}  // namespace quiravent::desktop

@@ -1,0 +1,167 @@
+'use strict';
+
+const { mediaServices } = require('quiravent');
+
+/** What a player's events say about what the viewer sees. */
+const phases = {
+  fetch_in_progress: 'loading',
+  fetch_ready: 'ready',
+  fetch_error: 'failed',
+  playback_ready: 'playing',
+  playback_error: 'failed',
+  playback_stalled: 'buffering',
+  playback_recovering: 'playing',
+  playback_completed: 'ended',
+  playback_abort: 'taken away',
+  playback_suspend: 'suspended'
+};
+
+/** Speeds of the keys "forward" and "rewind", each further press the next. */
+const speeds = { forward: [2, 4, 8, 16, 32], rewind: [-2, -4, -8, -16, -32] };
+
+/** Subtitles are switched off by an id that no track has. */
+const noTrack = 0xffffffff;
+
+/**
+ * A film on the screen. `phase` is what the device does: 'opening', 'loading', 'ready', 'playing',
+ * 'buffering', 'suspended' (something else has the picture), or at last 'ended', 'failed', 'taken away'.
+ * `isPaused` is what the viewer wants.
+ */
+class Playback {
+  /** onChange: called after each change of what is said above. */
+  constructor(url, bounds, onChange) {
+    this.url = url;
+    this.onChange = onChange;
+    this.player = null;
+    this.phase = 'opening';
+    this.percent = 0;
+    this.isPaused = false;
+    this.speed = 1;
+    this.volume = 1;
+    this.chosen = {};
+    this.isClosed = false;
+    // The player is made in the background. The viewer may have left when it comes.
+    mediaServices.getPlayer(url, bounds, (error, player) => {
+      if (player) this.begin(player);
+      else this.enter('failed', error.message);
+    });
+  }
+
+  begin(player) {
+    this.player = player;
+    // Listen first: what is told before is lost.
+    player.registerListener(
+      (event, value) => this.hear(event, value),
+      () => {},
+      (error) => console.error(error)
+    );
+    if (this.isClosed) player.unload();
+    else player.start();
+  }
+
+  hear(event, value) {
+    if (this.isClosed) return;
+    if (event === 'fetch_in_progress') this.percent = Number(value);
+    // A medium's tracks are known from here on; its first sound is the one that is heard.
+    if (event === 'fetch_ready' && !('audio' in this.chosen))
+      this.chosen.audio = (this.tracks('audio')[0] || {}).id;
+    this.enter(phases[event] || this.phase, `error ${value}`);
+  }
+
+  enter(phase, reason) {
+    this.phase = phase;
+    this.reason = reason;
+    this.onChange();
+  }
+
+  get isOver() {
+    return ['ended', 'failed', 'taken away'].indexOf(this.phase) >= 0;
+  }
+
+  get isWaiting() {
+    return ['opening', 'loading', 'ready', 'buffering'].indexOf(this.phase) >= 0;
+  }
+
+  /**
+   * To be called now and then. What the device tells while a listener is only just being set up lies
+   * there until it tells more, and of a film that plays that may be long: that time runs says the same.
+   */
+  look() {
+    const isStarting = this.isWaiting && this.phase !== 'buffering';
+    if (isStarting && this.time.now > 0) ['fetch_ready', 'playback_ready'].forEach(this.hear, this);
+  }
+
+  /** In ms; zeros until the medium is known. */
+  get time() {
+    return this.player ? this.player.getTime() : { begin: 0, now: 0, end: 0 };
+  }
+
+  /** Ranges of ms that could be played without reading on. */
+  get buffered() {
+    return this.player ? this.player.getBufferedTimes() : [];
+  }
+
+  togglePause() {
+    if (this.isPaused || this.speed !== 1 || this.phase === 'suspended') this.play();
+    else this.pause();
+  }
+
+  pause() {
+    if (!this.player || this.isOver) return;
+    this.isPaused = true;
+    this.player.pause();
+  }
+
+  /** Goes on at normal speed, from where it is. */
+  play() {
+    if (!this.player || this.isOver) return;
+    this.speed = this.player.setPlaybackSpeed(1);
+    this.isPaused = false;
+    this.player.resume();
+  }
+
+  /** direction: "forward" or "rewind"; each further press is faster, up to what the device can. */
+  hurry(direction) {
+    if (!this.player || this.isOver) return;
+    const next = speeds[direction].find((speed) => Math.abs(speed) > Math.abs(this.speed));
+    const isSameWay = speeds[direction].indexOf(this.speed) >= 0;
+    const wanted = isSameWay ? next || this.speed : speeds[direction][0];
+    // The device says which speed it has taken.
+    this.speed = this.player.setPlaybackSpeed(wanted);
+    this.isPaused = false;
+    this.player.resume();
+  }
+
+  /** By so many ms, backwards where negative. */
+  seekBy(ms) {
+    if (!this.player || this.isOver) return;
+    const { begin, now, end } = this.time;
+    this.player.seek(Math.max(begin, Math.min(now + ms, end)));
+  }
+
+  /** The volume is a whole number: 0 is silence, 1 the film's own loudness, 2 double. */
+  setVolume(volume) {
+    this.volume = Math.max(0, Math.min(volume, 2));
+    if (this.player) this.player.setVolume(this.volume);
+  }
+
+  /** kind: "audio" or "subtitle". */
+  tracks(kind) {
+    return (this.player && this.player.getTracks(kind)) || [];
+  }
+
+  /** id: of a track, or undefined for no subtitles. */
+  choose(kind, id) {
+    this.chosen[kind] = id;
+    this.player.selectTrack(kind, id === undefined ? noTrack : id);
+  }
+
+  /** Takes the film off the screen and gives everything back. */
+  close() {
+    this.isClosed = true;
+    if (this.player) this.player.unload();
+    this.player = null;
+  }
+}
+
+module.exports = { Playback };

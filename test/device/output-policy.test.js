@@ -1,0 +1,144 @@
+'use strict';
+
+// Who has the output: what a script is told when something else takes it from its players.
+
+const path = require('path');
+const test = require('tape');
+const { Application } = require('./support/controlled');
+
+const build = process.env.QUIRAVENT_BUILD || path.join(__dirname, '..', '..', 'build', 'release');
+const film = path.join(build, 'test', 'native', 'media', 'media', 'film.mp4');
+
+/**
+ * Plays a film and an advertisement, and says their events. A key pauses the film, switches live
+ * television, resumes both.
+ */
+const SOURCE = `
+const url = ${JSON.stringify(film)};
+const follow = (name, player) => {
+  player.registerListener((event) => event !== 'fetch_in_progress' && say(name + ' ' + event));
+  player.start();
+  return player;
+};
+const make = (kind, name) => new Promise((resolve) => quiravent.mediaServices[kind](url, {},
+  (error, player) => resolve(follow(name, player))));
+Promise.all([make('getPlayer', 'film'), make('getAdPlayer', 'ad')]).then((players) => {
+  const actions = {
+    19: () => players[0].pause(),
+    48: () => platformServices.toggleLiveDTV(false),
+    49: () => platformServices.toggleLiveDTV(true),
+    415: () => players.forEach((player) => player.resume())
+  };
+  new quiravent.InputWorker((name, data) => {
+    if (name === 'keypress' && actions[data]) actions[data]();
+    if (name === 'keypress') say('key ' + data);
+  });
+});
+// Ends by itself, unlike a process without a handler, so that it hears what comes before.
+process.on('SIGTERM', () => say('asked to end'));
+`;
+
+const commands = {
+  press: (key) => ['press', { key, hold: 0 }],
+  state: (state) => ['state', { state }],
+  halt: (player, how) => ['haltPlayer', { player, how }]
+};
+const both = (event) => [`film ${event}`, `ad ${event}`];
+
+/** Causes in their order, and the events that follow from each. */
+const SUSPENSIONS = [].concat
+  .apply(
+    [],
+    ['paused', 'suspended', 'low_profile', 'overlay'].map((state) => [
+      [commands.state(state), both('playback_suspend')],
+      [commands.press('MediaPlay'), []],
+      [commands.state('running'), []],
+      [commands.press('MediaPlay'), both('playback_ready')]
+    ])
+  )
+  .concat([
+    [commands.state('advertising'), []],
+    [commands.press('1'), both('playback_suspend')],
+    [commands.state('overlay'), []],
+    [commands.press('0'), []],
+    [commands.press('MediaPlay'), []],
+    [commands.state('running'), []],
+    [commands.press('MediaPlay'), both('playback_ready')],
+    [commands.press('MediaPause'), []],
+    [commands.state('overlay'), ['ad playback_suspend']]
+  ]);
+
+class Script {
+  constructor(t) {
+    this.application = new Application(t, SOURCE, { UV_THREADPOOL_SIZE: '8' });
+    this.heard = 0;
+  }
+
+  start() {
+    return this.application.connect().then((control) => {
+      this.control = control;
+      return this.application.untilListening(control);
+    });
+  }
+
+  events() {
+    return this.application.said().filter((line) => /playback/.test(line));
+  }
+
+  /** Resolves with the events since the last call, once there are so many. */
+  next(count) {
+    return this.application
+      .nudgeUntil(this.control, () => this.events().length >= this.heard + count)
+      .then(() => {
+        const all = this.events().slice(this.heard);
+        this.heard += all.length;
+        return all.sort();
+      });
+  }
+
+  /** Asks; after a key, until the script has done what it does on it. */
+  ask(command) {
+    const keys = () => this.application.said().filter((line) => line.startsWith('key')).length;
+    const before = keys();
+    return this.control.ask(command[0], command[1]).then((answer) => {
+      if (!answer.ok) throw new Error(answer.error);
+      const isKey = command[0] === 'press';
+      return isKey && this.application.nudgeUntil(this.control, () => keys() > before);
+    });
+  }
+}
+
+/** A script whose players both play. */
+function startPlaying(t) {
+  const script = new Script(t);
+  return script
+    .start()
+    .then(() => script.next(2))
+    .then((events) => t.deepEqual(events, both('playback_ready').sort()))
+    .then(() => script);
+}
+
+test('players are suspended while something else has the output', (t) =>
+  startPlaying(t).then((script) =>
+    SUSPENSIONS.reduce(
+      (before, step) =>
+        before
+          .then(() => script.ask(step[0]))
+          .then(() => script.next(step[1].length))
+          .then((events) =>
+            t.deepEqual(events, step[1].slice().sort(), step[0][1].state || step[0][1].key)
+          ),
+      Promise.resolve()
+    )
+  ));
+
+test('players are aborted when the system stops the application', (t) =>
+  startPlaying(t).then((script) =>
+    script
+      .ask(commands.halt(1, 'abort'))
+      .then(() => script.next(1))
+      .then((events) => t.deepEqual(events, ['film playback_abort']))
+      .then(() => script.ask(['quit', {}]))
+      .then(() => script.next(1))
+      .then((events) => t.deepEqual(events, ['ad playback_abort'], 'the other one was before'))
+  ));

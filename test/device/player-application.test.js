@@ -1,0 +1,216 @@
+'use strict';
+
+// The sample player, driven as by a viewer, over its control channel.
+
+const fs = require('fs');
+const path = require('path');
+const test = require('tape');
+const { captureFilm, describe, isRight } = require('../../tools/lib/film-picture');
+const { numberAt } = require('../../tools/media/frame-counter');
+const { makeMedia } = require('../../tools/media/make');
+const { Application } = require('./support/controlled');
+
+const root = path.join(__dirname, '..', '..');
+const film = 1;
+const advertisement = 2;
+
+/** For how long something is waited for, on a busy machine; in ms. */
+const timeout = 30000;
+
+/** The player under control. */
+class Viewer {
+  constructor(t, variables) {
+    const settings = { NODE_PATH: path.join(root, 'cli', 'modules'), UV_THREADPOOL_SIZE: '8' };
+    const source = `require(${JSON.stringify(path.join(root, 'examples', 'player'))});`;
+    this.application = new Application(t, source, Object.assign(settings, variables));
+  }
+
+  start() {
+    return this.application.connect().then((control) => {
+      this.control = control;
+      return this;
+    });
+  }
+
+  /** Rejects where the device refuses. */
+  request(command, parameters) {
+    return this.control.ask(command, parameters).then((answer) => {
+      if (!answer.ok) throw new Error(answer.error);
+      return answer;
+    });
+  }
+
+  press(keys) {
+    return keys
+      .split(' ')
+      .reduce(
+        (before, key) => before.then(() => this.request('press', { key })),
+        Promise.resolve()
+      );
+  }
+
+  waitFor(player, state, position) {
+    const goal = { player, state, position: position || 0, timeout };
+    return this.request('waitPlayer', goal).then((answer) => answer.player);
+  }
+
+  /** Resolves with the film's report once a condition holds for it; keys wake a sleeping worker. */
+  until(condition) {
+    return this.request('players').then((answer) => {
+      const found = answer.players.filter((each) => each.player === film)[0];
+      return condition(found) ? found : this.press('Info').then(() => this.until(condition));
+    });
+  }
+
+  /** Presses a key on which the player ends; resolves with how it did. */
+  leave(key) {
+    // There may be nobody left to answer.
+    this.control.ask('keyDown', { key });
+    return this.application.end;
+  }
+
+  see(name) {
+    return captureFilm(this, film, this.application.file(name));
+  }
+}
+
+function start(t, variables) {
+  makeMedia(path.join(root, 'build', 'media'));
+  return new Viewer(t, variables).start();
+}
+
+const idsOf = (player, kind) =>
+  player.tracks[kind].filter((track) => track.selected).map((track) => track.language);
+
+test('at each time the screen shows the picture of that time', (t) =>
+  start(t).then((viewer) => {
+    const lookAt = (position) =>
+      viewer
+        .waitFor(film, 'playing', position)
+        .then(() => viewer.see(`at-${position}.png`))
+        .then((seen) => {
+          t.ok(isRight(seen), describe(seen));
+          t.ok(seen.number >= numberAt(position), `not before ${position} ms`);
+          return seen.number;
+        });
+    return lookAt(3000)
+      .then((first) => lookAt(5000).then((second) => t.ok(second > first, 'it moves')))
+      .then(() => viewer.press('MediaPause ArrowRight'))
+      .then(() => viewer.until((found) => found.state === 'paused' && found.time.now > 15000))
+      .then((paused) => {
+        const due = numberAt(paused.time.now);
+        return viewer
+          .until((found) => found.picture === due * 40)
+          .then(() => viewer.see('paused.png'))
+          .then((seen) => t.equal(seen.number, due, 'standing still, the very picture'));
+      });
+  }));
+
+/** How often a tone of the last `seconds` of a WAV file of 16 bits in stereo swings in a second. */
+function lastTone(file, seconds) {
+  const data = fs.readFileSync(file);
+  const [channels, rate, bits] = [
+    data.readUInt16LE(22),
+    data.readUInt32LE(24),
+    data.readUInt16LE(34)
+  ];
+  if (channels !== 2 || bits !== 16) throw new Error(`${file} has ${channels} of ${bits} bits`);
+  const count = Math.floor(seconds * rate);
+  const first = data.length - count * 4;
+  let swings = 0;
+  for (let at = 1; at < count; at++) {
+    const [before, after] = [at - 1, at].map((index) => data.readInt16LE(first + index * 4));
+    if (before < 0 && after >= 0) swings++;
+  }
+  return swings / seconds;
+}
+
+test('the languages of sound and subtitles can be chosen', (t) =>
+  start(t, { QUIRAVENT_AUDIO: 'wav', QUIRAVENT_AUDIO_FILE: 'sound.wav' }).then((viewer) =>
+    viewer
+      .waitFor(film, 'playing', 500)
+      .then((player) =>
+        t.deepEqual([idsOf(player, 'audio'), idsOf(player, 'subtitle')], [['eng'], []])
+      )
+      .then(() => viewer.press('ArrowUp ArrowDown Enter ArrowRight ArrowDown ArrowDown Enter'))
+      .then(() => viewer.until((player) => idsOf(player, 'subtitle').length > 0))
+      .then((player) => {
+        t.deepEqual([idsOf(player, 'audio'), idsOf(player, 'subtitle')], [['por'], ['por']]);
+        return viewer.press('ArrowUp ArrowUp Enter GoBack');
+      })
+      .then(() => viewer.until((player) => idsOf(player, 'subtitle').length === 0))
+      .then((player) => viewer.waitFor(film, 'playing', player.time.now + 2000))
+      .then(() => viewer.leave('MediaStop'))
+      .then((end) => {
+        t.deepEqual(end, { code: 0, signal: null }, 'stop leaves the player');
+        const tone = lastTone(viewer.application.file('sound.wav'), 0.5);
+        t.ok(Math.abs(tone - 660) < 10, `Portuguese is heard: ${tone} Hz`);
+      })
+  ));
+
+test('an advertisement interrupts the film, which goes on where it was', (t) =>
+  start(t).then((viewer) => {
+    let interrupted = null;
+    return viewer
+      .waitFor(film, 'playing', 200)
+      .then(() => viewer.press('ArrowRight ArrowRight ArrowRight'))
+      .then(() => viewer.waitFor(advertisement, 'playing', 400))
+      .then(() => viewer.request('players'))
+      .then((answer) => {
+        interrupted = answer.players[0];
+        t.deepEqual([interrupted.state, answer.players[1].kind], ['paused', 'ad']);
+        return viewer.press('ArrowRight');
+      })
+      .then(() => viewer.until((player) => player.state === 'playing'))
+      .then((player) => {
+        t.ok(
+          player.time.now - interrupted.time.now < 10000,
+          'keys for the film meant nothing then'
+        );
+        return viewer.request('players');
+      })
+      .then((answer) => t.equal(answer.players.length, 1, 'the advertisement is gone'))
+      .then(() => viewer.see('after.png'))
+      .then((seen) => t.ok(isRight(seen), describe(seen)));
+  }));
+
+test('the keys of the remote control change speed, place and volume', (t) =>
+  start(t).then((viewer) => {
+    // Each with what the film's report says afterwards.
+    const steps = [
+      ['MediaFastForward', (player) => player.speed === 2],
+      ['MediaFastForward', (player) => player.speed === 4],
+      ['MediaPlay', (player) => player.speed === 1 && player.state === 'playing'],
+      ['MediaRewind', (player) => player.speed === -2],
+      ['MediaPlayPause', (player) => player.speed === 1],
+      ['Enter', (player) => player.state === 'paused'],
+      ['ArrowRight', (player) => player.time.now >= 10000],
+      ['ArrowLeft', (player) => player.time.now < 10000],
+      ['AudioVolumeMute', (player) => player.volume === 0],
+      ['AudioVolumeUp', (player) => player.volume === 100],
+      ['AudioVolumeUp', (player) => player.volume === 200]
+    ];
+    return steps
+      .reduce(
+        (before, step) =>
+          before
+            .then(() => viewer.press(step[0]))
+            .then(() => viewer.until(step[1]))
+            .then(() => t.pass(step[0])),
+        viewer.waitFor(film, 'playing')
+      )
+      .then(() => viewer.leave('GoBack'))
+      .then((end) => t.deepEqual(end, { code: 0, signal: null }, 'back leaves the player'));
+  }));
+
+test('a film that the television interrupts goes on with it', (t) =>
+  start(t).then((viewer) =>
+    viewer
+      .waitFor(film, 'playing')
+      .then(() => viewer.request('state', { state: 'overlay' }))
+      .then(() => viewer.waitFor(film, 'suspended'))
+      .then(() => viewer.press('MediaPlay'))
+      .then(() => viewer.request('state', { state: 'running' }))
+      .then(() => viewer.until((player) => player.state === 'playing'))
+      .then((player) => t.equal(player.state, 'playing'))
+  ));

@@ -1,0 +1,179 @@
+#include "KernelComparison.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "TestPixels.h"
+#include "graphics/ScaleFilter.h"
+
+namespace quiravent::desktop::test {
+
+namespace {
+
+constexpr size_t kMargin = 24;  // on either side; what may be read past the end, too
+constexpr size_t kWidest = 70;
+constexpr size_t kSourceWidth = 400;
+
+/// One set of random arguments for all operations.
+struct Arguments {
+    size_t width;
+    size_t shift;  // of the row from an aligned address, in pixels
+    uint32_t color;
+    uint32_t opacity;
+    std::vector<uint32_t> source;
+    std::vector<uint32_t> destination;
+    std::vector<uint8_t> mask;
+    std::vector<CoverageSpan> spans;
+
+    Arguments(RandomPixels& random, size_t rowWidth)
+        : width(rowWidth), shift(random.below(8)), color(random.next()) {
+        static constexpr uint32_t kOpacities[] = {255, 128, 1, 0, 77};
+        opacity = kOpacities[random.below(5)];
+        for (size_t i = 0; i < 2 * kSourceWidth; ++i) source.push_back(random.next());
+        if (random.below(3) == 0) {
+            for (uint32_t& pixel : source) pixel |= 0xFF000000;
+        }
+        for (size_t i = 0; i < 2 * (kWidest + 2 * kMargin); ++i) {
+            destination.push_back(random.next());
+            const uint32_t kind = random.below(3);
+            mask.push_back(static_cast<uint8_t>(kind == 2 ? random.below(256) : kind * 255));
+        }
+        for (uint32_t x = random.below(4); x < width; x += 1 + random.below(3)) {
+            const uint32_t length = 1 + random.below(static_cast<uint32_t>(width - x));
+            spans.push_back({x, length, random.below(3) == 0 ? 255 : 1 + random.below(255)});
+            x += length;
+        }
+    }
+
+    const uint32_t* from() const { return source.data() + shift; }
+    uint32_t* row(std::vector<uint32_t>& pixels) const { return pixels.data() + kMargin + shift; }
+    PixelBlock block(std::vector<uint32_t>& pixels) const {
+        return {row(pixels), kWidest + kMargin, width, 2};
+    }
+};
+
+using Operation = std::function<void(const Kernels&, std::vector<uint32_t>&)>;
+
+class Comparison {
+  public:
+    Comparison(const Kernels& tested, const Kernels& reference)
+        : m_tested(tested), m_reference(reference) {}
+
+    std::string difference;
+
+    void compare(const std::string& name, const Arguments& arguments, const Operation& operation) {
+        if (!difference.empty()) return;
+        std::vector<uint32_t> wanted = arguments.destination;
+        std::vector<uint32_t> found = arguments.destination;
+        operation(m_reference, wanted);
+        operation(m_tested, found);
+        for (size_t i = 0; i < wanted.size() && difference.empty(); ++i) {
+            if (found[i] == wanted[i]) continue;
+            difference = name + ", width " + std::to_string(arguments.width) + ", pixel " +
+                         std::to_string(static_cast<long>(i - kMargin - arguments.shift)) + ": " +
+                         std::to_string(found[i]) + " instead of " + std::to_string(wanted[i]);
+        }
+    }
+
+  private:
+    const Kernels& m_tested;
+    const Kernels& m_reference;
+};
+
+void compareMode(Comparison& comparison, const Arguments& a, uint32_t mode) {
+    const std::string name = "mode " + std::to_string(mode) + " ";
+    comparison.compare(name + "fill", a, [&](const Kernels& kernels, auto& out) {
+        kernels.modes[mode].fill(a.row(out), a.width, a.color);
+    });
+    comparison.compare(name + "compose", a, [&](const Kernels& kernels, auto& out) {
+        kernels.modes[mode].compose(a.row(out), a.from(), a.width, a.opacity);
+    });
+    comparison.compare(name + "fillMask", a, [&](const Kernels& kernels, auto& out) {
+        kernels.modes[mode].fillMask(a.block(out), a.mask.data() + a.shift, kWidest, a.color);
+    });
+    comparison.compare(name + "composeMask", a, [&](const Kernels& kernels, auto& out) {
+        kernels.modes[mode].composeMask(a.row(out), a.from(), a.mask.data(), a.width, a.opacity);
+    });
+    comparison.compare(name + "fillSpans", a, [&](const Kernels& kernels, auto& out) {
+        kernels.modes[mode].fillSpans(a.row(out), a.spans.data(), a.spans.size(), a.color);
+    });
+}
+
+void comparePlainRows(Comparison& comparison, const Arguments& a) {
+    comparison.compare("fill", a, [&](const Kernels& kernels, auto& out) {
+        kernels.fill(a.row(out), a.width, a.color);
+    });
+    comparison.compare("over", a, [&](const Kernels& kernels, auto& out) {
+        kernels.over(a.row(out), a.from(), a.width, 255);
+    });
+    comparison.compare("copy", a, [&](const Kernels& kernels, auto& out) {
+        kernels.copy(a.row(out), a.from(), a.width, 255);
+    });
+    std::vector<uint32_t> opaque = a.source;
+    for (uint32_t& pixel : opaque) pixel |= 0xFF000000;
+    comparison.compare("fade", a, [&](const Kernels& kernels, auto& out) {
+        kernels.fade(a.row(out), opaque.data() + a.shift, a.width, a.opacity);
+    });
+}
+
+/// From `size` pixels to the row's width, along the row and across rows.
+void compareScaling(Comparison& comparison, const Arguments& a, int64_t size) {
+    const auto width = static_cast<int64_t>(a.width);
+    const ScaleFilter filter({{0, size}, {0, size}, width}, {0, width});
+    const std::string name = "from " + std::to_string(size) + " pixels: ";
+    comparison.compare(name + "filterRow", a, [&](const Kernels& kernels, auto& out) {
+        kernels.filterRow(a.row(out), a.from(), filter.row(), a.width);
+    });
+    std::vector<const uint32_t*> rows;
+    for (uint32_t tap = 0; tap < filter.taps(); ++tap) rows.push_back(a.from() + tap * 7 % 300);
+    comparison.compare(name + "mixRows", a, [&](const Kernels& kernels, auto& out) {
+        kernels.mixRows(a.row(out), rows.data(), filter.weights(a.width / 2), filter.taps(),
+                        filter.shift(), a.width);
+    });
+}
+
+void compareSampling(Comparison& comparison, const Arguments& a, RandomPixels& random) {
+    const auto fixed = [&](int64_t least, uint32_t range) {
+        return (least << 32) + (static_cast<int64_t>(random.below(range)) << 22) +
+               random.below(1U << 22);
+    };
+    const uint32_t height = 1 + random.below(12);
+    const SampleSource<uint32_t> pixels{a.source.data(), 30, 1 + random.below(30), height};
+    const SampleSource<uint8_t> mask{a.mask.data(), 15, 1 + random.below(15), height};
+    SampleSteps steps{fixed(-3, 36 << 10), fixed(-3, 18 << 10), fixed(-1, 2 << 10),
+                      fixed(-1, 2 << 10)};
+    if (random.below(4) == 0) steps.stepX = 0;
+    if (random.below(4) == 0) steps.stepY = 0;
+    comparison.compare("samplePixels", a, [&](const Kernels& kernels, auto& out) {
+        kernels.samplePixels(a.row(out), pixels, steps, a.width);
+    });
+    comparison.compare("sampleCoverage", a, [&](const Kernels& kernels, auto& out) {
+        kernels.sampleCoverage(reinterpret_cast<uint8_t*>(a.row(out)), mask, steps, a.width);
+    });
+}
+
+}  // namespace
+
+std::string firstDifference(const Kernels& tested, const Kernels& reference) {
+    Comparison comparison(tested, reference);
+    RandomPixels random;
+    for (size_t round = 0; round < 20 && comparison.difference.empty(); ++round) {
+        for (size_t width = 1; width <= kWidest; ++width) {
+            const Arguments arguments(random, width);
+            for (uint32_t mode = 0; mode < kPorterDuffModes; ++mode) {
+                compareMode(comparison, arguments, mode);
+            }
+            comparePlainRows(comparison, arguments);
+            comparison.compare("halveRows", arguments, [&](const Kernels& kernels, auto& out) {
+                kernels.halveRows(arguments.row(out), arguments.from(), arguments.from() + 190,
+                                  width);
+            });
+            compareScaling(comparison, arguments, 1 + random.below(kSourceWidth - kMargin));
+            compareSampling(comparison, arguments, random);
+        }
+    }
+    return comparison.difference;
+}
+
+}  // namespace quiravent::desktop::test

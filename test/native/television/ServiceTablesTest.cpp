@@ -1,0 +1,260 @@
+#include "television/ServiceTables.h"
+
+#include <gtest/gtest.h>
+
+#include "common/MalformedInput.h"
+#include "television/ContinuityCheck.h"
+#include "television/TestStream.h"
+
+namespace quiravent::desktop {
+namespace {
+
+using test::Bytes;
+using test::bytesOf;
+using test::counted;
+using test::countedLong;
+using test::descriptor;
+using test::section;
+using test::word;
+using test::operator+;
+using Change = ServiceTables::Change;
+
+/// Reads the tables of packets as a receiver does.
+class Reader {
+  public:
+    Change add(const Bytes& packets) {
+        Change change = Change::none;
+        for (size_t at = 0; at + TransportPacket::kSize <= packets.size();
+             at += TransportPacket::kSize) {
+            const TransportPacket packet(&packets[at]);
+            const auto verdict = m_continuity.check(packet);
+            change = std::max(change, tables.add(packet, verdict == ContinuityCheck::Verdict::gap));
+        }
+        return change;
+    }
+    Change add(Pid pid, const Bytes& section) { return add(m_packetizer.packets(pid, section)); }
+    MultiplexDescription describe() const { return tables.describe(); }
+
+    ServiceTables tables;
+
+  private:
+    ContinuityCheck m_continuity;
+    test::Packetizer m_packetizer;
+};
+
+constexpr Pid kMapPid = 0x100;
+constexpr uint16_t kNumber = 7;
+
+Bytes association(uint8_t version, uint16_t number = kNumber, Pid pid = kMapPid) {
+    return section({0x00, 1, version}, word(number) + word(0xE000U | pid));
+}
+
+Bytes stream(uint8_t type, Pid pid, const Bytes& descriptors = {}) {
+    return Bytes{type} + word(0xE000U | pid) + countedLong(descriptors);
+}
+
+Bytes programMap(const Bytes& streams, uint8_t version = 0) {
+    return section({0x02, kNumber, version}, word(0xE200) + countedLong({}) + streams);
+}
+
+Bytes serviceName(const std::string& name, uint8_t version = 0, uint16_t network = 1) {
+    const Bytes texts = counted(bytesOf("Sender")) + counted(bytesOf(name));
+    return section({0x42, 1, version}, word(network) + Bytes{0xFF} + word(kNumber) + Bytes{0xFC} +
+                                           countedLong(descriptor(0x48, Bytes{1} + texts)));
+}
+
+Bytes event(uint8_t number, const std::string& title, uint8_t version = 0) {
+    // 13 October 1993, 12:45:00, for an hour and a half, as the standard's example has it.
+    const Bytes times{0xC0, 0x79, 0x12, 0x45, 0x00, 0x01, 0x30, 0x00};
+    const Bytes texts = bytesOf("por") + counted(bytesOf(title)) + counted(bytesOf("Text"));
+    return section({0x4E, kNumber, version, number, 1}, Bytes{0, 1, 0, 1, 1, 0x4E} +
+                                                            word(40U + number) + times +
+                                                            countedLong(descriptor(0x4D, texts)));
+}
+
+TEST(ServiceTables, DescribeARealMultiplex) {
+    Reader reader;
+    EXPECT_FALSE(reader.tables.isLocked());
+    EXPECT_EQ(reader.add(test::readMultiplex("mux.ts")), Change::association);
+    EXPECT_TRUE(reader.tables.isLocked());
+    EXPECT_EQ(reader.tables.faultySections(), 0U);
+    const MultiplexDescription all = reader.describe();
+    EXPECT_EQ(all.transportStreamId, 77);
+    ASSERT_EQ(all.services.size(), 2U);
+    EXPECT_EQ(all.services[0].number, 1);
+    EXPECT_EQ(all.services[0].name, "Televisão");
+    EXPECT_EQ(all.services[0].provider, "FFmpeg");
+    EXPECT_EQ(all.services[0].pcrPid, 256);
+    EXPECT_EQ(all.services[1].name, "Deux");
+    ASSERT_NE(all.findStream(257), nullptr);
+    EXPECT_EQ(all.findStream(256)->codec, StreamCodec::h264);
+    EXPECT_EQ(all.findStream(257)->codec, StreamCodec::aac);
+    EXPECT_EQ(all.findStream(257)->language, "por");
+    EXPECT_EQ(all.findStream(512)->codec, StreamCodec::mpeg2Video);
+    EXPECT_EQ(all.findStream(513)->codec, StreamCodec::mpegAudio);
+    EXPECT_EQ(all.findStream(514), nullptr);
+}
+
+TEST(ServiceTables, TellStreamsByTypeAndDescriptors) {
+    struct Case {
+        uint8_t type;
+        Bytes descriptors;
+        StreamCodec codec;
+        const char* language;
+    };
+    const Bytes ac3 = bytesOf("AC-3");
+    const Case cases[] = {
+        {0x24, {}, StreamCodec::hevc, ""},
+        {0x11, descriptor(0x0A, bytesOf("ENG") + Bytes{0}), StreamCodec::aacLatm, "eng"},
+        {0x11, descriptor(0xC4, Bytes(6) + bytesOf("jpn")), StreamCodec::aacLatm, "jpn"},
+        {0x06, descriptor(0x6A, {0}), StreamCodec::ac3, ""},
+        {0x06, descriptor(0x52, {1}) + descriptor(0x05, ac3), StreamCodec::ac3, ""},
+        {0x06, descriptor(0x59, bytesOf("deu") + Bytes{0x10, 0, 1, 0, 1}), StreamCodec::dvbSubtitle,
+         "deu"},
+        {0x06, descriptor(0x56, bytesOf("fra") + Bytes{9, 0}), StreamCodec::teletext, "fra"},
+        {0x06, descriptor(0xFD, {0, 8, 0x3D}), StreamCodec::isdbCaption, ""},
+        {0x06, descriptor(0x0A, {0, 1, 2, 3}), StreamCodec::other, ""},
+        {0x06, {0x6A}, StreamCodec::ac3, ""},
+        {0x05, {}, StreamCodec::other, ""},
+    };
+    Pid pid = 0x201;
+    Bytes streams;
+    for (const Case& one : cases) streams = streams + stream(one.type, pid++, one.descriptors);
+    Reader reader;
+    reader.add(kPatPid, association(0));
+    EXPECT_EQ(reader.add(kMapPid, programMap(streams)), Change::association);
+    const Service service = reader.describe().services.at(0);
+    EXPECT_EQ(service.pcrPid, 0x200);
+    ASSERT_EQ(service.streams.size(), std::size(cases));
+    for (size_t number = 0; number < std::size(cases); ++number) {
+        SCOPED_TRACE(number);
+        EXPECT_EQ(service.streams[number].codec, cases[number].codec);
+        EXPECT_EQ(service.streams[number].language, cases[number].language);
+        EXPECT_EQ(service.streams[number].descriptors, cases[number].descriptors);
+    }
+}
+
+TEST(ServiceTables, TellWhatIsOnAndWhatIsNext) {
+    Reader reader;
+    reader.add(kPatPid, association(0));
+    EXPECT_EQ(reader.add(kEitPid, event(0, "Now")), Change::details);
+    EXPECT_EQ(reader.add(kEitPid, event(1, "Then")), Change::details);
+    EXPECT_EQ(reader.add(kEitPid, event(1, "Then")), Change::none);
+    Service service = reader.describe().services.at(0);
+    ASSERT_TRUE(service.present && service.following);
+    EXPECT_EQ(service.present->id, 40);
+    EXPECT_EQ(service.present->start, 750516300);
+    EXPECT_EQ(service.present->duration, 5400U);
+    EXPECT_EQ(service.present->language, "por");
+    EXPECT_EQ(service.present->title, "Now");
+    EXPECT_EQ(service.present->text, "Text");
+    EXPECT_EQ(service.following->title, "Then");
+    reader.add(kEitPid, event(0, "Later", 1));
+    service = reader.describe().services.at(0);
+    EXPECT_EQ(service.present->title, "Later");
+    EXPECT_FALSE(service.following);
+}
+
+TEST(ServiceTables, ChooseTheCodingOfTextsByTheNetwork) {
+    const auto network = [](uint8_t delivery, uint16_t id) {
+        const Bytes streams = word(1) + word(id) + countedLong(descriptor(delivery, Bytes(4)));
+        return section({0x40, 9},
+                       countedLong(descriptor(0x40, bytesOf("Net"))) + countedLong(streams));
+    };
+    struct Case {
+        uint8_t delivery;
+        uint16_t network;
+        const char* name;
+    };
+    const Case cases[] = {{0x5A, 1, "ä"}, {0xFA, 0x5A0, "Èa"}, {0xFA, 0x7FE0, "と\uFFFD"}};
+    for (const Case& one : cases) {
+        Reader reader;
+        reader.add(kPatPid, association(0));
+        reader.add(kSdtPid, serviceName("\xC8\x61", 0, one.network));
+        reader.add(kNitPid, network(one.delivery, one.network));
+        EXPECT_EQ(reader.describe().networkId, 9);
+        EXPECT_EQ(reader.describe().services.at(0).name, one.name);
+    }
+}
+
+TEST(ServiceTables, FollowNewVersions) {
+    Reader reader;
+    reader.add(kPatPid, association(0));
+    reader.add(kMapPid, programMap(stream(0x1B, 0x201)));
+    EXPECT_TRUE(reader.tables.hasMapOf(kNumber));
+    EXPECT_EQ(reader.add(kMapPid, programMap(stream(0x1B, 0x201))), Change::none);
+    EXPECT_EQ(reader.add(kMapPid, programMap(stream(0x02, 0x301), 1)), Change::association);
+    EXPECT_EQ(reader.describe().findStream(0x201), nullptr);
+    EXPECT_EQ(reader.add(kPatPid, association(1, 9, 0x110)), Change::association);
+    EXPECT_FALSE(reader.tables.hasProgram(kNumber));
+    EXPECT_FALSE(reader.tables.isLocked());
+    EXPECT_EQ(reader.add(kMapPid, programMap(stream(0x1B, 0x201))), Change::none)
+        << "of a program that has gone";
+    EXPECT_EQ(reader.add(kPatPid, section({0x00, 1, 2}, {})), Change::association);
+    EXPECT_TRUE(reader.tables.isLocked()) << "a multiplex without programs";
+}
+
+TEST(ServiceTables, SpanPacketsAndLeaveOutWhatIsDamaged) {
+    Bytes streams;
+    for (Pid pid = 0x201; pid < 0x241; ++pid) streams = streams + stream(0x1B, pid);
+    test::Packetizer packetizer;
+    const Bytes map = packetizer.packets(kMapPid, programMap(streams));
+    Reader reader;
+    reader.add(kPatPid, association(0));
+    ASSERT_EQ(map.size(), 2 * TransportPacket::kSize);
+    Bytes damaged = map;
+    damaged[300] ^= 1;
+    EXPECT_EQ(reader.add(damaged), Change::none);
+    EXPECT_EQ(reader.tables.faultySections(), 1U);
+    reader.add(Bytes(map.begin(), map.begin() + TransportPacket::kSize));
+    EXPECT_EQ(reader.add(packetizer.packets(kMapPid, programMap(stream(0x1B, 0x999), 1))),
+              Change::association)
+        << "the beginning of one section isn't completed by another";
+    EXPECT_EQ(reader.describe().services.at(0).streams.size(), 1U);
+    EXPECT_EQ(reader.add(packetizer.packets(kMapPid, programMap(streams, 2))), Change::association);
+    EXPECT_EQ(reader.describe().services.at(0).streams.size(), 64U);
+}
+
+/// Whatever the tables say, reading them is safe; sections have right checksums, so that what is in
+/// them is looked at.
+TEST(ServiceTables, SurviveMalformedContent) {
+    const Bytes maps = word(0xE200) + countedLong({}) +
+                       stream(0x06, 0x201, descriptor(0x59, bytesOf("deu") + Bytes(5)));
+    const Bytes services = word(1) + Bytes{0xFF} + word(kNumber) + Bytes{0xFC} +
+                           countedLong(descriptor(0x48, {1, 3, 'a', 'b', 'c', 1, 'd'}));
+    const Bytes events = Bytes(6) + Bytes(10) +
+                         countedLong(descriptor(0x4D, bytesOf("por") + counted(bytesOf("Title"))));
+    const Bytes networks = countedLong(descriptor(0x40, bytesOf("Net"))) +
+                           countedLong(word(1) + word(1) + countedLong(Bytes{0x5A, 0}));
+    struct Table {
+        Pid pid;
+        uint8_t id;
+        uint16_t extension;
+        Bytes body;
+    };
+    const Table tables[] = {{kPatPid, 0x00, 1, word(kNumber) + word(kMapPid)},
+                            {kMapPid, 0x02, kNumber, maps},
+                            {kSdtPid, 0x42, 1, services},
+                            {kNitPid, 0x40, 1, networks},
+                            {kEitPid, 0x4E, kNumber, events}};
+    for (const Table& table : tables) {
+        SCOPED_TRACE(table.id);
+        Reader reader;
+        uint8_t version = 0;
+        const auto add = [&](const Bytes& body) {
+            reader.add(kPatPid, association(version));
+            version = (version + 1) & 31;
+            reader.add(table.pid, section({table.id, table.extension, version}, body));
+            (void)reader.describe();
+        };
+        for (const Bytes& body : test::truncations(table.body, table.body.size())) add(body);
+        for (const Bytes& body : test::byteFlips(table.body, 500, table.body.size())) add(body);
+        EXPECT_EQ(reader.tables.faultySections(), 0U);
+    }
+    Bytes mux = test::readMultiplex("mux.ts");
+    mux.resize(40000);
+    for (const Bytes& damaged : test::byteFlips(mux, 100, mux.size())) Reader().add(damaged);
+}
+
+}  // namespace
+}  // namespace quiravent::desktop

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "television/TransportPacket.h"
+
+namespace quiravent::test {
+
+using Bytes = std::vector<uint8_t>;
+
+/// The content of a stream that make-multiplexes.sh made.
+std::string multiplexFile(const std::string& name);
+Bytes readMultiplex(const std::string& name);
+
+/// The bytes of a text and others, one after the other.
+Bytes bytesOf(const std::string& text);
+Bytes operator+(const Bytes& one, const Bytes& other);
+
+/// A descriptor; content of at most 255 bytes.
+Bytes descriptor(uint8_t tag, const Bytes& content);
+/// Sixteen bits, the higher byte first.
+Bytes word(unsigned value);
+/// Bytes behind their number: in one byte, and in twelve bits.
+Bytes counted(const Bytes& bytes);
+Bytes countedLong(const Bytes& bytes);
+
+struct SectionFields {
+    uint8_t tableId;
+    uint16_t extension;
+    uint8_t version = 0;
+    uint8_t number = 0;
+    uint8_t lastNumber = 0;
+};
+/// A whole section with its checksum.
+Bytes section(const SectionFields& fields, const Bytes& body);
+
+/// Makes packets; their counters go on from call to call.
+class Packetizer {
+  public:
+    /// The packets that carry a section.
+    Bytes packets(desktop::Pid pid, const Bytes& section);
+
+  private:
+    std::map<desktop::Pid, uint8_t> m_counters;
+};
+
+}  // namespace quiravent::test
