@@ -34,6 +34,7 @@ struct Configuration {
     struct Network {
         uint64_t timeLimitSeconds = 15;
         uint64_t sizeLimitMiB = 64;
+        std::string authorities;  ///< PEM file of who certifies servers; empty: the system's
     } network;
     struct Media {
         uint64_t bandwidthKbit = 8000;  ///< per second, for the choice among variants

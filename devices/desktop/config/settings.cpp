@@ -198,6 +198,11 @@ std::vector<Setting> makeSettings() {
                        "How large a loaded picture or font may be, in MiB."},
                       1, 4095,
                       [](Configuration& all) -> uint64_t& { return all.network.sizeLimitMiB; }),
+        pathSetting({"network", "authorities", "QUIRAVENT_CA_FILE",
+                     "PEM file with the certificates of who certifies servers; where it is empty, "
+                     "whom the system trusts."},
+                    "the path of a file", isAnything,
+                    [](Configuration& all) -> std::string& { return all.network.authorities; }),
     };
     for (Setting& setting : graphicsSettings()) table.push_back(std::move(setting));
     for (Setting& setting : mediaSettings()) table.push_back(std::move(setting));

@@ -18,6 +18,7 @@ ResourceLimits limitsFrom(const Configuration::Network& network) {
     ResourceLimits limits;
     limits.maxBytes = static_cast<size_t>(network.sizeLimitMiB << 20);
     limits.timeout = std::chrono::seconds(network.timeLimitSeconds);
+    limits.authorities = network.authorities;
     return limits;
 }
 

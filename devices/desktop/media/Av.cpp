@@ -1,6 +1,9 @@
 #include "media/Av.h"
 
+#include <cstdarg>
 #include <new>
+#include <string_view>
+#include <utility>
 
 extern "C" {
 #include <libavutil/log.h>
@@ -16,6 +19,17 @@ Owner owned(Object* object) {
     return Owner(object);
 }
 
+thread_local bool t_certificateRefused = false;
+
+/// Takes the place of what would write messages to standard error. context: see av_log().
+void noteMessage(void* context, int level, const char* format, va_list) {
+    if (level > AV_LOG_ERROR || context == nullptr) return;
+    const std::string_view origin = (*static_cast<const AVClass* const*>(context))->class_name;
+    const std::string_view text = format;
+    if (origin == "URLContext" && text.find("certificate") != std::string_view::npos)
+        t_certificateRefused = true;
+}
+
 }  // namespace
 
 AvPacket makePacket() { return owned<AvPacket>(av_packet_alloc()); }
@@ -28,6 +42,8 @@ std::shared_ptr<const AVCodecParameters> copyOf(const AVCodecParameters& codec) 
     return copy;
 }
 
-void quietAv() { av_log_set_level(AV_LOG_QUIET); }
+void quietAv() { av_log_set_callback(noteMessage); }
+
+bool takeCertificateRefusal() { return std::exchange(t_certificateRefused, false); }
 
 }  // namespace quiravent::desktop

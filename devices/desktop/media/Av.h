@@ -41,4 +41,8 @@ constexpr AVRational kMicroseconds{1, 1000000};
 /// Keeps the libraries from writing to standard error; call before any other use of them.
 void quietAv();
 
+/// Whether a server's certificate was refused on this thread since the last call. The libraries'
+/// results tell that as any failure of the network.
+bool takeCertificateRefusal();
+
 }  // namespace quiravent::desktop

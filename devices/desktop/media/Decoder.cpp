@@ -7,8 +7,9 @@ namespace quiravent::desktop {
 
 namespace {
 
-/// Threads cost a picture of delay each; up to this size one decodes fast enough.
-constexpr int kPixelsForOneThread = 1280 * 720;
+/// Threads cost a picture of delay each; up to this size one decodes fast enough, also up to the
+/// target of a seek.
+constexpr int kPixelsForOneThread = 720 * 576;
 constexpr unsigned kMaxThreads = 4;
 
 int threadsFor(const AVCodecParameters& codec) {

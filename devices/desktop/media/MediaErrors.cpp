@@ -8,26 +8,6 @@ extern "C" {
 
 namespace quiravent::desktop {
 
-const std::array<MediaErrorText, 17> kMediaErrors{{
-    {MediaError::none, "no error"},
-    {MediaError::unknown, "unknown error"},
-    {MediaError::notFound, "not found"},
-    {MediaError::accessDenied, "access denied"},
-    {MediaError::unreachable, "host unknown or unreachable, or connection refused"},
-    {MediaError::timeout, "no data within the time limit"},
-    {MediaError::serverError, "the server reports an error of its own"},
-    {MediaError::requestRefused, "the server refuses the request"},
-    {MediaError::connectionLost, "the transfer broke off"},
-    {MediaError::badLocation, "not a URL or path that can be opened"},
-    {MediaError::notMedia, "not a medium of a known format, or damaged"},
-    {MediaError::noTracks, "neither picture nor sound in it"},
-    {MediaError::unknownCodec, "no decoder for a track"},
-    {MediaError::undecodable, "the data of a track can't be decoded"},
-    {MediaError::truncated, "ends before its stated duration"},
-    {MediaError::noMemory, "no memory left"},
-    {MediaError::notSeekable, "the source can't go to another position"},
-}};
-
 const char* describe(MediaError error) { return kMediaErrors[static_cast<uint8_t>(error)].text; }
 
 MediaError mediaErrorOf(int averror) {

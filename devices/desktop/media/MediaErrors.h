@@ -5,33 +5,55 @@
 
 namespace quiravent::desktop {
 
-/// Why a medium can't be fetched or played: the value beside fetch_error and playback_error.
+/// Why a medium can't be fetched or played: the value beside fetch_error and playback_error. What
+/// each says stands below.
 enum class MediaError : uint8_t {
     none = 0,
     unknown = 1,
-    notFound = 2,        ///< no such file; HTTP 404 and 410
-    accessDenied = 3,    ///< no permission; HTTP 401, 403 and 407
-    unreachable = 4,     ///< unknown host, no route, connection refused
-    timeout = 5,         ///< no answer or no data within the time limit
-    serverError = 6,     ///< HTTP 5xx
-    requestRefused = 7,  ///< any other HTTP 4xx
-    connectionLost = 8,  ///< the transfer broke off, or reading failed
-    badLocation = 9,     ///< not a URL or path that the device can open
-    notMedia = 10,       ///< the data are no medium that the device knows, or damaged
-    noTracks = 11,       ///< neither picture nor sound in it
-    unknownCodec = 12,   ///< a track is coded in a way that the device can't decode
-    undecodable = 13,    ///< the data of a track can't be decoded
-    truncated = 14,      ///< the medium ends more than a second before its stated duration
-    noMemory = 15,       ///< no memory or other resource left
-    notSeekable = 16,    ///< the source can't go to another position
+    notFound = 2,
+    accessDenied = 3,
+    unreachable = 4,
+    timeout = 5,
+    serverError = 6,
+    requestRefused = 7,
+    connectionLost = 8,
+    badLocation = 9,
+    notMedia = 10,
+    noTracks = 11,
+    unknownCodec = 12,
+    undecodable = 13,
+    truncated = 14,
+    noMemory = 15,
+    notSeekable = 16,
+    untrusted = 17,
 };
 
-/// Value and text of every error, in rising order; docs are written from this table.
 struct MediaErrorText {
-    MediaError error;
     const char* text;
+    const char* http = "";  ///< answers of a server that count as this error
 };
-extern const std::array<MediaErrorText, 17> kMediaErrors;
+
+/// The errors by their values; docs/media.md has the same table.
+inline constexpr std::array<MediaErrorText, 18> kMediaErrors{{
+    {"no error"},
+    {"unknown error"},
+    {"not found", "HTTP 404"},
+    {"access denied", "HTTP 401, 403"},
+    {"host unknown or unreachable, or connection refused"},
+    {"no data within the time limit"},
+    {"the server reports an error of its own", "HTTP 5xx"},
+    {"the server refuses the request", "other HTTP 4xx"},
+    {"the transfer broke off"},
+    {"not a URL or path that can be opened"},
+    {"not a medium of a known format, or damaged"},
+    {"neither picture nor sound in it"},
+    {"no decoder for a track"},
+    {"the data of a track can't be decoded"},
+    {"ends more than a second before its stated duration"},
+    {"no memory left"},
+    {"the source can't go to another position"},
+    {"the server's certificate isn't trusted"},
+}};
 
 const char* describe(MediaError error);
 

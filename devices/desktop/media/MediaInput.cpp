@@ -37,6 +37,11 @@ void setNetworkOptions(Options& options, int64_t timeLimit) {
     options.set("protocol_whitelist", "http,https,tls,tcp,crypto,data");
 }
 
+/// The class of an error, with what the libraries tell beside it.
+MediaError errorOf(int averror) {
+    return takeCertificateRefusal() ? MediaError::untrusted : mediaErrorOf(averror);
+}
+
 bool isPlayable(const AVStream& stream) {
     if (stream.discard == AVDISCARD_ALL) return false;
     if ((stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0) return false;
@@ -59,7 +64,8 @@ int64_t frameDurationOf(const AVStream& stream) {
     AVRational rate = stream.avg_frame_rate;
     if (rate.num <= 0 || rate.den <= 0) rate = stream.r_frame_rate;
     if (rate.num <= 0 || rate.den <= 0) return 0;
-    return av_rescale(kSecond, rate.den, rate.num);
+    constexpr int64_t kLongest = kSecond;
+    return std::min(av_rescale(kSecond, rate.den, rate.num), kLongest);
 }
 
 }  // namespace
@@ -72,14 +78,18 @@ int MediaInput::isInterrupted(void* input) {
     return self->m_cancelled || clock::now() >= self->m_deadline ? 1 : 0;
 }
 
-/// Opens a place that the medium consists of. FFmpeg by itself believes any server to be who it
-/// says; here it needs a certificate that the machine trusts.
-int MediaInput::openTrusted(AVFormatContext* format, AVIOContext** io, const char* url, int flags,
-                            AVDictionary** options) {
-    Options none;
-    AVDictionary** const all = options != nullptr ? options : none.get();
+/// Opens the medium itself, or a part of it that a playlist names, which doesn't inherit what its
+/// playlist was opened with. FFmpeg by itself believes any server to be who it says; here it needs
+/// a certificate that the machine trusts.
+int MediaInput::openPart(AVFormatContext* format, AVIOContext** stream, const char* url, int flags,
+                         AVDictionary** options) {
+    const auto& self = *static_cast<const MediaInput*>(format->opaque);
+    Options own;
+    AVDictionary** const all = options == nullptr ? own.get() : options;
     av_dict_set(all, "tls_verify", "1", 0);
-    return static_cast<MediaInput*>(format->opaque)->m_openAny(format, io, url, flags, all);
+    if (!self.m_limits.authorities.empty())
+        av_dict_set(all, "ca_file", self.m_limits.authorities.c_str(), 0);
+    return self.m_openAny(format, stream, url, flags, all);
 }
 
 MediaError MediaInput::open(const std::string& location) {
@@ -103,17 +113,18 @@ MediaError MediaInput::openFormat(const std::string& target, bool remote) {
     if (format == nullptr) return MediaError::noMemory;
     format->interrupt_callback = {&MediaInput::isInterrupted, this};
     m_openAny = format->io_open;
-    format->io_open = &MediaInput::openTrusted;
+    format->io_open = &MediaInput::openPart;
     format->opaque = this;
+    takeCertificateRefusal();  // of who used the thread before
     format->probesize = 2 << 20;
     format->max_analyze_duration = 2 * kSecond;
     // When this fails the context is freed.
     int result = avformat_open_input(&format, target.c_str(), nullptr, options.get());
-    if (result < 0) return mediaErrorOf(result);
+    if (result < 0) return errorOf(result);
     m_format.reset(format);
     chooseVariant(*format, m_limits.bandwidth);
     result = avformat_find_stream_info(format, nullptr);
-    if (result < 0) return mediaErrorOf(result);
+    if (result < 0) return errorOf(result);
     return findTracks();
 }
 
@@ -130,7 +141,6 @@ MediaError MediaInput::findTracks() {
         else
             stream.discard = AVDISCARD_ALL;
     }
-    m_nextTimes.assign(m_format->nb_streams, 0);
     const auto isHeardOrSeen = [](const TrackRef& track) {
         return track->kind != TrackKind::subtitle;
     };
@@ -138,6 +148,8 @@ MediaError MediaInput::findTracks() {
         return unknownCodec ? MediaError::unknownCodec : MediaError::noTracks;
     m_info.duration =
         m_format->duration == AV_NOPTS_VALUE ? 0 : std::max<int64_t>(m_format->duration, 0);
+    const bool mayJump = (m_format->iformat->flags & AVFMT_TS_DISCONT) != 0;
+    m_timelines.assign(m_format->nb_streams, Timeline(m_info.duration, mayJump));
     const bool byteSeekable =
         m_format->pb == nullptr || (m_format->pb->seekable & AVIO_SEEKABLE_NORMAL) != 0;
     const bool playlist = (m_format->iformat->flags & AVFMT_NOFILE) != 0 ||
@@ -171,7 +183,7 @@ MediaError MediaInput::seek(int64_t position, uint32_t leading) {
     const int64_t time = av_rescale_q(position + mediumStart(), kMicroseconds, stream.time_base);
     const int result =
         av_seek_frame(m_format.get(), static_cast<int>(leading), time, AVSEEK_FLAG_BACKWARD);
-    std::fill(m_nextTimes.begin(), m_nextTimes.end(), std::max<int64_t>(position, 0));
+    for (Timeline& timeline : m_timelines) timeline.restart(position);
     if (result >= 0) return MediaError::none;
     // A position that the index doesn't reach down to is the beginning.
     const int again = avformat_seek_file(m_format.get(), static_cast<int>(leading), INT64_MIN, time,
@@ -219,13 +231,13 @@ PacketRef MediaInput::readNext(MediaError& error) {
         if (result < 0) {
             const int transfer = m_format->pb == nullptr ? 0 : m_format->pb->error;
             if (result != AVERROR_EOF)
-                error = mediaErrorOf(result);
+                error = errorOf(result);
             else if (transfer < 0 && transfer != AVERROR_EOF)
-                error = mediaErrorOf(transfer);
+                error = errorOf(transfer);
             return nullptr;
         }
         const auto index = static_cast<size_t>(data->stream_index);
-        if (index >= m_nextTimes.size()) continue;  // a stream that turned up later
+        if (index >= m_timelines.size()) continue;  // a stream that turned up later
         if (m_format->streams[index]->discard == AVDISCARD_ALL) continue;
         return toPacket(std::move(data));
     }
@@ -236,17 +248,19 @@ PacketRef MediaInput::toPacket(AvPacket data) {
     av_packet_rescale_ts(data.get(), m_format->streams[index]->time_base, kMicroseconds);
     if (data->pts != AV_NOPTS_VALUE) data->pts -= mediumStart();
     if (data->dts != AV_NOPTS_VALUE) data->dts -= mediumStart();
-    if (data->pts == AV_NOPTS_VALUE) data->pts = data->dts;
-    if (data->pts == AV_NOPTS_VALUE) data->pts = m_nextTimes[index];
-    if (data->dts == AV_NOPTS_VALUE) data->dts = data->pts;
+    const bool sparse = m_format->streams[index]->codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE;
+    if (sparse)
+        Timeline(m_info.duration, false).place(data->pts, data->dts, data->duration);
+    else
+        m_timelines[index].place(data->pts, data->dts, data->duration);
     auto packet = std::make_shared<Packet>();
     packet->track = static_cast<uint32_t>(index);
     packet->pts = data->pts;
     packet->dts = data->dts;
-    packet->duration = std::max<int64_t>(data->duration, 0);
+    packet->duration = data->duration;
     packet->key = (data->flags & AV_PKT_FLAG_KEY) != 0;
+    packet->sparse = sparse;
     packet->data = std::move(data);
-    m_nextTimes[index] = packet->end();
     return packet;
 }
 

@@ -9,6 +9,7 @@
 
 #include "media/MediaErrors.h"
 #include "media/Packet.h"
+#include "media/Timeline.h"
 
 namespace quiravent::desktop {
 
@@ -16,6 +17,7 @@ namespace quiravent::desktop {
 struct InputLimits {
     int64_t timeLimit = 10 * kSecond;  ///< for opening, and for each silence while reading
     uint64_t bandwidth = 8000000;      ///< bits per second for the choice among variants
+    std::string authorities;  ///< PEM file of who certifies servers; empty: whom the system trusts
 };
 
 /// What is known of a medium once it is open.
@@ -52,8 +54,8 @@ class MediaInput {
 
   private:
     static int isInterrupted(void* input);
-    static int openTrusted(AVFormatContext* format, AVIOContext** io, const char* url, int flags,
-                           AVDictionary** options);
+    static int openPart(AVFormatContext* format, AVIOContext** stream, const char* url, int flags,
+                        AVDictionary** options);
     MediaError openFormat(const std::string& target, bool remote);
     MediaError findTracks();
     TrackRef trackOf(const AVStream& stream) const;
@@ -68,8 +70,8 @@ class MediaInput {
     decltype(AVFormatContext::io_open) m_openAny = nullptr;  ///< FFmpeg's own
     AvFormatContext m_format;
     MediaInfo m_info;
-    std::vector<int64_t> m_nextTimes;  ///< per stream, for packets without times
-    std::deque<PacketRef> m_read;      ///< read in advance by a seek
+    std::vector<Timeline> m_timelines;  ///< per stream
+    std::deque<PacketRef> m_read;       ///< read in advance by a seek
 };
 
 }  // namespace quiravent::desktop

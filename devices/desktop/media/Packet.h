@@ -30,6 +30,7 @@ struct Packet {
     int64_t dts = 0;       ///< of decoding; never kNoTime
     int64_t duration = 0;  ///< 0 where unknown
     bool key = false;      ///< decoding can begin here
+    bool sparse = false;   ///< of a track with gaps between its packets: a subtitle
 
     size_t byteSize() const { return static_cast<size_t>(data->size) + sizeof(AVPacket) + 128; }
     int64_t end() const { return pts + duration; }

@@ -8,6 +8,8 @@ namespace quiravent::desktop {
 namespace {
 
 constexpr size_t kMaxRanges = 4;
+/// Times are rounded: ranges meet that are so close to each other.
+constexpr int64_t kMeeting = kMillisecond;
 
 }  // namespace
 
@@ -50,7 +52,7 @@ bool PacketCache::nextTask(Task& task) {
     if (m_atEnd) return true;
     PacketRange& range = *m_ranges.back();
     task.kind = Task::Kind::seek;
-    task.time = range.isEmpty(task.leading) ? range.wanted() : range.end(task.leading);
+    task.time = range.isEmpty(task.leading) ? range.wanted() : range.resumePoint();
     return true;
 }
 
@@ -67,7 +69,7 @@ void PacketCache::append(PacketRef packet, uint32_t generation) {
         if (generation != m_generation) return;
         ++m_received;
         m_ranges.back()->append(std::move(packet));
-        forgetOverlapped();
+        joinRanges();
         keepWithinBudget();
         m_changed.notify_all();
     }
@@ -105,9 +107,9 @@ void PacketCache::start(const Start& start) {
         if (isBackwards()) {
             ++m_generation;
             m_atEnd = false;
-            if (m_ranges.empty()) activate(start.target);
+            if (m_ranges.empty()) activate(start.target, start.stay);
         } else {
-            activate(start.target);
+            activate(start.target, start.stay);
         }
         for (Slot& slot : m_slots) place(slot);
         m_changed.notify_all();
@@ -124,7 +126,8 @@ void PacketCache::startTrack(TrackKind kind, const Segment& segment) {
     m_changed.notify_all();
 }
 
-void PacketCache::activate(int64_t target) {
+void PacketCache::activate(int64_t target, bool stay) {
+    if (stay && !m_ranges.empty()) return;
     const Slot* leading = leadingSlot();
     const auto covering = [&](const std::unique_ptr<PacketRange>& range) {
         return leading != nullptr && range->covers(leading->segment.track->id, target);
@@ -168,17 +171,25 @@ bool PacketCache::wantsMore() const {
     return range.bytesFrom(track, leading.number) < m_limits.bytes / 4 * 3;
 }
 
-void PacketCache::forgetOverlapped() {
+void PacketCache::joinRanges() {
     const Slot* leading = leadingSlot();
     if (leading == nullptr) return;
     const uint32_t track = leading->segment.track->id;
-    const int64_t begin = m_ranges.back()->begin(track);
-    const int64_t end = m_ranges.back()->end(track);
-    const auto overlapped = [&](const std::unique_ptr<PacketRange>& range) {
-        return range != m_ranges.back() && range->begin(track) >= begin &&
-               range->begin(track) < end;
+    PacketRange& playing = *m_ranges.back();
+    const auto isNoLongerNeeded = [&](const std::unique_ptr<PacketRange>& range) {
+        if (range.get() == &playing) return false;
+        if (playing.runsInto(*range)) {
+            playing.absorb(*range);
+            // What is being read has been read before; go on where the other range ended.
+            ++m_generation;
+            m_atEnd = false;
+            return true;
+        }
+        return range->begin(track) >= playing.begin(track) &&
+               range->end(track) <= playing.end(track);
     };
-    m_ranges.erase(std::remove_if(m_ranges.begin(), m_ranges.end(), overlapped), m_ranges.end());
+    m_ranges.erase(std::remove_if(m_ranges.begin(), m_ranges.end() - 1, isNoLongerNeeded),
+                   m_ranges.end() - 1);
 }
 
 void PacketCache::keepWithinBudget() {
@@ -267,7 +278,7 @@ std::vector<TimeRange> PacketCache::ranges() const {
     std::sort(ranges.begin(), ranges.end(),
               [](const TimeRange& a, const TimeRange& b) { return a.begin < b.begin; });
     for (const TimeRange& range : ranges) {
-        if (!merged.empty() && range.begin <= merged.back().end)
+        if (!merged.empty() && range.begin <= merged.back().end + kMeeting)
             merged.back().end = std::max(merged.back().end, range.end);
         else
             merged.push_back(range);

@@ -70,6 +70,7 @@ class PacketCache : public PacketSource {
         PlayMode mode = PlayMode::all;
         double speed = 1;
         std::array<TrackRef, kTrackKinds> tracks;
+        bool stay = false;  ///< the source can't go elsewhere: play on from what was read
     };
     void start(const Start& start);
     /// Begins a new segment for one kind alone, from what is there.
@@ -106,12 +107,12 @@ class PacketCache : public PacketSource {
     Slot& slotOf(TrackKind kind) { return m_slots[indexOf(kind)]; }
     const Slot* leadingSlot() const;
     bool isBackwards() const;
-    void activate(int64_t target);
+    void activate(int64_t target, bool stay);
     void place(Slot& slot);
     int64_t position() const;
     bool wantsMore() const;
     void keepWithinBudget();
-    void forgetOverlapped();
+    void joinRanges();
     bool takeLocked(TrackKind kind, uint32_t serial, Read& read);
     bool takeGroupPacket(Slot& slot, Read& read);
     void takeCachedGroups();

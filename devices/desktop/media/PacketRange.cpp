@@ -1,7 +1,9 @@
 #include "media/PacketRange.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
+#include <vector>
 
 namespace quiravent::desktop {
 
@@ -29,6 +31,47 @@ void PacketRange::resumed() {
     for (auto& [track, queue] : m_queues) queue.resumed = true;
     m_finished = false;
     m_error = MediaError::none;
+}
+
+bool PacketRange::isContinuous(const Queue& queue) {
+    return !queue.entries.empty() && !queue.entries.back().packet->sparse;
+}
+
+int64_t PacketRange::resumePoint() const {
+    std::optional<int64_t> point;
+    for (const auto& [track, queue] : m_queues)
+        if (isContinuous(queue)) point = std::min(point.value_or(queue.end), queue.end);
+    return point.value_or(m_wanted);
+}
+
+bool PacketRange::runsInto(const PacketRange& next) const {
+    bool any = false;
+    for (const auto& [track, queue] : m_queues) {
+        if (!isContinuous(queue)) continue;
+        const Queue* after = next.find(track);
+        if (after == nullptr) return false;
+        const int64_t last = queue.entries.back().packet->dts;
+        if (after->entries.front().packet->dts > last || after->entries.back().packet->dts < last)
+            return false;
+        any = true;
+    }
+    return any;
+}
+
+void PacketRange::absorb(const PacketRange& next) {
+    std::vector<PacketRef> packets;
+    for (const auto& [track, queue] : next.m_queues) {
+        const Queue* known = find(track);
+        for (const Entry& entry : queue.entries)
+            if (known == nullptr || entry.packet->dts > known->entries.back().packet->dts)
+                packets.push_back(entry.packet);
+    }
+    std::stable_sort(packets.begin(), packets.end(),
+                     [](const PacketRef& a, const PacketRef& b) { return a->dts < b->dts; });
+    for (auto& [track, queue] : m_queues) queue.resumed = false;
+    for (PacketRef& packet : packets) append(std::move(packet));
+    m_finished = next.m_finished;
+    m_error = next.m_error;
 }
 
 void PacketRange::finish(MediaError error) {

@@ -23,8 +23,15 @@ class PacketRange {
 
     /// Takes the packet at the end, unless it repeats what the range holds after resumed().
     void append(PacketRef packet);
-    /// The source is read on from somewhere before the end.
+    /// The source is read on from resumePoint() or somewhere before.
     void resumed();
+    /// Where all tracks are known up to.
+    int64_t resumePoint() const;
+
+    /// Whether another range begins within this one and goes on beyond it, with all its tracks.
+    bool runsInto(const PacketRange& next) const;
+    /// Takes over how `next`, which this range runs into, goes on and ends.
+    void absorb(const PacketRange& next);
 
     /// No packets follow, either since the medium ends or since it couldn't be read on.
     void finish(MediaError error);
@@ -65,6 +72,7 @@ class PacketRange {
         bool resumed = false;
     };
     const Queue* find(uint32_t track) const;
+    static bool isContinuous(const Queue& queue);
     void dropFront(Queue& queue);
 
     int64_t m_wanted;

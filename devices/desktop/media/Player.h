@@ -48,6 +48,8 @@ class Player {
     e_pl_status pause();
     e_pl_status resume();
     e_pl_status stop();
+    /// To the nearest position that there is: within the medium or, where it is live, within what
+    /// was read and kept.
     e_pl_status seek(int64_t position);
     e_pl_status setBounds(const Rect& bounds);
 
@@ -66,7 +68,8 @@ class Player {
         int64_t now;
         int64_t end;
     };
-    /// Zeros before anything is known.
+    /// Where positions are that can be gone to; of live media those that were read and kept. Zeros
+    /// before anything is known.
     Times times() const;
     /// What can be played without reading on, in rising order. A local medium is there as a whole.
     std::vector<TimeRange> bufferedRanges() const;

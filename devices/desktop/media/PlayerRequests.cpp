@@ -105,8 +105,16 @@ void PlayerSession::requestSeek(int64_t position) {
 e_pl_status PlayerSession::seek(int64_t position) {
     const Lock lock(m_mutex);
     if (m_state == State::failed) return e_pl_status_wrong_state;
-    if (!m_info.tracks.empty() && !m_info.seekable) return e_pl_status_not_supported;
-    if (m_info.duration > 0) position = std::min(position, m_info.duration);
+    const bool opened = !m_info.tracks.empty();
+    if (opened && !m_info.seekable && m_info.duration > 0) return e_pl_status_not_supported;
+    if (m_info.duration > 0) {
+        position = std::min(position, m_info.duration);
+    } else if (opened) {
+        // Of what is live there is as much as was read and kept.
+        const std::vector<TimeRange> ranges = m_cache.ranges();
+        if (ranges.empty()) return e_pl_status_not_supported;
+        position = std::clamp(position, ranges.front().begin, ranges.back().end);
+    }
     if (m_state == State::completed) m_state = State::paused;
     requestSeek(std::max<int64_t>(position, 0));
     return e_pl_status_ok;

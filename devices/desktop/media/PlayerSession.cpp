@@ -176,7 +176,7 @@ void PlayerSession::beginAt(int64_t position) {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_duration > 0) position = std::min(position, m_duration);
-        start = {++m_serial, position, modeOf(m_speed), m_speed, m_selected};
+        start = {++m_serial, position, modeOf(m_speed), m_speed, m_selected, !m_info.seekable};
         const bool hasVideo = start.tracks[indexOf(TrackKind::video)] != nullptr;
         // What has sound only can't be played by key pictures.
         if (!hasSoundAt(m_speed) && hasVideo) start.tracks[indexOf(TrackKind::audio)] = nullptr;

@@ -59,6 +59,7 @@ MediaError Thumbnailer::decode(int64_t position, VideoFrame& frame) {
     frame.duration = position + 1 - frame.pts;
     frame.pixelAspect = m_track->pixelAspect;
     frame.picture = std::shared_ptr<const AVFrame>(std::move(picture));
+    frame = m_deinterlacer.first(frame);
     if (m_known.size() == kMaxKnown) m_known.erase(m_known.begin());
     m_known.push_back(frame);
     return MediaError::none;

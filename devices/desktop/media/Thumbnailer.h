@@ -9,6 +9,7 @@
 
 #include "graphics/Surface.h"
 #include "media/Decoder.h"
+#include "media/Deinterlacer.h"
 #include "media/MediaInput.h"
 #include "media/VideoScaler.h"
 #include "support/Result.h"
@@ -42,6 +43,7 @@ class Thumbnailer {
     std::unique_ptr<MediaInput> m_input;
     TrackRef m_track;
     std::unique_ptr<Decoder> m_decoder;
+    Deinterlacer m_deinterlacer;
     VideoScaler m_scaler;
     std::vector<VideoFrame> m_known;  ///< the last few, each for the stretch that it stands for
 };

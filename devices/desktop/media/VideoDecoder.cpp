@@ -11,9 +11,6 @@ namespace {
 
 /// So many packets without any picture mean that there will be none.
 constexpr uint32_t kMaxFruitlessPackets = 60;
-/// So much before the target every picture is decoded: where the medium ends before the target,
-/// its last picture is shown.
-constexpr int64_t kDecodedWhole = kSecond;
 /// Beyond this speed only key pictures are shown.
 constexpr double kFastestAllBackwards = -2;
 constexpr int64_t kUsualFrameDuration = 40 * kMillisecond;
@@ -49,6 +46,8 @@ void VideoDecoder::begin(const Segment& segment) {
     m_pushed = false;
     m_seenAlone = kNoTime;
     m_skipped = {};
+    m_skippedGroup.clear();
+    m_deinterlacer.reset();
     m_group.clear();
     m_nextTime = segment.target;
     if (!segment.track) return;
@@ -67,6 +66,13 @@ void VideoDecoder::fail(MediaError error) {
     m_queue.finish(m_segment.serial);
 }
 
+bool VideoDecoder::isBeforeTarget(const Packet& packet) const {
+    int64_t duration = packet.duration;
+    if (duration <= 0) duration = m_segment.track->frameDuration;
+    if (duration <= 0) duration = kSecond;
+    return packet.pts + duration <= m_segment.target;
+}
+
 void VideoDecoder::decode(const PacketSource::Read& read) {
     if (!m_decoder) return;
     if (m_segment.mode == PlayMode::backwards) {
@@ -74,7 +80,10 @@ void VideoDecoder::decode(const PacketSource::Read& read) {
         return;
     }
     if (m_segment.mode == PlayMode::keyFrames && !read.packet->key) return;
-    m_decoder->leaveOutUnreferenced(read.packet->end() < m_segment.target - kDecodedWhole);
+    const bool before = isBeforeTarget(*read.packet);
+    m_decoder->leaveOutUnreferenced(before);
+    if (before && read.packet->key) m_skippedGroup.clear();
+    if (before) m_skippedGroup.push_back(read.packet);
     if (m_segment.mode == PlayMode::keyFrames) {
         sendAlone(read.packet->data.get());
         return;
@@ -127,18 +136,38 @@ VideoFrame VideoDecoder::toFrame(AvFrame picture) {
 void VideoDecoder::accept(VideoFrame frame) {
     if (m_pushed && frame.pts == m_seenAlone) return;
     if (frame.end() <= m_segment.target) {
+        m_deinterlacer.skip(frame);
         m_skipped = std::move(frame);
         return;
     }
-    m_pushed |= m_queue.push(std::move(frame), m_segment.serial);
+    m_skippedGroup.clear();
+    if (m_segment.mode == PlayMode::keyFrames) return push(m_deinterlacer.first(frame));
+    for (const VideoFrame& picture : m_deinterlacer.split(frame))
+        if (picture.end() > m_segment.target) push(picture);
+}
+
+void VideoDecoder::push(const VideoFrame& frame) {
+    m_pushed |= m_queue.push(frame, m_segment.serial);
+}
+
+void VideoDecoder::decodeLast() {
+    if (m_skippedGroup.empty()) return;
+    m_decoder->reset();
+    m_decoder->leaveOutUnreferenced(false);
+    const std::vector<PacketRef> group = std::move(m_skippedGroup);
+    for (const PacketRef& packet : group) send(packet->data.get());
+    send(nullptr);
+    m_decoder->reset();
 }
 
 void VideoDecoder::finish() {
     if (m_decoder && m_segment.mode == PlayMode::all) {
         send(nullptr);
         m_decoder->reset();
+        // The medium ends before the target: its last picture is shown.
+        if (!m_pushed) decodeLast();
     }
-    if (!m_pushed && m_skipped.picture) m_queue.push(std::move(m_skipped), m_segment.serial);
+    if (!m_pushed && m_skipped.picture) push(m_deinterlacer.first(m_skipped));
     m_skipped = {};
     if (m_decoder && m_decodedFrames == 0) fail(MediaError::undecodable);
     m_queue.finish(m_segment.serial);
@@ -157,7 +186,7 @@ void VideoDecoder::playGroup() {
     int64_t before = m_segment.target + 1;
     while (group.decodeBefore(before, [this](AvFrame picture) {
         ++m_decodedFrames;
-        return toFrame(std::move(picture));
+        return m_deinterlacer.first(toFrame(std::move(picture)));
     })) {
         for (auto frame = group.frames().rbegin(); frame != group.frames().rend(); ++frame)
             if (!m_queue.push(*frame, m_segment.serial)) return;

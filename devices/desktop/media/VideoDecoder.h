@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "media/Decoder.h"
+#include "media/Deinterlacer.h"
 #include "media/FrameQueue.h"
 #include "media/MediaErrors.h"
 #include "media/PacketSource.h"
@@ -35,6 +36,9 @@ class VideoDecoder {
     void sendAlone(const AVPacket* packet);
     void receive();
     void accept(VideoFrame frame);
+    bool isBeforeTarget(const Packet& packet) const;
+    void push(const VideoFrame& frame);
+    void decodeLast();
     void finish();
     void collect(const PacketSource::Read& read);
     void playGroup();
@@ -47,10 +51,12 @@ class VideoDecoder {
     TrackRef m_opened;  ///< the track that m_decoder is for
     std::unique_ptr<Decoder> m_decoder;
     uint32_t m_fruitlessPackets = 0;
-    int64_t m_nextTime = 0;         ///< of a picture without a time
-    bool m_pushed = false;          ///< a picture of this segment reached the queue
-    int64_t m_seenAlone = kNoTime;  ///< time of the first picture, which comes once more
-    VideoFrame m_skipped;           ///< the last picture before the target
+    int64_t m_nextTime = 0;                 ///< of a picture without a time
+    bool m_pushed = false;                  ///< a picture of this segment reached the queue
+    int64_t m_seenAlone = kNoTime;          ///< time of the first picture, which comes once more
+    VideoFrame m_skipped;                   ///< the last picture before the target
+    std::vector<PacketRef> m_skippedGroup;  ///< what it takes to decode all up to the target
+    Deinterlacer m_deinterlacer;
     std::vector<PacketRef> m_group;
     std::atomic<uint64_t> m_decodedFrames{0};
     std::atomic<MediaError> m_error{MediaError::none};

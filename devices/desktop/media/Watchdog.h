@@ -11,7 +11,8 @@ class Watchdog {
 
     /// waiting: whether anything is waited for; progress: any number that changes as it gets on.
     bool isOverdue(bool waiting, uint64_t progress, int64_t now) {
-        if (!waiting || progress != m_progress || m_since == 0) m_since = now;
+        if (!waiting || !m_waiting || progress != m_progress) m_since = now;
+        m_waiting = waiting;
         m_progress = progress;
         return waiting && now - m_since >= m_timeLimit;
     }
@@ -21,6 +22,7 @@ class Watchdog {
 
   private:
     const int64_t m_timeLimit;
+    bool m_waiting = false;
     uint64_t m_progress = 0;
     int64_t m_since = 0;
 };

@@ -15,8 +15,9 @@ namespace {
 /// How long the end of the process waits for threads of players.
 constexpr int64_t kPatience = kSecond;
 
-MediaSettings settingsFrom(const Configuration::Media& media) {
+MediaSettings settingsFrom(const Configuration::Media& media, const std::string& authorities) {
     MediaSettings settings;
+    settings.input.authorities = authorities;
     settings.input.timeLimit = static_cast<int64_t>(media.timeLimitSeconds) * kSecond;
     settings.input.bandwidth = media.bandwidthKbit * 1000;
     settings.cacheBytes = static_cast<size_t>(media.cache);
@@ -44,7 +45,9 @@ uint32_t orTooMany(uint32_t handle) {
 }  // namespace
 
 PlayerService::PlayerService(const Configuration& configuration, Screen& screen)
-    : m_screen(screen), m_configuration(configuration.media) {}
+    : m_screen(screen),
+      m_configuration(configuration.media),
+      m_authorities(configuration.network.authorities) {}
 
 Rect PlayerService::checkedBounds(const s_pl_media_bounds& bounds) {
     constexpr uint32_t kMaxSide = SurfacePool::kMaxSide;
@@ -59,8 +62,9 @@ Rect PlayerService::checkedBounds(const s_pl_media_bounds& bounds) {
 MediaEngine& PlayerService::engine() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_engine) {
-        m_engine = std::make_unique<MediaEngine>(
-            settingsFrom(m_configuration), sinkFrom(m_configuration), faultsFrom(m_configuration));
+        m_engine =
+            std::make_unique<MediaEngine>(settingsFrom(m_configuration, m_authorities),
+                                          sinkFrom(m_configuration), faultsFrom(m_configuration));
     }
     return *m_engine;
 }

@@ -103,6 +103,7 @@ class PlayerService {
 
     Screen& m_screen;
     const Configuration::Media m_configuration;
+    const std::string m_authorities;
     mutable std::mutex m_mutex;             ///< guards what follows, up to the blank line
     std::unique_ptr<MediaEngine> m_engine;  ///< made for the first player
     std::vector<OpenPlayer> m_players;

@@ -69,6 +69,7 @@ void setUp(const Easy& easy, const std::string& url, const ResourceLimits& limit
     setOption(easy, CURLOPT_MAXFILESIZE_LARGE,
               static_cast<curl_off_t>(std::min<size_t>(limits.maxBytes, INT64_MAX)));
     setOption(easy, CURLOPT_USERAGENT, "quiravent");
+    if (!limits.authorities.empty()) setOption(easy, CURLOPT_CAINFO, limits.authorities.c_str());
     setOption(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(milliseconds));
     // Its name look-up would otherwise be timed by a signal, which belongs to the process.
     setOption(easy, CURLOPT_NOSIGNAL, 1L);

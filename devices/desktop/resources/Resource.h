@@ -20,6 +20,9 @@ struct ResourceLimits {
     std::chrono::milliseconds timeout{15000};
 
     unsigned maxRedirects = 8;
+
+    /// PEM file of who certifies servers; empty: whom the system trusts.
+    std::string authorities;
 };
 
 /// Reads the whole of what `location` names:

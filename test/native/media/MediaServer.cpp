@@ -18,14 +18,6 @@ namespace quiravent::test {
 
 namespace {
 
-std::string readRequest(int client) {
-    std::string request;
-    char byte = 0;
-    while (request.find("\r\n\r\n") == std::string::npos && ::recv(client, &byte, 1, 0) == 1)
-        request += byte;
-    return request;
-}
-
 size_t rangeBegin(const std::string& request) {
     const std::string field = "Range: bytes=";
     const size_t at = request.find(field);
@@ -34,8 +26,17 @@ size_t rangeBegin(const std::string& request) {
 
 }  // namespace
 
-MediaServer::MediaServer(Misbehaviour misbehaviour)
-    : m_misbehaviour(std::move(misbehaviour)), m_listener(::socket(AF_INET, SOCK_STREAM, 0)) {
+MediaServer::MediaServer(Misbehaviour misbehaviour) : m_misbehaviour(std::move(misbehaviour)) {
+    listen();
+}
+
+MediaServer::MediaServer(const std::string& certificate)
+    : m_identity(std::make_unique<ServerIdentity>(mediaFile(certificate))) {
+    listen();
+}
+
+void MediaServer::listen() {
+    m_listener = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -63,7 +64,8 @@ MediaServer::~MediaServer() {
 }
 
 std::string MediaServer::url(const std::string& name) const {
-    return "http://127.0.0.1:" + std::to_string(m_port) + "/" + name;
+    return (m_identity ? "https" : "http") + std::string("://127.0.0.1:") + std::to_string(m_port) +
+           "/" + name;
 }
 
 void MediaServer::behave() {
@@ -75,6 +77,18 @@ void MediaServer::behave() {
 bool MediaServer::waitUntilHolding() {
     std::unique_lock<std::mutex> lock(m_mutex);
     return m_changed.wait_for(lock, std::chrono::seconds(10), [this] { return m_holding; });
+}
+
+bool MediaServer::waitUntilRequested(const std::string& name) {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_changed.wait_for(lock, std::chrono::seconds(10), [&] {
+        return std::find(m_requested.begin(), m_requested.end(), name) != m_requested.end();
+    });
+}
+
+void MediaServer::publish(const std::string& name, const std::string& content) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_published[name] = content;
 }
 
 std::vector<std::string> MediaServer::requested() const {
@@ -94,55 +108,64 @@ void MediaServer::accept() {
     }
 }
 
-bool MediaServer::send(int client, const std::string& bytes) const {
-    size_t sent = 0;
-    while (sent < bytes.size()) {
-        const ssize_t count =
-            ::send(client, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
-        if (count <= 0) return false;
-        sent += static_cast<size_t>(count);
+bool MediaServer::find(const std::string& name, std::string& content) const {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const auto published = m_published.find(name);
+        if (published != m_published.end()) {
+            content = published->second;
+            return true;
+        }
     }
-    return true;
+    std::ifstream file(mediaFile(name), std::ios::binary);
+    content.assign(std::istreambuf_iterator<char>(file), {});
+    return file.good() || file.eof();
 }
 
 void MediaServer::serve(int client) {
-    const std::string request = readRequest(client);
-    if (request.empty()) return;
+    ServerConnection connection(client, m_identity.get());
+    const std::string request = connection.readRequest();
+    if (request.empty()) {
+        ::shutdown(client, SHUT_RDWR);
+        return;
+    }
     const size_t begin = request.find('/') + 1;
     const std::string name = request.substr(begin, request.find(' ', begin) - begin);
-    std::ifstream file(mediaFile(name), std::ios::binary);
-    const std::string content((std::istreambuf_iterator<char>(file)), {});
-    std::string status;
+    std::string content;
+    std::string status = find(name, content) ? "" : "404 Not Found";
     {
         std::unique_lock<std::mutex> lock(m_mutex);
         m_requested.push_back(name);
         m_holding |= m_misbehaviour.silent;
         m_changed.notify_all();
         m_changed.wait(lock, [this] { return m_closed || !m_misbehaviour.silent; });
-        status = m_misbehaviour.status;
+        if (!m_misbehaviour.status.empty()) status = m_misbehaviour.status;
     }
-    if (!file.good() && !file.eof()) status = "404 Not Found";
     if (!status.empty()) {
-        send(client, "HTTP/1.1 " + status + "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+        connection.send("HTTP/1.1 " + status +
+                        "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
     } else {
         const size_t from = std::min(rangeBegin(request), content.size());
-        send(client,
-             "HTTP/1.1 206 Partial Content\r\nAccept-Ranges: bytes\r\nContent-Range: bytes " +
-                 std::to_string(from) + "-" + std::to_string(content.size() - 1) + "/" +
-                 std::to_string(content.size()) + "\r\nContent-Length: " +
-                 std::to_string(content.size() - from) + "\r\nConnection: close\r\n\r\n");
-        sendFile(client, content, from);
+        connection.send(
+            "HTTP/1.1 206 Partial Content\r\nAccept-Ranges: bytes\r\nContent-Range: bytes " +
+            std::to_string(from) + "-" + std::to_string(content.size() - 1) + "/" +
+            std::to_string(content.size()) + "\r\nContent-Length: " +
+            std::to_string(content.size() - from) + "\r\nConnection: close\r\n\r\n");
+        sendFile(connection, content, from);
     }
     ::shutdown(client, SHUT_RDWR);
 }
 
-void MediaServer::sendFile(int client, const std::string& content, size_t from) {
+void MediaServer::sendFile(ServerConnection& connection, const std::string& content, size_t from) {
     size_t good = 0;
+    bool slow = false;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         good = std::clamp(m_misbehaviour.goodBytes, from, content.size());
+        slow = m_misbehaviour.bytesPerSecond != 0;
     }
-    if (!send(client, content.substr(from, good - from)) || good == content.size()) return;
+    if (slow) return sendSlowly(connection, content.substr(from));
+    if (!connection.send(content.substr(from, good - from)) || good == content.size()) return;
     {
         std::unique_lock<std::mutex> lock(m_mutex);
         m_holding = true;
@@ -154,7 +177,26 @@ void MediaServer::sendFile(int client, const std::string& content, size_t from) 
         m_changed.wait(lock, [&] { return m_closed || m_misbehaviour.goodBytes == SIZE_MAX; });
         if (m_closed) return;
     }
-    send(client, content.substr(good));
+    connection.send(content.substr(good));
+}
+
+void MediaServer::sendSlowly(ServerConnection& connection, const std::string& bytes) {
+    constexpr size_t kPartsPerSecond = 20;
+    auto next = std::chrono::steady_clock::now();
+    for (size_t sent = 0; sent < bytes.size();) {
+        size_t part = bytes.size();
+        {
+            std::unique_lock<std::mutex> lock(m_mutex);
+            if (m_misbehaviour.bytesPerSecond != 0) {
+                part = m_misbehaviour.bytesPerSecond / kPartsPerSecond;
+                next += std::chrono::milliseconds(1000 / kPartsPerSecond);
+                m_changed.wait_until(lock, next, [this] { return m_closed; });
+            }
+            if (m_closed) return;
+        }
+        if (!connection.send(bytes.substr(sent, part))) return;
+        sent += part;
+    }
 }
 
 }  // namespace quiravent::test

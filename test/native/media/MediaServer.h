@@ -2,11 +2,14 @@
 
 #include <condition_variable>
 #include <cstdint>
-#include <functional>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "media/ServerConnection.h"
 
 namespace quiravent::test {
 
@@ -17,13 +20,16 @@ struct Misbehaviour {
     bool thenDrops = false;       ///< the connection breaks there, and every later one is refused
     std::string status;           ///< answered to everything, as "404 Not Found"; empty: none
     bool silent = false;          ///< takes requests and answers nothing
+    size_t bytesPerSecond = 0;    ///< sent no faster than that; 0: no limit
 };
 
-/// Serves the media of the tests over HTTP on the loopback interface, each connection on a thread
-/// of its own, with ranges.
+/// Serves the media of the tests over HTTP(S) on the loopback interface, each connection on a
+/// thread of its own, with ranges.
 class MediaServer {
   public:
     explicit MediaServer(Misbehaviour misbehaviour = {});
+    /// Over TLS. certificate: the name of a PEM file among the media.
+    explicit MediaServer(const std::string& certificate);
     ~MediaServer();
     MediaServer(const MediaServer&) = delete;
     MediaServer& operator=(const MediaServer&) = delete;
@@ -33,18 +39,25 @@ class MediaServer {
     /// Behaves from now on; who waits for data gets them.
     void behave();
 
+    /// Has from now on a file of that content, beside the media.
+    void publish(const std::string& name, const std::string& content);
+
     /// Waits until somebody has been left waiting for data.
     bool waitUntilHolding();
+    bool waitUntilRequested(const std::string& name);
 
     /// Paths that were asked for.
     std::vector<std::string> requested() const;
 
   private:
+    void listen();
     void accept();
     void serve(int client);
-    void sendFile(int client, const std::string& content, size_t from);
-    bool send(int client, const std::string& bytes) const;
+    bool find(const std::string& name, std::string& content) const;
+    void sendFile(ServerConnection& connection, const std::string& content, size_t from);
+    void sendSlowly(ServerConnection& connection, const std::string& bytes);
 
+    const std::unique_ptr<ServerIdentity> m_identity;  ///< null: without TLS
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     Misbehaviour m_misbehaviour;
@@ -52,9 +65,10 @@ class MediaServer {
     bool m_holding = false;
     bool m_dropped = false;
     std::vector<std::string> m_requested;
+    std::map<std::string, std::string> m_published;
     std::vector<int> m_clients;
     std::vector<std::thread> m_threads;
-    int m_listener;
+    int m_listener = -1;
     unsigned m_port = 0;
     std::thread m_acceptor;
 };

@@ -2,15 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <limits>
 
 #include "media/FaultList.h"
 #include "media/FetchProgress.h"
 #include "media/Language.h"
 #include "media/MediaClock.h"
+#include "media/MediaErrors.h"
 #include "media/PacketCache.h"
 #include "media/StallPolicy.h"
 #include "media/SubtitleTrack.h"
+#include "media/Timeline.h"
+#include "media/Watchdog.h"
 
 namespace quiravent::desktop {
 namespace {
@@ -88,15 +93,65 @@ TEST_F(PacketCacheTest, KeepsRangesAndJoinsThem) {
     start(0);
     read(4);
     EXPECT_EQ(seconds(), (Ranges{{0, 4}}));
-    start(20 * kSecond + kFrame);
+    start(10 * kSecond + kFrame);
     read(5);
-    EXPECT_EQ(seconds(), (Ranges{{0, 4}, {20, 25}}));
+    EXPECT_EQ(seconds(), (Ranges{{0, 4}, {10, 15}}));
     EXPECT_EQ(m_seeks, 1);
     start(2 * kSecond + kFrame);
     EXPECT_EQ(take(), 2);
-    read(20);
-    EXPECT_EQ(seconds(), (Ranges{{0, 24}}));
+    // From 4 on up to the first picture that is known already, then on from 15.
+    readPackets(6 * kGroup);
+    EXPECT_EQ(seconds(), (Ranges{{0, 15}}));
+    readPackets(1);
     EXPECT_EQ(m_seeks, 2);
+    read(3);
+    EXPECT_EQ(seconds(), (Ranges{{0, 18}}));
+    EXPECT_EQ(m_seeks, 3);
+    for (int number = 2 * kGroup + 1; number < 18 * kGroup; ++number)
+        ASSERT_DOUBLE_EQ(take(), number / 25.0);
+    EXPECT_EQ(take(), -1);
+}
+
+PacketRef packetOf(uint32_t track, int64_t second) {
+    auto packet = std::make_shared<Packet>();
+    packet->data = makePacket();
+    packet->track = track;
+    packet->pts = packet->dts = second * kSecond;
+    packet->duration = kSecond;
+    packet->sparse = track == 2;
+    return packet;
+}
+
+TEST(PacketRange, IsContinuedByOneThatItMeetsWithAllItsTracks) {
+    struct Case {
+        int64_t soundFrom;  ///< of the next range, whose pictures begin at 8
+        int64_t soundTo;
+        bool subtitle;
+        bool expected;
+    };
+    for (const Case& one :
+         {Case{7, 14, false, true}, Case{8, 14, false, true}, Case{9, 14, false, false},
+          Case{4, 6, false, false}, Case{8, 14, true, true}, Case{0, 0, false, false}}) {
+        PacketRange range(0);
+        PacketRange next(8 * kSecond);
+        for (int64_t second = 0; second <= 9; ++second) range.append(packetOf(0, second));
+        for (int64_t second = 0; second <= 8; ++second) range.append(packetOf(1, second));
+        range.append(packetOf(2, 3));
+        for (int64_t second = 8; second <= 15; ++second) next.append(packetOf(0, second));
+        for (int64_t second = one.soundFrom; second < one.soundTo; ++second)
+            next.append(packetOf(1, second));
+        if (one.subtitle) next.append(packetOf(2, 12));
+        EXPECT_EQ(range.resumePoint(), 9 * kSecond);
+        ASSERT_EQ(range.runsInto(next), one.expected) << one.soundFrom;
+        if (!one.expected) continue;
+        range.absorb(next);
+        EXPECT_EQ(range.nextNumber(0), 16U);
+        EXPECT_EQ(range.nextNumber(1), 14U);
+        EXPECT_EQ(range.nextNumber(2), one.subtitle ? 2U : 1U);
+        for (uint64_t number = 0; number < 16; ++number)
+            EXPECT_EQ(range.packet(0, number)->pts, static_cast<int64_t>(number) * kSecond);
+        EXPECT_EQ(range.resumePoint(), 14 * kSecond);
+    }
 }
 
 TEST_F(PacketCacheTest, GoesBackWithoutReadingAnew) {
@@ -174,6 +229,73 @@ TEST_F(SmallPacketCacheTest, StaysWithinItsBudget) {
     EXPECT_LT(later[0].second - later[0].first, room * 3 / 2 + 3);
 }
 
+TEST(Timeline, MendsTimesThatMakeNoSense) {
+    constexpr int64_t kWild = int64_t{26} * 3600 * kSecond;
+    struct Packets {
+        bool mayJump;
+        int64_t duration;
+        std::vector<std::pair<int64_t, int64_t>> stated;  ///< pts and dts
+        std::vector<int64_t> expected;                    ///< pts
+    };
+    constexpr int64_t kBack = 3 * kFrame;
+    const Packets cases[] = {
+        {false,
+         kSecond,
+         {{0, 0}, {kNoTime, kNoTime}, {kNoTime, 2 * kFrame}, {3 * kFrame, kNoTime}},
+         {0, kFrame, 2 * kFrame, 3 * kFrame}},
+        {false,
+         kSecond,
+         {{0, 0}, {kWild, kWild}, {2 * kFrame, 2 * kFrame}, {kWild, 3 * kFrame}},
+         {0, kFrame, 2 * kFrame, 3 * kFrame}},
+        // A gap is one, within the medium.
+        {false, 60 * kSecond, {{0, 0}, {30 * kSecond, 30 * kSecond}}, {0, 30 * kSecond}},
+        {true,
+         60 * kSecond,
+         {{0, 0}, {30 * kSecond, 30 * kSecond}, {kFrame * 2, kFrame * 2}},
+         {0, kFrame, 2 * kFrame}},
+        // Times that begin anew, and reordered pictures.
+        {true,
+         0,
+         {{0, 0}, {kWild + kBack, kWild}, {kWild + kFrame, kWild + kFrame}},
+         {0, kFrame + kBack, 2 * kFrame}},
+        {true, 0, {{INT64_MAX, INT64_MAX - 1}, {kFrame, kFrame}}, {0, kFrame}},
+    };
+    for (const Packets& one : cases) {
+        Timeline timeline(one.duration, one.mayJump);
+        for (size_t index = 0; index < one.stated.size(); ++index) {
+            auto [pts, dts] = one.stated[index];
+            int64_t duration = kFrame;
+            timeline.place(pts, dts, duration);
+            EXPECT_EQ(duration, kFrame);
+            EXPECT_EQ(pts, one.expected[index]) << index;
+            EXPECT_LE(dts, pts);
+        }
+    }
+    Timeline timeline(60 * kSecond, true);
+    timeline.restart(30 * kSecond);
+    int64_t pts = 20 * kSecond;  // where the seek landed
+    int64_t dts = pts;
+    int64_t duration = kWild;
+    timeline.place(pts, dts, duration);
+    EXPECT_EQ(pts, 20 * kSecond);
+    EXPECT_LT(duration, 5 * kSecond);
+}
+
+TEST(Watchdog, CountsOnlyTheTimeOfWaiting) {
+    struct Case {
+        bool waiting;
+        uint64_t progress;
+        int64_t now;
+        bool overdue;
+    };
+    Watchdog watchdog(10);
+    for (const Case& one :
+         {Case{false, 1, 100, false}, Case{true, 1, 500, false}, Case{true, 1, 509, false},
+          Case{true, 1, 510, true}, Case{true, 2, 511, false}, Case{true, 2, 521, true},
+          Case{false, 2, 600, false}, Case{true, 2, 700, false}})
+        EXPECT_EQ(watchdog.isOverdue(one.waiting, one.progress, one.now), one.overdue) << one.now;
+}
+
 TEST(MediaClock, GoesAtItsSpeedFromWhereItStands) {
     MediaClock clock;
     clock.setPosition(5000);
@@ -245,6 +367,19 @@ TEST(Faults, AreReadFromAText) {
                               "stalled -1-5", "stalled 1-2 on", "stalled 1", "dropped 1-2 off x"})
         EXPECT_FALSE(parseFaults(wrong)) << wrong;
     EXPECT_EQ(parseFaults("stalled 9-1").reason(), "not a fault of reading: 'stalled 9-1'");
+}
+
+TEST(MediaErrors, AreDocumented) {
+    std::ifstream page(PROJECT_ROOT "/docs/media.md");
+    const std::string text((std::istreambuf_iterator<char>(page)), {});
+    for (size_t value = 1; value < kMediaErrors.size(); ++value) {
+        const MediaErrorText& error = kMediaErrors[value];
+        std::string cell = error.text;
+        if (*error.http != '\0') cell += std::string(" (") + error.http + ")";
+        std::string number = std::to_string(value);
+        number.resize(5, ' ');
+        EXPECT_NE(text.find("| " + number + " | " + cell + " "), std::string::npos) << cell;
+    }
 }
 
 TEST(Languages, AreOfThreeLetters) {

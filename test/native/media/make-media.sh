@@ -1,12 +1,14 @@
 #!/bin/sh
-# Makes the media of the tests in the folder given as the argument, by FFmpeg's tool.
+# make-media.sh FOLDER SUBTITLES: makes the media of the tests in the folder, by FFmpeg's tool and,
+# for subtitles that are pictures, the program makeBitmapSubtitles.
 #
 # The pictures carry their number in twelve blocks along their upper edge, the lowest bit first,
 # white for 1. Two sound tracks: 440 Hz (English) and 880 Hz (French). A German subtitle.
 set -eu
 out=$1
+subtitles=$2
 rm -rf "$out"
-mkdir -p "$out/hls" "$out/dash"
+mkdir -p "$out/hls" "$out/dash" "$out/live"
 cd "$out"
 
 cat > de.srt <<'SRT'
@@ -21,10 +23,10 @@ SRT
 
 ff() { ffmpeg -nostdin -hide_banner -loglevel error -y "$@"; }
 
-# luma(X): white where the bit of the block is set in the number of the picture, grey below.
-bits="lum='if(lt(Y,H/6),if(mod(floor(N/pow(2,floor(X*12/W))),2),235,16),90+20*sin(N/5))':cb=128:cr=128"
-video() { # seconds width height rate
-  printf 'color=c=black:s=%sx%s:r=%s:d=%s,format=yuv420p,geq=%s' "$2" "$3" "$4" "$1" "$bits"
+# lum: white where the bit of the block is set in the number of the picture, grey below.
+video() { # seconds width height rate [number of the picture, from N]
+  printf "color=c=black:s=%sx%s:r=%s:d=%s,format=yuv420p,geq=lum='if(lt(Y,H/6)," "$2" "$3" "$4" "$1"
+  printf "if(mod(floor(%s/pow(2,floor(X*12/W))),2),235,16),90+20*sin(N/5))':cb=128:cr=128" "${5:-N}"
 }
 x264="-c:v libx264 -preset ultrafast -pix_fmt yuv420p -g 25 -bf 2"
 
@@ -39,8 +41,46 @@ printf '#EXTM3U\n#EXT-X-TARGETDURATION:6\n#EXTINF:6,\nfile://%s/film.ts\n#EXT-X-
 ff -i film.mp4 -map 0:v -an -c copy silent.mp4
 ff -i film.mp4 -map 0:a:0 -c copy sound.m4a
 ff -i film.mp4 -map 0:v -map 0:a:0 -t 1 -c copy short.mp4
+ff -i short.mp4 -c copy short.ts
 # One large group of pictures, of which not all fit into the memory for playing backwards.
 ff -f lavfi -i "$(video 4 1280 720 25)" -c:v libx264 -preset ultrafast -g 1000 -t 4 onegroup.mp4
+# Fields of 50 pictures a second, woven into frames. By steps of one and two each bit that differs
+# between the fields of a frame also differs from the frame before.
+ff -f lavfi -i "$(video 3 320 180 50 'floor(N*1.5)'),tinterlace=interleave_top" -c:v mpeg2video -top 1 \
+  -flags +ilme+ildct -qscale:v 2 -g 12 -bf 2 interlaced.ts
+
+# hex BYTE...: the bytes; pgs TIME SEGMENT BYTE...: a segment of the subtitles of Blu-ray discs, for
+# which there is no encoder, at a time in 90 kHz.
+hex() { for byte; do printf "\\$(printf %03o "0x$byte")"; done; }
+pgs() {
+  time=$1 segment=$2 size=$(($# - 2))
+  shift 2
+  # shellcheck disable=SC2046 # words are wanted
+  hex 50 47 $(printf '%08x' "$time" | sed 's/../& /g') 00 00 00 00 "$segment" \
+    $(printf '%02x %02x' $((size / 256)) $((size % 256))) "$@"
+}
+bar() { # the bar of makeBitmapSubtitles: composition, window, palette, object, end
+  pgs "$1" 16 01 40 00 b4 10 00 01 80 00 00 01 00 00 00 00 00 50 00 96
+  pgs "$1" 17 01 00 00 50 00 96 00 a0 00 14
+  pgs "$1" 14 00 00 01 eb 80 80 ff
+  line='00 c0 a0 01 00 00'
+  five="$line $line $line $line $line"
+  # shellcheck disable=SC2086 # words are wanted
+  pgs "$1" 15 00 00 00 c0 00 00 7c 00 a0 00 14 $five $five $five $five
+  pgs "$1" 80
+}
+nothing() {
+  pgs "$1" 16 01 40 00 b4 10 00 02 00 00 00 00
+  pgs "$1" 17 01 00 00 50 00 96 00 a0 00 14
+  pgs "$1" 80
+}
+{ nothing 0; bar 90000; nothing 180000; bar 270000; nothing 360000; } > bars.sup
+"$subtitles" dvdsub bars.mkv
+"$subtitles" dvbsub bars.ts
+for pair in 'bars.sup pgs.mkv' 'bars.mkv dvd.mkv' 'bars.ts dvb.ts'; do
+  ff -copyts -i silent.mp4 -copyts -i "${pair% *}" -map 0 -map 1 -c copy "${pair#* }"
+done
+
 # Two variants of the same film, told apart by the size of their pictures.
 ff -i film.mp4 -map 0:v -map 0:a:0 -map 0:v -map 0:a:0 -c:a copy -c:v libx264 -preset ultrafast \
   -g 25 -filter:v:1 scale=160:90 -b:v:0 900k -maxrate:v:0 900k -bufsize:v:0 900k -b:v:1 100k \
@@ -48,6 +88,19 @@ ff -i film.mp4 -map 0:v -map 0:a:0 -map 0:v -map 0:a:0 -c:a copy -c:v libx264 -p
   -master_pl_name master.m3u8 -hls_segment_filename 'hls/v%v-%d.ts' 'hls/v%v.m3u8'
 mv master.m3u8 hls/ 2>/dev/null || true
 ff -i film.mp4 -map 0:v -map 0:a:0 -c copy -f dash -seg_duration 2 dash/film.mpd
+
+# Segments of a second each, for a playlist that moves on.
+ff -i film.mp4 -map 0:v -map 0:a:0 -c copy -f hls -hls_time 1 -hls_list_size 0 \
+  -hls_segment_filename 'live/%d.ts' live/all.m3u8
+
+# Servers that nobody certifies but themselves, one of them under another name.
+identity() { # file, name
+  openssl req -x509 -newkey rsa:2048 -nodes -days 36500 -subj "/CN=$2" -addext "subjectAltName=$2" \
+    -keyout key.pem -out certificate.pem 2> openssl.log
+  cat certificate.pem key.pem > "$1"
+}
+identity server.pem IP:127.0.0.1
+identity other.pem DNS:other.example
 
 head -c 200000 /dev/urandom > random.mp4
 head -c "$(($(wc -c < film.mp4) / 2))" film.mp4 > truncated.mp4
