@@ -41,6 +41,7 @@ const std::set<std::string> kTakersOfAll{
     "pl_platform_Restart",
     "pl_platform_ToggleLiveDTV",
     "pl_platform_SetReferenceDate",
+    "pl_dtv_Action_unselectTransportStream",
 };
 
 void expectRefusalOfAll(uint32_t number) {

@@ -163,16 +163,14 @@ TEST(Start, LogLevelDecidesWhatIsTold) {
     const std::map<std::string, std::string> lines{
         {"silent", ""},
         {"warning", ""},
-        {"info",
-         "quiravent: info: pl_dtv_Action_unselectTransportStream was called; this device has "
-         "none\n"},
+        {"info", "quiravent: info: pl_dtv_Demux_closeFilter was called; this device has none\n"},
     };
     for (const auto& [level, line] : lines) {
         Station station;
         station.setVariable("QUIRAVENT_LOG", level);
         const ChildOutcome outcome = station.run([] {
             EXPECT_EQ(pl_input_init(), e_pl_status_ok);
-            EXPECT_EQ(pl_dtv_Action_unselectTransportStream(), e_pl_status_unavailable);
+            EXPECT_EQ(pl_dtv_Demux_closeFilter(1), e_pl_status_unavailable);
         });
         EXPECT_EQ(outcome.errors, line) << level;
     }
