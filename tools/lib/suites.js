@@ -71,7 +71,7 @@ function runScripts(folder, library) {
 
 /** What scripts need of a build: the module, and a device to run it over. */
 const SCRIPT_TARGETS = {
-  recorder: ['quiravent', 'recorder', 'recorder_addon'],
+  recorder: ['script_tests'],
   '.': ['applications']
 };
 
