@@ -72,7 +72,7 @@ function runScripts(folder, library) {
 /** What scripts need of a build: the module, and a device to run it over. */
 const SCRIPT_TARGETS = {
   recorder: ['script_tests'],
-  '.': ['applications']
+  '.': ['applications', 'test_media']
 };
 
 /** As runScripts, over a build with a sanitizer, each of whose reports counts as a failure. */
