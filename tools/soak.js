@@ -14,7 +14,7 @@ const MEBIBYTE = 1024 * 1024;
 const ENDED = 128 + 15;
 
 /** What the last half of a run may have more than the half before, both without the first quarter. */
-const ROOM = { memory: 12 * MEBIBYTE, threads: 2, descriptors: 2 };
+const ROOM = { memory: 12 * MEBIBYTE, heap: 2 * MEBIBYTE, threads: 2, descriptors: 2 };
 
 function parse(words) {
   const options = { minutes: 30, seed: (Date.now() % 1000000) + 1 };
@@ -54,8 +54,12 @@ function checkFlat(figures, name, unit, shown) {
   const before = most(settled.slice(0, middle), name);
   const after = most(settled.slice(middle), name);
   const perMinute = slope(settled.map((each) => [each.time / 60000, each[name]])) / unit;
-  const text = `${name}: at most ${shown(before)}, then ${shown(after)}; slope ${perMinute.toFixed(2)}`;
+  const text = `${name}: at most ${shown(before)}, then ${shown(after)}; slope ${perMinute.toFixed(2)} a minute`;
   return [after - before <= ROOM[name], text];
+}
+
+function inMebibytes(bytes) {
+  return `${(bytes / MEBIBYTE).toFixed(1)} MiB`;
 }
 
 function check(result) {
@@ -69,7 +73,8 @@ function check(result) {
       `events: ${count} sent, ${JSON.stringify(sent)}; heard ${JSON.stringify(last.heard)}`
     ],
     [films.ended > 0 && films.failed === 0, `films: ${JSON.stringify(films)}`],
-    checkFlat(figures, 'memory', 1024, (bytes) => `${(bytes / MEBIBYTE).toFixed(1)} MiB`),
+    checkFlat(figures, 'memory', 1024, inMebibytes),
+    checkFlat(figures, 'heap', 1024, inMebibytes),
     checkFlat(figures, 'threads', 1, String),
     checkFlat(figures, 'descriptors', 1, String),
     [status === ENDED, `status at the end: ${status}`]

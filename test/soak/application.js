@@ -20,6 +20,9 @@ const films = { begun: 0, ended: 0, failed: 0 };
 /** How long one film is played at most, in ms. */
 const LONGEST = 1500;
 
+/** How long the end of a film's listener is waited for, in ms. */
+const END_PATIENCE = 5000;
+
 const BOUNDS = { x: 800, y: 400, w: 320, h: 180 };
 
 function count(name, data) {
@@ -38,29 +41,48 @@ quiravent.InputWorker = function CountingInputWorker(onEvent, onEnd, onError) {
   return new InputWorker(listen, onEnd, onError);
 };
 
-/** Plays the film once, to its end or for some time, then again. */
+// The module keeps the listeners of a player for good, by design: these are the same for all films,
+// so that nothing else is kept with them.
+
+let player = null;
+let timer = null;
+
+/** The end of a film's listener may not be told where it coincides with an event, by design. */
+function unload() {
+  player.unload();
+  timer = setTimeout(play, END_PATIENCE);
+}
+
+function onFilmEvent(name) {
+  if (name === 'fetch_ready') player.start();
+  if (name === 'playback_error' || name === 'fetch_error') films.failed += 1;
+}
+
+function onFilmEnd() {
+  clearTimeout(timer);
+  films.ended += 1;
+  setImmediate(play);
+}
+
+function ignore() {}
+
+function onPlayer(error, made) {
+  if (error) {
+    films.failed += 1;
+    setTimeout(play, LONGEST);
+    return;
+  }
+  films.begun += 1;
+  player = made;
+  clearTimeout(timer);
+  timer = setTimeout(unload, 300 + Math.floor(Math.random() * LONGEST));
+  player.registerListener(onFilmEvent, onFilmEnd, ignore);
+  player.fetch();
+}
+
+/** Plays the film, to its end or for some time, over and over. */
 function play() {
-  quiravent.mediaServices.getPlayer(film, BOUNDS, (error, player) => {
-    if (error) {
-      films.failed += 1;
-      setTimeout(play, LONGEST);
-      return;
-    }
-    films.begun += 1;
-    const unload = () => player.unload();
-    const timer = setTimeout(unload, 300 + Math.floor(Math.random() * LONGEST));
-    const onEvent = (name) => {
-      if (name === 'fetch_ready') player.start();
-      if (name === 'playback_error' || name === 'fetch_error') films.failed += 1;
-    };
-    const onEnd = () => {
-      clearTimeout(timer);
-      films.ended += 1;
-      setImmediate(play);
-    };
-    player.registerListener(onEvent, onEnd, () => {});
-    player.fetch();
-  });
+  quiravent.mediaServices.getPlayer(film, BOUNDS, onPlayer);
 }
 
 function tell() {
@@ -71,6 +93,7 @@ function tell() {
     heard,
     films,
     memory: process.memoryUsage().rss,
+    heap: process.memoryUsage().heapUsed,
     threads: count('/proc/self/task'),
     // Less the one by which they are counted.
     descriptors: count('/proc/self/fd') - 1

@@ -88,7 +88,7 @@ function fuzzNative(target, options) {
 
 /** Calls of scripts over the recorder, in a build of the preset. */
 function fuzzArguments(options) {
-  build('release', ['quiravent', 'recorder', 'recorder_addon']);
+  build('release', ['script_tests']);
   const program = path.join(source, 'arguments', 'run.js');
   const result = run(
     process.execPath,

@@ -16,8 +16,9 @@ const sanitizers = {
     slowness: 4,
     variables: {
       // Signals end a process as they do without the sanitizer, since tests look for them; of what
-      // outlives a process there is a test of its own.
-      ASAN_OPTIONS: ['handle_segv=0', 'handle_abort=0', 'detect_leaks=0'],
+      // outlives a process there is a test of its own; and tests that look at the memory of a
+      // process would see what is kept back of memory that was freed.
+      ASAN_OPTIONS: ['handle_segv=0', 'handle_abort=0', 'detect_leaks=0', 'quarantine_size_mb=8'],
       UBSAN_OPTIONS: ['print_stacktrace=1']
     }
   },

@@ -39,7 +39,10 @@ function runScripts(folder, library) {
 }
 
 /** What scripts need of a build: the module, and a device to run it over. */
-const SCRIPT_TARGETS = { recorder: ['script_tests'], '.': ['applications'] };
+const SCRIPT_TARGETS = {
+  recorder: ['script_tests'],
+  '.': ['applications', 'test_media']
+};
 
 /** As runScripts, over a build with a sanitizer, each of whose reports counts as a failure. */
 function runSanitizedScripts(preset, folder, library) {

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "Input.h"
+#include "config/Configuration.h"
 #include "control/Connection.h"
 #include "control/Request.h"
 #include "display/headless/HeadlessDisplay.h"
@@ -14,13 +15,15 @@
 namespace quiravent::desktop {
 namespace {
 
-/// A device with nobody around, which stays for the life of the process.
+/// A device with nobody around; a new one for each input, so that each is a story of its own.
 struct Station {
     EventThread events{"events"};
     RemoteControl remote;
     RuntimeState state{events};
     Screen screen{std::make_unique<HeadlessDisplay>(), CapturePattern("")};
-    ControlTarget target{remote, state, screen, [] {}, "/nonexistent/pipe"};
+    Configuration configuration;
+    PlayerService players{configuration, screen};
+    ControlTarget target{remote, state, screen, players, [] {}, "/nonexistent/pipe"};
     std::shared_ptr<const WakeSignal> wake = std::make_shared<WakeSignal>();
 };
 
@@ -61,7 +64,7 @@ void serve(Connection& connection, int client) {
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace quiravent::desktop;
-    static auto& station = *new Station;
+    Station station;
     int sockets[2] = {-1, -1};
     quiravent::fuzz::expect(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) == 0);
     const FileDescriptor client(sockets[0]);
