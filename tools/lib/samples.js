@@ -113,7 +113,11 @@ function takenBy(layer, runtime, screen) {
     fs.symlinkSync(layer, path.join(folder, 'libquiravent_porting_layer.so'));
     fs.symlinkSync(device, path.join(folder, 'libquiravent_desktop.so'));
     const log = path.join(folder, 'bindings');
-    const variables = Object.assign({ LD_LIBRARY_PATH: folder }, screen.variables, logVariables(log));
+    const variables = Object.assign(
+      { LD_LIBRARY_PATH: folder },
+      screen.variables,
+      logVariables(log)
+    );
     const result = runExample(runtime, folder, ['hello', '0'], variables, screen.prefix);
     if (result.status !== 0) throw new Failure(`ended with ${result.status}: ${result.stderr}`);
     return takenFrom(runtime.program, log);
