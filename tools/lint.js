@@ -29,7 +29,9 @@ function checkTypes() {
 
 /** clang-tidy over all sources, one process per core. */
 function checkFaults() {
-  const sources = trackedFiles(['src/*.cpp', 'devices/*.cpp', 'bench/*.cpp', 'test/native/*.cpp']);
+  const sources = trackedFiles(
+    ['src', 'devices', 'bench', 'test/native', 'tools'].map((folder) => `${folder}/*.cpp`)
+  );
   const words = ['-P', String(os.cpus().length), '-n', '1', 'clang-tidy-14', '--quiet'];
   const input = sources.join('\n');
   const options = { input, stdio: ['pipe', 'inherit', 'pipe'] };

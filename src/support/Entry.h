@@ -13,7 +13,9 @@ using Entry = void (*)(const Info&);
 /// from script costs no look-up of where it goes.
 template <Entry entry>
 void Dispatch(const v8::FunctionCallbackInfo<v8::Value>& info) {
-    KeptException::Around([&] { entry(Info(info, v8::Local<v8::Value>())); });
+    const bool outer = KeptException::Begin();
+    entry(Info(info, v8::Local<v8::Value>()));
+    KeptException::End(outer);
 }
 
 /// One row of a class's or namespace's table: a script name and the entry behind it.

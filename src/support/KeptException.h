@@ -13,35 +13,22 @@ class KeptException {
     /// Takes what a conversion threw; the first one of an entry stays.
     static void Keep(const Nan::TryCatch& caught);
 
-    /// Runs the body of an entry, and throws what was kept meanwhile, if anything was.
-    template <class Body>
-    static void Around(const Body& body) {
-        if (s_kept) return Inside(body);
-        body();
+    /// The first act of every entry. An entry may be called by a conversion of another one, which
+    /// has kept an exception of its own already: what this tells has to be given to End.
+    static bool Begin() {
+        const bool outer = s_kept;
+        s_kept = false;
+        return outer;
+    }
+
+    /// The last act: throws what was kept since Begin, if anything was. What an entry throws in C++
+    /// ends the process, so it needn't come here.
+    static void End(bool outer) {
         if (s_kept) ThrowKept();
+        s_kept = outer;
     }
 
   private:
-    /// Holds what was kept, until its end keeps it again.
-    class SetAside {
-      public:
-        SetAside();
-        ~SetAside();
-        SetAside(const SetAside&) = delete;
-        SetAside& operator=(const SetAside&) = delete;
-
-      private:
-        Nan::Persistent<v8::Value> m_value;
-    };
-
-    /// For an entry that is called by a conversion of another one, which has kept an exception of
-    /// its own already.
-    template <class Body>
-    static void Inside(const Body& body) {
-        const SetAside outer;
-        Around(body);
-    }
-
     static void ThrowKept();
 
     static bool s_kept;

@@ -106,10 +106,10 @@ class ExternalWrapper : public Wrapper {
 
     template <void (*body)(Native*, const Info&)>
     static void DispatchMethod(const v8::FunctionCallbackInfo<v8::Value>& raw) {
-        KeptException::Around([&] {
-            const Info info(raw, v8::Local<v8::Value>());
-            body(NativeOf(info.Holder()), info);
-        });
+        const bool outer = KeptException::Begin();
+        const Info info(raw, v8::Local<v8::Value>());
+        body(NativeOf(info.Holder()), info);
+        KeptException::End(outer);
     }
 };
 
