@@ -3,7 +3,8 @@
 // npm run bench [-- --quick] [-- --cpu-time] [-- --only NAME] [-- TABLE...]: set-up, build, then the
 // tables of the benchmark, each the index.js of a folder of bench/; all of them unless some are
 // named. NAME is part of a scene's name. --cpu-time measures the processor's time instead of the
-// time that passes, for a machine that is busy. The figures are kept in build/bench.json.
+// time that passes, for a machine that is busy. The figures are kept in build/bench.json;
+// --document puts them into docs/performance.md.
 
 const fs = require('fs');
 const os = require('os');
@@ -26,17 +27,18 @@ function tables() {
 function readWords(words) {
   const options = [];
   const named = [];
+  const isDocumented = words.indexOf('--document') >= 0;
   for (let i = 0; i < words.length; ++i) {
     if (words[i] === '--quick' || words[i] === '--cpu-time') options.push(words[i]);
     else if (words[i] === '--only') options.push(words[i], words[++i]);
-    else named.push(words[i]);
+    else if (words[i] !== '--document') named.push(words[i]);
   }
   if (options.indexOf(undefined) >= 0) throw new Failure('--only wants the name of a scene.');
   const unknown = named.find((name) => tables().indexOf(name) < 0);
   if (unknown) {
     throw new Failure(`there is no table '${unknown}'; there are ${tables().join(', ')}.`);
   }
-  return { options, named: named.length > 0 ? named : tables() };
+  return { options, named: named.length > 0 ? named : tables(), isDocumented };
 }
 
 /** Runs one table; answers the rows that it writes, if it does. */
@@ -52,7 +54,7 @@ function runTable(name, options, json) {
 }
 
 main((words) => {
-  const { options, named } = readWords(words);
+  const { options, named, isDocumented } = readWords(words);
   setup(['build', 'bench']);
   build('release');
   require('../bench/lib/peers').installPeers();
@@ -62,9 +64,11 @@ main((words) => {
     const all = {
       machine: os.cpus()[0].model,
       processors: os.cpus().length,
+      clock: options.indexOf('--cpu-time') >= 0 ? "the processor's time" : 'the time that passes',
       rows: [].concat(...rows)
     };
     fs.writeFileSync(path.join(root, 'build', 'bench.json'), JSON.stringify(all, null, 1) + '\n');
+    if (isDocumented) require('../bench/lib/document').writeDocument(all);
   } finally {
     mustRun('rm', ['-rf', work]);
   }

@@ -32,6 +32,12 @@ void fromOpaqueRgba(uint32_t* row, uint32_t width) {
     std::transform(row, row + width, row, swappedRedBlue);
 }
 
+void fromRgb(const uint8_t* bytes, uint32_t* row, uint32_t width) {
+    for (uint32_t x = 0; x < width; ++x, bytes += 3) {
+        row[x] = pixelOf(255, bytes[0], bytes[1], bytes[2]);
+    }
+}
+
 uint32_t fromRgba(uint32_t* row, uint32_t width) {
     fromOpaqueRgba(row, width);
     return premultiply(row, width);

@@ -4,10 +4,14 @@
 
 namespace quiravent::desktop {
 
-// In-place conversions of a row from what a decoder wrote to the pixels of a surface.
+// Conversions of a row, in place where nothing else is said, from what a decoder wrote to the
+// pixels of a surface.
 
 /// From bytes R, G, B, A, the alpha being 255 everywhere.
 void fromOpaqueRgba(uint32_t* row, uint32_t width);
+
+/// From three bytes R, G, B per pixel into a row of a surface.
+void fromRgb(const uint8_t* bytes, uint32_t* row, uint32_t width);
 
 /// From bytes R, G, B, A, not premultiplied. Returns the lowest alpha of the row.
 uint32_t fromRgba(uint32_t* row, uint32_t width);

@@ -6,6 +6,7 @@
 
 #include "graphics/images/Decoders.h"
 #include "graphics/images/PixelConversion.h"
+#include "graphics/images/PlainPng.h"
 
 namespace quiravent::desktop {
 
@@ -121,6 +122,7 @@ bool isPng(const EncodedImage& image) {
 }
 
 DecodedImage decodePng(const EncodedImage& image, SurfacePool& pool) {
+    if (auto plain = decodePlainPng(image, pool)) return plain;
     return PngReader(image, pool).read();
 }
 

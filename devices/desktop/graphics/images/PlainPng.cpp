@@ -1,0 +1,165 @@
+#include "graphics/images/PlainPng.h"
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <vector>
+
+#include "graphics/images/PixelConversion.h"
+#include "graphics/images/PngFilters.h"
+
+namespace quiravent::desktop {
+
+namespace {
+
+constexpr uint8_t kSignature[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+constexpr size_t kChunkOverhead = 12;  // length, type, checksum
+constexpr uint8_t kRgb = 2;
+constexpr uint8_t kRgba = 6;
+
+struct FreeDecompressor {
+    void operator()(libdeflate_decompressor* decompressor) const {
+        libdeflate_free_decompressor(decompressor);
+    }
+};
+
+uint32_t bigEndian(const uint8_t* bytes) {
+    return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 | bytes[3];
+}
+
+struct Chunk {
+    const uint8_t* type;
+    const uint8_t* data;
+    uint32_t size;
+
+    bool is(const char* name) const { return std::memcmp(type, name, 4) == 0; }
+};
+
+/// The chunks of a file in turn, as long as they are whole.
+class Chunks {
+  public:
+    explicit Chunks(const EncodedImage& image) : m_rest(image) { skip(sizeof kSignature); }
+
+    std::optional<Chunk> next() {
+        if (m_rest.size < kChunkOverhead) return std::nullopt;
+        const uint32_t size = bigEndian(m_rest.data);
+        if (size > m_rest.size - kChunkOverhead) return std::nullopt;
+        const Chunk chunk{m_rest.data + 4, m_rest.data + 8, size};
+        if (libdeflate_crc32(0, chunk.type, size_t{size} + 4) != bigEndian(chunk.data + size)) {
+            return std::nullopt;
+        }
+        skip(size + kChunkOverhead);
+        return chunk;
+    }
+
+  private:
+    void skip(size_t count) {
+        const size_t skipped = std::min(count, m_rest.size);
+        m_rest = {m_rest.data + skipped, m_rest.size - skipped};
+    }
+
+    EncodedImage m_rest;
+};
+
+/// What there is to know of such a file.
+struct PlainPng {
+    uint32_t width = 0;
+    uint32_t height = 0;
+    size_t bytesPerPixel = 0;
+    std::vector<uint8_t> compressed;
+
+    size_t rowSize() const { return 1 + width * bytesPerPixel; }  // with the filter's number
+};
+
+bool readHeader(const Chunk& chunk, PlainPng& png) {
+    constexpr uint32_t kSize = 13;
+    if (!chunk.is("IHDR") || chunk.size != kSize) return false;
+    const uint8_t depth = chunk.data[8];
+    const uint8_t type = chunk.data[9];
+    const bool isUsual = chunk.data[10] == 0 && chunk.data[11] == 0 && chunk.data[12] == 0;
+    if (depth != 8 || (type != kRgb && type != kRgba) || !isUsual) return false;
+    png.width = bigEndian(chunk.data);
+    png.height = bigEndian(chunk.data + 4);
+    png.bytesPerPixel = type == kRgba ? 4 : 3;
+    return true;
+}
+
+/// Chunks that say nothing about the pixels, where they may stand: before these.
+bool mayBeIgnored(const Chunk& chunk) {
+    return (chunk.is("pHYs") && chunk.size == 9) ||
+           (chunk.is("sRGB") && chunk.size == 1 && chunk.data[0] < 4);
+}
+
+bool readChunks(const EncodedImage& image, PlainPng& png) {
+    const bool isSigned = image.size >= sizeof kSignature &&
+                          std::memcmp(image.data, kSignature, sizeof kSignature) == 0;
+    if (!isSigned) return false;
+    Chunks chunks(image);
+    auto chunk = chunks.next();
+    if (!chunk || !readHeader(*chunk, png)) return false;
+    const char* seen[2] = {};
+    for (chunk = chunks.next(); chunk && mayBeIgnored(*chunk); chunk = chunks.next()) {
+        const char*& place = seen[chunk->is("pHYs") ? 0 : 1];
+        if (place != nullptr) return false;
+        place = reinterpret_cast<const char*>(chunk->type);
+    }
+    for (; chunk && chunk->is("IDAT"); chunk = chunks.next()) {
+        png.compressed.insert(png.compressed.end(), chunk->data, chunk->data + chunk->size);
+    }
+    return chunk && chunk->is("IEND") && chunk->size == 0;
+}
+
+/// The filtered rows, or nothing unless the stream holds just these.
+std::vector<uint8_t> inflate(const PlainPng& png) {
+    const std::unique_ptr<libdeflate_decompressor, FreeDecompressor> decompressor(
+        libdeflate_alloc_decompressor());
+    // A little more, since pixels of three bytes are read as four.
+    std::vector<uint8_t> rows(png.rowSize() * png.height + sizeof(uint32_t));
+    const size_t size = rows.size() - sizeof(uint32_t);
+    size_t taken = 0;
+    size_t made = 0;
+    if (!decompressor ||
+        libdeflate_zlib_decompress_ex(decompressor.get(), png.compressed.data(),
+                                      png.compressed.size(), rows.data(), size, &taken,
+                                      &made) != LIBDEFLATE_SUCCESS ||
+        taken != png.compressed.size() || made != size) {
+        return {};
+    }
+    return rows;
+}
+
+/// Returns the lowest alpha.
+uint32_t convertRow(const uint8_t* bytes, const PlainPng& png, uint32_t* row) {
+    if (png.bytesPerPixel == 4) {
+        std::memcpy(row, bytes, size_t{png.width} * 4);
+        return fromRgba(row, png.width);
+    }
+    fromRgb(bytes, row, png.width);
+    return 255;
+}
+
+}  // namespace
+
+std::shared_ptr<Surface> decodePlainPng(const EncodedImage& image, SurfacePool& pool) {
+    PlainPng png;
+    if (!readChunks(image, png)) return nullptr;
+    const DecodedImage surface = surfaceFor(png.width, png.height, pool);
+    if (!surface) return nullptr;
+    std::vector<uint8_t> rows = inflate(png);
+    if (rows.empty()) return nullptr;
+    const std::vector<uint8_t> nothing(png.rowSize() + 1);
+    const uint8_t* above = nothing.data() + 1;
+    uint32_t lowestAlpha = 255;
+    for (uint32_t y = 0; y < png.height; ++y) {
+        uint8_t* const row = rows.data() + y * png.rowSize();
+        if (!unfilterPngRow(row[0], row + 1, above, png.width, png.bytesPerPixel)) return nullptr;
+        lowestAlpha = std::min(lowestAlpha, convertRow(row + 1, png, (*surface)->row(y)));
+        above = row + 1;
+    }
+    (*surface)->setOpaque(lowestAlpha == 255);
+    return *surface;
+}
+
+}  // namespace quiravent::desktop
