@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace quiravent::desktop::lineup {
 
@@ -141,7 +142,7 @@ class Layout {
 
 size_t packetsAt(const Load& load, uint64_t bitRate) {
     const auto loop = static_cast<double>(load.loop) / kPcrRate;
-    return static_cast<size_t>(static_cast<double>(bitRate) * loop / kPacketBits + 0.5);
+    return static_cast<size_t>(std::llround(static_cast<double>(bitRate) * loop / kPacketBits));
 }
 
 std::optional<Packets> withShortestDelay(const Load& load, uint64_t bitRate) {
