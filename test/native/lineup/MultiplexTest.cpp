@@ -98,6 +98,33 @@ TEST(Multiplex, TellsIsdbTextsAndTheTimeOfBrasilia) {
     EXPECT_EQ(found.description.services[0].present->start, 1795302000 - 3 * 3600);
 }
 
+TEST(Multiplex, TellsTheTimeByItsStandard) {
+    struct Case {
+        const char* standard;
+        Bytes first;  ///< with the pointer before it, up to the checksum
+        Bytes last;   ///< two seconds later
+    };
+    for (const Case& one : {Case{"dvb",
+                                 {0, 0x70, 0x70, 5, 0xEF, 0xB5, 0x23, 0x59, 0x59},
+                                 {0, 0x70, 0x70, 5, 0xEF, 0xB6, 0, 0, 1}},
+                            Case{"isdb",
+                                 {0, 0x73, 0x70, 11, 0xEF, 0xB5, 0x20, 0x59, 0x59, 0xF0, 0},
+                                 {0, 0x73, 0x70, 11, 0xEF, 0xB5, 0x21, 0, 1, 0xF0, 0}}}) {
+        const Bytes bytes = multiplexOf(
+            std::string(R"({"startTime":"2026-11-21T20:59:59-03:00","duration":3,"standard":")") +
+            one.standard + R"(","services":[{"name":"A","video":null}]})");
+        std::vector<Bytes> sections;
+        for (size_t at = 0; at < bytes.size(); at += TransportPacket::kSize) {
+            const TransportPacket packet(&bytes[at]);
+            if (packet.pid() != kTdtPid) continue;
+            sections.emplace_back(packet.payload(), packet.payload() + one.first.size());
+        }
+        ASSERT_EQ(sections.size(), 16U);
+        EXPECT_EQ(sections.front(), one.first);
+        EXPECT_EQ(sections.back(), one.last);
+    }
+}
+
 TEST(Multiplex, FindsTheCodingOfAnyName) {
     for (const char* const name : {"Plain", "Ação", "Œuvre €", "Канал", "日本"}) {
         const Inspection found = inspect(viewOf(multiplexOf(
