@@ -12,6 +12,7 @@
 #include "support/Text.h"
 #include "television/NetworkSource.h"
 #include "television/TestTuner.h"
+#include "television/TunerError.h"
 
 namespace quiravent::desktop {
 namespace {
@@ -146,6 +147,23 @@ TEST(Tuner, FollowsLossAndReturnOfDatagrams) {
         sendUntil(tuner, 3, sender, one.header);
         EXPECT_EQ(tuner.waitForReports(3), (Codes{0, 7, 0}));
     }
+}
+
+TEST(Tuner, SelectsAnewWhatItHasItself) {
+    const uint16_t port = test::freePort();
+    const std::string selector = joined("udp://127.0.0.1:", port);
+    TestTuner tuner;
+    tuner.select(selector);
+    EXPECT_TRUE(waitUntil([&] {
+        try {
+            NetworkSource({"127.0.0.1", port, "", ""}).open();
+            return false;
+        } catch (const TunerError&) {
+            return true;
+        }
+    }));
+    tuner.select(selector);
+    EXPECT_EQ(tuner.waitForReports(1), Codes{7}) << "and not that the port is taken";
 }
 
 TEST(Tuner, TakesTheSignalAwayOnDemand) {
