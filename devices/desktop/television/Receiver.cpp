@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "support/Clock.h"
@@ -62,14 +63,24 @@ std::unique_ptr<const ReceiverStatus> Receiver::status() const {
 
 void Receiver::run() {
     while (!m_cancelled) {
-        if (!m_isOpen && clock::now() >= m_openAgain) tryToOpen(clock::now());
-        wait();
-        if (m_cancelled) return;
-        m_now = clock::now();
-        if (m_isOpen) readSource(m_now);
-        flush();
-        followSignal(m_now);
+        try {
+            receive();
+        } catch (const std::exception& error) {
+            m_isOpen = false;
+            fail(e_pl_dtv_error_resource_unavailable, error.what(), clock::now());
+        }
     }
+}
+
+/// Waits for what comes next, and does what is due.
+void Receiver::receive() {
+    if (!m_isOpen && clock::now() >= m_openAgain) tryToOpen(clock::now());
+    wait();
+    if (m_cancelled) return;
+    m_now = clock::now();
+    if (m_isOpen) readSource(m_now);
+    flush();
+    followSignal(m_now);
 }
 
 /// Until there is something to read, or to tell, or the receiver is to end.
@@ -111,6 +122,7 @@ void Receiver::readSource(int64_t now) {
 void Receiver::fail(e_pl_dtv_error code, const std::string& reason, int64_t now) {
     m_openAgain = now + kOpenInterval;
     m_monitor.onFailure(code);
+    forgetSignal();
     const std::lock_guard<std::mutex> lock(m_statusMutex);
     if (std::exchange(m_status.failure, reason) != reason) log::warning(reason);
 }
@@ -141,7 +153,9 @@ void Receiver::take(const TransportPacket& packet, int64_t arrival) {
         m_status.statistics.count(packet, isGap);
     }
     m_monitor.onPacket(m_now);
-    if (verdict == ContinuityCheck::Verdict::duplicate) return;
+    const bool isOfNoUse =
+        verdict == ContinuityCheck::Verdict::duplicate || packet.pid() == kNullPid;
+    if (isOfNoUse) return;
     const bool isDiscontinuous = isGap || verdict == ContinuityCheck::Verdict::begin;
     m_change = std::max(m_change, m_tables->add(packet, isDiscontinuous));
     m_packets.push_back({packet, arrival, isDiscontinuous, false});
@@ -167,7 +181,7 @@ void Receiver::publish() {
     const auto& program = m_wanted.program;
     const bool isMissing = program && m_tables->hasAssociation() && !m_tables->hasProgram(*program);
     if (isMissing) {
-        m_monitor.onFailure(e_pl_dtv_error_service_not_found);
+        m_monitor.onMissing(e_pl_dtv_error_service_not_found);
     } else if (program ? m_tables->hasMapOf(*program) : m_tables->isLocked()) {
         m_monitor.onLock();
     }
@@ -176,17 +190,16 @@ void Receiver::publish() {
 void Receiver::followSignal(int64_t now) {
     const bool wasPresent = m_monitor.isPresent();
     const auto outcome = m_monitor.check(now);
-    if (wasPresent && !m_monitor.isPresent()) {
-        m_multiplex.setSignal(m_wanted.selection, false);
-        forgetSignal();
-    }
+    if (wasPresent && !m_monitor.isPresent()) forgetSignal();
     measure(now);
     if (outcome) m_report(*outcome);
 }
 
 /// What was known of the signal is over; tables have to come anew.
 void Receiver::forgetSignal() {
+    m_multiplex.setSignal(m_wanted.selection, false);
     m_tables = std::make_unique<ServiceTables>();
+    m_change = ServiceTables::Change::none;
     m_continuity.restart();
     m_measureFrom = 0;
 }
