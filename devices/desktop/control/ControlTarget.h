@@ -9,6 +9,7 @@
 #include "input/RemoteControl.h"
 #include "platform/RuntimeState.h"
 #include "platform/ServiceSelectorPipe.h"
+#include "playing/LivePlayers.h"
 #include "playing/PlayerService.h"
 #include "support/WakeSignal.h"
 
@@ -22,6 +23,9 @@ struct ControlTarget {
     PlayerService& players;
     std::function<void()> endProcess;  ///< asks the process to end
     std::string pipe = ServiceSelectorPipe::kPath;
+    std::function<std::vector<LivePlayers::Watched>()> watchLive = [] {
+        return std::vector<LivePlayers::Watched>();
+    };
 };
 
 /// A client, as its requests see it.
