@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/MalformedInput.h"
+#include "common/MalformedInput.h"
 #include "television/ContinuityCheck.h"
 #include "television/TestStream.h"
 
