@@ -17,6 +17,8 @@ const verbs = [
   'players',
   'halt',
   'faults',
+  'tuner',
+  'signal',
   'lineup',
   'doctor'
 ].map((name) => require(`./commands/${name}`));

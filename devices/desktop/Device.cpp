@@ -102,8 +102,7 @@ void Device::startControl(const std::string& path) {
     try {
         m_control = std::make_unique<ControlServer>(
             path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, m_players,
-                                [this] { stopApplication(); }, ServiceSelectorPipe::kPath,
-                                [this] { return m_livePlayers.watch(); }});
+                                m_livePlayers, m_tuner, [this] { stopApplication(); }});
         m_screen.setFrameListener(m_control->waker());
     } catch (const DeviceError& error) {
         // The application is what the device is for, and runs without.

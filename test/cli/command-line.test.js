@@ -3,9 +3,10 @@
 const test = require('tape');
 const { inFolder, inSequence, launch } = require('./support/launcher');
 
-const verbs = 'run press screenshot state message keys players halt faults lineup doctor'.split(
-  ' '
-);
+const verbs =
+  'run press screenshot state message keys players halt faults tuner signal lineup doctor'.split(
+    ' '
+  );
 
 test('a wrong command line is told in one line that names what is wrong, with status 2', (t) =>
   inFolder((folder, write) => {
@@ -38,6 +39,8 @@ test('a wrong command line is told in one line that names what is wrong, with st
       [['halt', 'abort', '0'], /halt: PLAYER is '0'; allowed: a number from 1 on/],
       [['faults', 'on'], /faults: FAULT is missing; allowed: a number from 1 on/],
       [['faults', '1', '2'], /faults: SWITCH is '1'; allowed: on, off/],
+      [['signal', 'lost'], /signal: VALUE is missing; allowed/],
+      [['signal', 'noise', '1'], /signal: WHAT is 'noise'; allowed: lost, errors, delay/],
       [['screenshot', ''], /screenshot: FILE is ''; allowed: the path of a file/],
       [['lineup', 'fly'], /lineup: ACTION is 'fly'; allowed: make, check/],
       [['lineup', 'make', 'a.json'], /make with 1 file names; allowed: lineup make FILE.json OUT/],

@@ -42,6 +42,15 @@ test('each verb sends its request and prints the answer', (t) => {
   const faultsText =
     '  1  on   slow     second 2 to 10   50000 bytes per second\n' +
     '  2  off  stalled  second 12 to 20\n';
+  const tunerText =
+    'failed: no signal\nselected: TV Um program=2\n' +
+    'signal: 3.000 Mbit/s, 99 packets, 2 gaps, 1 damaged\n' +
+    '  1  Um  256 H.264, 257 AAC por  now: 12:45 Jornal\n' +
+    '  2  -\n';
+  const signalText =
+    'lost off, errors 0.00001, delay 700, seed 3\n' +
+    '  1  on   lost    second 5 to 8\n' +
+    '  2  off  errors  second 10 to 20  0.001 of the bits\n';
   const cases = [
     [['state'], ['state', {}], 'running\n', { state: 'running' }],
     [['state', 'overlay'], ['state', { state: 'overlay' }], 'overlay\n', { state: 'overlay' }],
@@ -50,6 +59,12 @@ test('each verb sends its request and prints the answer', (t) => {
     [['halt', 'suspend', '2'], ['haltPlayer', { how: 'suspend', player: 2 }], ''],
     [['faults'], ['faults', {}], faultsText, { faults: FakeDevice.faults }],
     [['faults', 'on', '2'], ['faults', { fault: 2, on: true }], faultsText],
+    [['tuner'], ['tuner', {}], tunerText, { tuner: FakeDevice.tuner }],
+    [['signal'], ['signal', {}], signalText, { signal: FakeDevice.signal }],
+    [['signal', 'lost', 'on'], ['signal', { lost: true }], signalText],
+    [['signal', 'errors', '1e-4'], ['signal', { errorRate: 1e-4 }], signalText],
+    [['signal', 'delay', 'long'], ['signal', { delay: 'long' }], signalText],
+    [['signal', 'off', '2'], ['signal', { fault: 2, on: false }], signalText],
     [['message', 'volume', 'très bas\n'], ['message', { name: 'volume', value: 'très bas\n' }], ''],
     [['message', '--', '--a', ''], ['message', { name: '--a', value: '' }], '']
   ];

@@ -12,6 +12,7 @@
 #include "playing/LivePlayers.h"
 #include "playing/PlayerService.h"
 #include "support/WakeSignal.h"
+#include "television/Tuner.h"
 
 namespace quiravent::desktop {
 
@@ -21,11 +22,10 @@ struct ControlTarget {
     RuntimeState& runtimeState;
     const Screen& screen;
     PlayerService& players;
+    LivePlayers& livePlayers;
+    Tuner& tuner;
     std::function<void()> endProcess;  ///< asks the process to end
     std::string pipe = ServiceSelectorPipe::kPath;
-    std::function<std::vector<LivePlayers::Watched>()> watchLive = [] {
-        return std::vector<LivePlayers::Watched>();
-    };
 };
 
 /// A client, as its requests see it.

@@ -102,6 +102,16 @@ uint64_t Request::number(const char* parameter, uint64_t most, uint64_t otherwis
     return has(parameter) ? number(parameter, most) : otherwise;
 }
 
+double Request::real(const char* parameter, double least, double most) const {
+    const std::string allowed =
+        joined("a number from ", shownValue(least), " to ", shownValue(most));
+    const OrderedJson& given = value(parameter, allowed);
+    if (!given.is_number()) refuseValue(parameter, given, allowed);
+    const auto number = given.get<double>();
+    if (number < least || number > most) refuseValue(parameter, given, allowed);
+    return number;
+}
+
 size_t Request::choice(const char* parameter, const std::vector<std::string>& choices) const {
     const OrderedJson& given = value(parameter, listed(choices));
     const auto found = std::find(choices.begin(), choices.end(), given);

@@ -37,6 +37,7 @@ class Request {
     uint64_t number(const char* parameter, uint64_t most) const;
     /// Of one that needn't be there.
     uint64_t number(const char* parameter, uint64_t most, uint64_t otherwise) const;
+    double real(const char* parameter, double least, double most) const;
     size_t choice(const char* parameter, const std::vector<std::string>& choices) const;
 
   private:

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "control/playerCommands.h"
+#include "control/tunerCommands.h"
 #include "display/png.h"
 #include "input/Keys.h"
 #include "support/Clock.h"
@@ -175,6 +176,9 @@ const std::vector<Command>& commands() {
         {"haltPlayer", {"player", "how"}, haltPlayer},
         {"captions", {"text", "timeout"}, captions},
         {"faults", {"fault", "on"}, faults},
+        {"tuner", {}, tuner},
+        {"waitTuner", {"state", "timeout"}, waitTuner},
+        {"signal", {"lost", "errorRate", "delay", "seed", "fault", "on"}, signalTroubles},
         {"keys", {}, keys},
         {"info", {}, info},
         {"quit", {}, quit},

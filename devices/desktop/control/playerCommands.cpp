@@ -184,12 +184,12 @@ Work haltPlayer(const Request& request, ControlSession& session) {
 
 Work captions(const Request& request, ControlSession& session) {
     constexpr int64_t kInterval = 5 * kMillisecond;
-    const auto watch = session.target.watchLive;
+    LivePlayers& service = session.target.livePlayers;
     const std::string text = request.has("text") ? request.text("text") : "";
     const uint64_t timeout = request.number("timeout", kMaxTimeout, 5000);
     const int64_t deadline = clock::now() + static_cast<int64_t>(timeout) * kMillisecond;
-    return [=](int64_t now) -> Progress {
-        const std::vector<LivePlayers::Watched> players = watch();
+    return [=, &service](int64_t now) -> Progress {
+        const std::vector<LivePlayers::Watched> players = service.watch();
         if (text.empty() || isSeen(text, players))
             return {OrderedJson{{"players", shown(players)}}};
         if (now < deadline) return {std::nullopt, std::min(deadline, now + kInterval)};

@@ -15,7 +15,7 @@ namespace {
 
 /// Who selects goes on to wait for reports after the call, and one that comes before that would
 /// lie there until the next one: so the first takes this long at least.
-constexpr int64_t kFirstReport = 20 * kMillisecond;
+constexpr int64_t kFirstReport = 40 * kMillisecond;
 
 /// How long the end of the process waits for a receiver.
 constexpr int64_t kPatience = kSecond;

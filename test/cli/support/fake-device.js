@@ -123,6 +123,38 @@ FakeDevice.faults = [
   { fault: 2, kind: 'stalled', from: 12, to: 20, on: false }
 ];
 
+FakeDevice.tuner = {
+  state: 'failed',
+  selector: 'TV Um',
+  option: 'program=2',
+  error: 7,
+  reason: 'no signal',
+  services: [
+    {
+      number: 1,
+      name: 'Um',
+      streams: [
+        { pid: 256, codec: 'H.264' },
+        { pid: 257, codec: 'AAC', language: 'por' }
+      ],
+      present: { start: 750516300, title: 'Jornal' }
+    },
+    { number: 2, name: '' }
+  ],
+  signal: { bitRate: 3000123, packets: 99, continuityErrors: 2, damagedPackets: 1 }
+};
+
+FakeDevice.signal = {
+  lost: false,
+  errorRate: 1e-5,
+  delay: 700,
+  seed: 3,
+  faults: [
+    { fault: 1, kind: 'lost', from: 5, to: 8, on: true },
+    { fault: 2, kind: 'errors', from: 10, to: 20, errorRate: 0.001, on: false }
+  ]
+};
+
 FakeDevice.handlers = {
   press: (request) =>
     codes[request.key] ? { code: codes[request.key] } : refuse(`unknown key '${request.key}'`),
@@ -149,6 +181,8 @@ FakeDevice.handlers = {
   waitPlayer: () => ({ player: FakeDevice.players[0] }),
   haltPlayer: () => ({}),
   faults: () => ({ faults: FakeDevice.faults }),
+  tuner: () => ({ tuner: FakeDevice.tuner }),
+  signal: () => ({ signal: FakeDevice.signal }),
   keys: () => ({
     keys: Object.keys(codes).map((name) => ({ name, code: codes[name], aliases: [`VK_${name}`] }))
   }),

@@ -72,7 +72,8 @@ class Client {
 /// A device with a screen that is looked at by nobody, and its control channel.
 class Station {
   public:
-    explicit Station(const std::string& faults = "") : m_configuration(withFaults(faults)) {}
+    explicit Station(const std::string& faults = "", const std::string& signalFaults = "")
+        : m_configuration(withFaults(faults, signalFaults)) {}
 
     Client client() const { return Client(socketPath()); }
     std::string operator/(const std::string& name) const { return m_folder / name; }
@@ -91,14 +92,16 @@ class Station {
 
     RemoteControl& remote() { return m_remote; }
     PlayerService& players() { return m_players; }
+    Tuner& tuner() { return m_tuner; }
     RuntimeState& state() { return m_state; }
     ControlServer& server() { return m_server; }
     std::future<void> processEnd() { return m_processEnd.get_future(); }
 
   private:
-    static Configuration withFaults(const std::string& faults) {
+    static Configuration withFaults(const std::string& faults, const std::string& signalFaults) {
         Configuration configuration;
         configuration.media.faults = faults;
+        configuration.television.faults = signalFaults;
         return configuration;
     }
 
@@ -109,10 +112,12 @@ class Station {
     RemoteControl m_remote;
     RuntimeState m_state{m_events};
     Screen m_screen{std::make_unique<HeadlessDisplay>(), CapturePattern("")};
+    Tuner m_tuner{m_configuration.television};
     PlayerService m_players{m_configuration, m_screen};
+    LivePlayers m_livePlayers{m_players, m_screen, m_tuner.multiplex()};
     std::promise<void> m_processEnd;
     ControlServer m_server{m_folder / "control",
-                           {m_remote, m_state, m_screen, m_players,
+                           {m_remote, m_state, m_screen, m_players, m_livePlayers, m_tuner,
                             [this] { m_processEnd.set_value(); }, m_folder / "pipe"}};
     const bool m_listening = [this] {
         m_screen.setFrameListener(m_server.waker());

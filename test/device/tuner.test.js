@@ -1,0 +1,204 @@
+'use strict';
+
+// Television as an application has it: selections, and what the tuner tells of them.
+
+const dgram = require('dgram');
+const fs = require('fs');
+const path = require('path');
+const test = require('tape');
+const { Application } = require('./support/controlled');
+
+const root = path.join(__dirname, '..', '..');
+const build = process.env.QUIRAVENT_BUILD || path.join(root, 'build', 'release');
+const multiplexes = path.join(build, 'test', 'native', 'television', 'multiplexes');
+const multiplex = (name) => path.join(multiplexes, name);
+
+const SELECT = `
+/** Says each report with the time since the selection in ms; tell() gets the report. */
+function select(selector, option, tell, done) {
+  const begun = Date.now();
+  const onReport = (name, data) => {
+    say(JSON.stringify([name, data, Date.now() - begun]));
+    if (tell) tell(data);
+  };
+  return new quiravent.TunerWorker(selector, option, onReport, done || (() => {}), () => {});
+}
+`;
+
+function start(t, source, variables) {
+  const application = new Application(t, SELECT + source, variables);
+  return application.connect().then((control) => ({ application, control }));
+}
+
+/** The reports that the application has said. */
+function reports(application) {
+  return application.lines.map((line) => JSON.parse(line)).filter((one) => Array.isArray(one));
+}
+
+function delay(ms) {
+  return new Promise((resolve) => setTimeout(resolve, ms));
+}
+
+/** Resolves with the reports once there are so many. */
+function untilReports(application, count) {
+  const all = reports(application);
+  return all.length >= count ? all : delay(5).then(() => untilReports(application, count));
+}
+
+const dataOf = (all) => all.map((report) => report[1]);
+
+/** Sends the multiplex to a port in datagrams of seven packets, at some 7 Mbit/s. */
+class Sender {
+  constructor(t, port) {
+    this.socket = dgram.createSocket('udp4');
+    this.stream = fs.readFileSync(multiplex('mux.ts')).slice(0, 188 * 7 * 200);
+    this.port = port;
+    this.at = 0;
+    t.teardown(() => {
+      this.stop();
+      this.socket.close();
+    });
+  }
+
+  start() {
+    this.timer = setInterval(() => {
+      for (let count = 0; count < 4; count++) this.send();
+    }, 6);
+  }
+
+  send() {
+    const datagram = this.stream.slice(this.at, this.at + 188 * 7);
+    this.at = (this.at + 188 * 7) % this.stream.length;
+    this.socket.send(datagram, 0, datagram.length, this.port, '127.0.0.1');
+  }
+
+  stop() {
+    clearInterval(this.timer);
+  }
+}
+
+/** A port that nobody uses at present. */
+function freePort() {
+  return new Promise((resolve) => {
+    const socket = dgram.createSocket('udp4');
+    socket.bind(0, '127.0.0.1', () => {
+      const port = socket.address().port;
+      socket.close(() => resolve(port));
+    });
+  });
+}
+
+test('each selection is told its outcome, one after the other', (t) => {
+  const cases = [
+    [multiplex('mux.ts'), '', '1,'],
+    [multiplex('missing.ts'), '', '0,Mídia não encontrada'],
+    ['Um', 'program=1', '1,'],
+    ['Dois', undefined, '0,Serviço não encontrado'],
+    [multiplex('other.ts'), undefined, '1,'],
+    [multiplex('mux.ts'), 'volume=1', '0,Parâmetro inválido'],
+    ['http://localhost/mux.ts', '', '0,Operação não suportada'],
+    ['adapter:250', 'system=isdb-t,frequency=479142857', '0,Funcionalidade não disponível'],
+    [multiplex('garbage.ts'), 'bitrate=50000000', '0,Sem Sinal'],
+    [multiplex('empty.ts'), '', '0,Dados indisponíveis']
+  ];
+  const source = `
+    const cases = ${JSON.stringify(cases.map((one) => one.slice(0, 2)))};
+    function next() {
+      const one = cases.shift();
+      if (!one) return say('{}');
+      const worker = select(one[0], one[1] === null ? undefined : one[1],
+        () => worker.closeTuner(), next);
+    }
+    next();`;
+  const lineup = { multiplexes: [{ name: 'Um', source: multiplex('mux.ts') }] };
+  const file = path.join(fs.mkdtempSync('/tmp/quiravent-lineup-'), 'lineup.json');
+  fs.writeFileSync(file, JSON.stringify(lineup));
+  const variables = { QUIRAVENT_LINEUP: file, QUIRAVENT_LOG: 'silent' };
+  start(t, source, variables)
+    .then(({ application }) => untilReports(application, cases.length))
+    .then((all) => {
+      t.deepEqual(
+        dataOf(all),
+        cases.map((one) => one[2])
+      );
+      t.ok(all.every((report) => report[0] === 'tunerlock'));
+      t.comment(`locked after ${all[0][2]} ms, anew after ${all[4][2]} ms`);
+      fs.unlinkSync(file);
+      fs.rmdirSync(path.dirname(file));
+    })
+    .then(() => t.end(), t.end);
+});
+
+test('loss and return of the signal are told as they happen', (t) => {
+  start(t, `select(${JSON.stringify(multiplex('mux.ts'))}, '');`)
+    .then(({ application, control }) =>
+      untilReports(application, 1)
+        .then(() => control.ask('tuner'))
+        .then((answer) => {
+          t.equal(answer.tuner.state, 'locked');
+          t.deepEqual(
+            answer.tuner.services.map((service) => [service.number, service.name]),
+            [
+              [1, 'Televisão'],
+              [2, 'Deux']
+            ]
+          );
+          return control.ask('signal', { lost: true });
+        })
+        .then(() => untilReports(application, 2))
+        .then(() => control.ask('signal', { lost: false }))
+        .then(() => untilReports(application, 3))
+        .then((all) => t.deepEqual(dataOf(all), ['1,', '0,Sem Sinal', '1,']))
+    )
+    .then(() => t.end(), t.end);
+});
+
+test('datagrams that come, end and come again are told', (t) => {
+  freePort()
+    .then((port) =>
+      start(t, `select('udp://127.0.0.1:${port}', '');`).then(({ application }) => {
+        const sender = new Sender(t, port);
+        const times = [];
+        const mark = () => times.push(Date.now());
+        return untilReports(application, 1)
+          .then(() => sender.start())
+          .then(() => untilReports(application, 2))
+          .then(mark)
+          .then(() => sender.stop())
+          .then(() => untilReports(application, 3))
+          .then(mark)
+          .then(() => sender.start())
+          .then(() => untilReports(application, 4))
+          .then(mark)
+          .then(() => {
+            const all = reports(application);
+            t.deepEqual(dataOf(all), ['0,Sem Sinal', '1,', '0,Sem Sinal', '1,']);
+            t.comment(
+              `silent: ${all[0][2]} ms; lost: ${times[1] - times[0]} ms; ` +
+                `back: ${times[2] - times[1]} ms`
+            );
+          });
+      })
+    )
+    .then(() => t.end(), t.end);
+});
+
+test('a tuner that is closed is told nothing, and the next one all', (t) => {
+  const mux = JSON.stringify(multiplex('mux.ts'));
+  const source = `
+    const first = select(${mux}, '', () => first.closeTuner(), () => {
+      say('{"first":"closed"}');
+      setTimeout(() => select(${mux}, ''), 0);
+    });`;
+  start(t, source)
+    .then(({ application, control }) =>
+      untilReports(application, 2)
+        .then(() => control.ask('signal', { lost: true }))
+        .then(() => untilReports(application, 3))
+        .then((all) => {
+          t.deepEqual(dataOf(all), ['1,', '1,', '0,Sem Sinal']);
+          t.deepEqual(application.lines[1], '{"first":"closed"}');
+        })
+    )
+    .then(() => t.end(), t.end);
+});
