@@ -45,6 +45,12 @@ function untilReports(application, count) {
   return all.length >= count ? all : delay(5).then(() => untilReports(application, count));
 }
 
+/** Resolves once the last report has that data. */
+function untilLast(application, data) {
+  const last = reports(application).pop();
+  return last && last[1] === data ? last : delay(5).then(() => untilLast(application, data));
+}
+
 const dataOf = (all) => all.map((report) => report[1]);
 
 /** Sends the multiplex to a port in datagrams of seven packets, at some 7 Mbit/s. */
@@ -160,19 +166,22 @@ test('datagrams that come, end and come again are told', (t) => {
         const sender = new Sender(t, port);
         const times = [];
         const mark = () => times.push(Date.now());
-        return untilReports(application, 1)
+        return untilLast(application, '0,Sem Sinal')
           .then(() => sender.start())
-          .then(() => untilReports(application, 2))
-          .then(mark)
+          .then(() => untilLast(application, '1,'))
           .then(() => sender.stop())
-          .then(() => untilReports(application, 3))
           .then(mark)
+          .then(() => untilLast(application, '0,Sem Sinal'))
           .then(() => sender.start())
-          .then(() => untilReports(application, 4))
+          .then(mark)
+          .then(() => untilLast(application, '1,'))
           .then(mark)
           .then(() => {
             const all = reports(application);
-            t.deepEqual(dataOf(all), ['0,Sem Sinal', '1,', '0,Sem Sinal', '1,']);
+            // A sender that a busy machine keeps away for a second is one more loss.
+            const expected = all.map((one, index) => ['0,Sem Sinal', '1,'][index % 2]);
+            t.deepEqual(dataOf(all), expected);
+            t.ok(all.length >= 4);
             t.comment(
               `silent: ${all[0][2]} ms; lost: ${times[1] - times[0]} ms; ` +
                 `back: ${times[2] - times[1]} ms`

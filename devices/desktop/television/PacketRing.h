@@ -50,7 +50,7 @@ class PacketRing {
 
     /// Where pictures of one stream that decoding can begin with start.
     struct KeyPictures {
-        StreamCodec codec;
+        StreamCodec codec = StreamCodec::other;
         std::deque<uint64_t> complete;
         std::optional<uint64_t> arriving;
     };

@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "support/Clock.h"
@@ -62,14 +63,24 @@ std::unique_ptr<const ReceiverStatus> Receiver::status() const {
 
 void Receiver::run() {
     while (!m_cancelled) {
-        if (!m_isOpen && clock::now() >= m_openAgain) tryToOpen(clock::now());
-        wait();
-        if (m_cancelled) return;
-        m_now = clock::now();
-        if (m_isOpen) readSource(m_now);
-        flush();
-        followSignal(m_now);
+        try {
+            receive();
+        } catch (const std::exception& error) {
+            m_isOpen = false;
+            fail(e_pl_dtv_error_resource_unavailable, error.what(), clock::now());
+        }
     }
+}
+
+/// Waits for what comes next, and does what is due.
+void Receiver::receive() {
+    if (!m_isOpen && clock::now() >= m_openAgain) tryToOpen(clock::now());
+    wait();
+    if (m_cancelled) return;
+    m_now = clock::now();
+    if (m_isOpen) readSource(m_now);
+    flush();
+    followSignal(m_now);
 }
 
 /// Until there is something to read, or to tell, or the receiver is to end.
@@ -141,7 +152,9 @@ void Receiver::take(const TransportPacket& packet, int64_t arrival) {
         m_status.statistics.count(packet, isGap);
     }
     m_monitor.onPacket(m_now);
-    if (verdict == ContinuityCheck::Verdict::duplicate) return;
+    const bool isOfNoUse =
+        verdict == ContinuityCheck::Verdict::duplicate || packet.pid() == kNullPid;
+    if (isOfNoUse) return;
     const bool isDiscontinuous = isGap || verdict == ContinuityCheck::Verdict::begin;
     m_change = std::max(m_change, m_tables->add(packet, isDiscontinuous));
     m_packets.push_back({packet, arrival, isDiscontinuous, false});

@@ -60,6 +60,7 @@ class Receiver : private PacketSink {
     static constexpr size_t kBatch = 512;  ///< packets
 
     void run();
+    void receive();
     void wait() const;
     void tryToOpen(int64_t now);
     void readSource(int64_t now);

@@ -1,6 +1,7 @@
 #include "television/Tuner.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "support/Clock.h"
@@ -47,13 +48,20 @@ void Tuner::select(const std::string& selector, const std::string& option,
     try {
         startReceiver(number, selector, option);
     } catch (const TunerError& error) {
-        log::warning("nothing can be tuned: ", error.what());
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_selection->failure = error.what();
-        }
-        report(number, error.code());
+        refuse(number, error.code(), error.what());
+    } catch (const std::exception& error) {
+        refuse(number, e_pl_dtv_error_resource_unavailable, error.what());
     }
+}
+
+void Tuner::refuse(uint64_t number, e_pl_dtv_error code, const std::string& reason) {
+    log::warning("nothing can be tuned: ", reason);
+    m_multiplex.end();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_selection->failure = reason;
+    }
+    report(number, code);
 }
 
 void Tuner::startReceiver(uint64_t number, const std::string& selector, const std::string& option) {

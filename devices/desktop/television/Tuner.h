@@ -69,6 +69,7 @@ class Tuner {
     };
 
     void startReceiver(uint64_t number, const std::string& selector, const std::string& option);
+    void refuse(uint64_t number, e_pl_dtv_error code, const std::string& reason);
     void report(uint64_t number, e_pl_dtv_error outcome);
     void tell(uint64_t number, e_pl_dtv_error outcome);
     void endSelection();

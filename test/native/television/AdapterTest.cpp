@@ -159,6 +159,8 @@ TEST(Adapter, GivesTheWholeStream) {
     EXPECT_FALSE(quality->ratio);
     kernel.unplug();
     EXPECT_THROW(source.read(counter, 78), TunerError);
+    source.open();
+    EXPECT_EQ(kernel.opened.size(), 2 * devices.size()) << "it may have been plugged in again";
 }
 
 TEST(Adapter, TellsWhyItCanNotBeUsed) {

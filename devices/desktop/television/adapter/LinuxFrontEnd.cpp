@@ -114,7 +114,7 @@ std::string LinuxFrontEnd::device(const char* kind) const {
 }
 
 void LinuxFrontEnd::tune(const Tuning& tuning) {
-    if (!m_frontEnd) openDevices();
+    openDevices();
     Properties properties = propertiesOf(tuning);
     dtv_properties all = properties.all();
     if (m_calls.control(m_frontEnd.number(), FE_SET_PROPERTY, &all) < 0) {
@@ -131,10 +131,13 @@ void LinuxFrontEnd::openDevices() {
         throw TunerError::ofSystem(joined("the television adapter can't be used: ", device(kind)),
                                    errno, e_pl_dtv_error_unavailable);
     };
-    FileDescriptor frontEnd = open("frontend", O_RDWR);
+    // What was open before may be of an adapter that has been unplugged, or keeps it taken.
+    m_stream = FileDescriptor();
+    m_demux = FileDescriptor();
+    m_frontEnd = FileDescriptor();
+    m_frontEnd = open("frontend", O_RDWR);
     m_demux = open("demux", O_RDWR);
     m_stream = open("dvr", O_RDONLY);
-    m_frontEnd = std::move(frontEnd);
 }
 
 void LinuxFrontEnd::passWholeStream() {
