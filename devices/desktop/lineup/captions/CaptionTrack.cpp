@@ -24,10 +24,10 @@ class Planner {
   public:
     Planner(CaptionCoder& coder, const FrameRate& rate, int64_t count, const Place& place)
         : m_coder(coder),
-          m_slotsPerSecond(coder.slotsPerPicture(rateOf(rate)) * rateOf(rate)),
+          m_pictureRate(rateOf(rate)),
+          m_slotsPerPicture(coder.slotsPerPicture(m_pictureRate)),
           m_place(place),
-          m_plan(static_cast<size_t>(static_cast<double>(count) *
-                                     coder.slotsPerPicture(rateOf(rate)))) {}
+          m_plan(static_cast<size_t>(static_cast<double>(count) * m_slotsPerPicture)) {}
 
     SlotPlan plan(const std::vector<Caption>& captions) {
         const std::vector<CaptionCode> codes = encode(captions);
@@ -64,9 +64,10 @@ class Planner {
         return codes;
     }
 
+    /// The first place of the picture that is seen at that time, or of the next one that has one.
     size_t slotOf(int64_t milliseconds) const {
-        return static_cast<size_t>(
-            std::lround(static_cast<double>(milliseconds) * m_slotsPerSecond / 1000));
+        const double picture = std::round(static_cast<double>(milliseconds) * m_pictureRate / 1000);
+        return static_cast<size_t>(std::ceil(picture * m_slotsPerPicture));
     }
 
     /// Where the run begins: at that place, or as near to it as there is room. There always is.
@@ -81,7 +82,8 @@ class Planner {
                                  const CaptionCode& code) const {
         size_t slots = code.show.size();
         for (const CaptionRun& run : code.load) slots += run.size();
-        const double seconds = std::ceil(static_cast<double>(slots) / m_slotsPerSecond * 10) / 10;
+        const double slotRate = m_pictureRate * m_slotsPerPicture;
+        const double seconds = std::ceil(static_cast<double>(slots) / slotRate * 10) / 10;
         refuseValue(place.at("from"), static_cast<double>(caption.from) / 1000,
                     joined("at least ", nlohmann::json(seconds).dump(),
                            " seconds after the beginning, or after the text before is shown; ",
@@ -89,7 +91,8 @@ class Planner {
     }
 
     CaptionCoder& m_coder;
-    const double m_slotsPerSecond;
+    const double m_pictureRate;
+    const double m_slotsPerPicture;
     const Place m_place;
     SlotPlan m_plan;
 };

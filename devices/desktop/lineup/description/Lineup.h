@@ -18,7 +18,7 @@ enum class Standard {
 };
 
 /// Seconds that the time of Brasília is ahead of UTC.
-constexpr int64_t kBrasiliaZone = -3 * 3600;
+constexpr int64_t kBrasiliaZone = -3 * int64_t{3600};
 
 enum class VideoCodec { h264, mpeg2 };
 enum class AudioCodec { aac, mp2 };
@@ -107,7 +107,7 @@ struct Lineup {
     std::string networkName;
     Standard standard = Standard::dvb;
     uint64_t bitRate = 0;              ///< of the multiplex, per second; 0: as low as it fits
-    int64_t duration = 10000;          ///< of the loop, in milliseconds, before it is rounded
+    int64_t duration = 10000;          ///< of the loop, in milliseconds, before it is rounded up
     std::optional<int64_t> startTime;  ///< what the tables tell at the beginning, as Event::start
     std::string font;
     std::vector<Service> services;

@@ -23,6 +23,10 @@ constexpr std::array<uint32_t, 8> kColours{0x1F5FA8, 0xA83A32, 0x2E7D4F, 0x7A4FA
                                            0xB0721A, 0x1C7C8C, 0x8C3A68, 0x5B6B1E};
 constexpr std::array<double, 8> kTones{440, 880, 587, 698, 523, 784, 659, 494};
 
+/// Bit rates of MPEG audio's layer II in stereo (ISO/IEC 11172-3, 2.4.2.3) that the range holds.
+constexpr std::array<uint32_t, 9> kLayer2Rates{64000,  96000,  112000, 128000, 160000,
+                                               192000, 224000, 256000, 320000};
+
 /// Descriptors have at most 255 bytes.
 constexpr size_t kMostServiceBytes = 252;
 constexpr size_t kMostEventBytes = 250;
@@ -84,11 +88,32 @@ void checkVideo(const Service& service, const Place& place) {
 
 void checkAudio(const Service& service, const Place& place) {
     for (size_t i = 0; i < service.audio.size(); ++i) {
-        if (service.audio[i].copy && service.media.empty()) {
-            refuseValue(place.at("audio").at(i).at("copy"), true,
-                        "false, since the service has no \"media\"");
+        const Audio& audio = service.audio[i];
+        const Place audioPlace = place.at("audio").at(i);
+        if (audio.copy && service.media.empty()) {
+            refuseValue(audioPlace.at("copy"), true, "false, since the service has no \"media\"");
+        }
+        const bool isRate = std::find(kLayer2Rates.begin(), kLayer2Rates.end(), audio.bitRate) !=
+                            kLayer2Rates.end();
+        if (audio.codec == AudioCodec::mp2 && !isRate) {
+            refuseValue(audioPlace.at("bitRate"), audio.bitRate,
+                        joined("with \"mp2\", ", nlohmann::json(kLayer2Rates).dump()));
         }
     }
+}
+
+/// All is made in memory.
+void checkSize(const Lineup& lineup, const Place& file) {
+    constexpr uint64_t kMostBits = uint64_t{8} << 30;
+    uint64_t rate = 0;
+    for (const Service& service : lineup.services) {
+        if (service.video) rate += service.video->bitRate;
+        for (const Audio& audio : service.audio) rate += audio.bitRate;
+    }
+    const uint64_t seconds = static_cast<uint64_t>(lineup.duration / 1000) + 1;
+    if (std::max(rate, lineup.bitRate) * seconds <= kMostBits) return;
+    refuseValue(file.at("duration"), static_cast<double>(lineup.duration) / 1000,
+                "a time in which the bit rates give at most 1 GiB");
 }
 
 void checkService(const Lineup& lineup, const Service& service, const Place& place) {
@@ -109,6 +134,11 @@ void checkService(const Lineup& lineup, const Service& service, const Place& pla
     }
     if (service.following && !service.present) {
         refuseMissing(place.at("present"), "an object, since there is a following event");
+    }
+    if (service.following && service.following->id != 0 &&
+        service.following->id == service.present->id) {
+        refuseValue(place.at("following").at("id"), service.following->id,
+                    "another one than that of the present event");
     }
     checkEvent(service.present, lineup.standard, place.at("present"));
     checkEvent(service.following, lineup.standard, place.at("following"));
@@ -167,13 +197,15 @@ void giveTestSignals(Service& service, size_t index) {
     }
 }
 
-void giveEventIds(Lineup& lineup) {
-    uint16_t next = 1;
-    for (Service& service : lineup.services) {
-        for (std::optional<Event>* const event : {&service.present, &service.following}) {
-            if (*event && (*event)->id == 0) (*event)->id = next;
-            ++next;
-        }
+/// Events are told apart within their service.
+void giveEventIds(Service& service) {
+    if (service.present && service.present->id == 0) {
+        const bool isTaken = service.following && service.following->id == 1;
+        service.present->id = isTaken ? 2 : 1;
+    }
+    if (service.following && service.following->id == 0) {
+        // 16 bits, of which 0 isn't used.
+        service.following->id = static_cast<uint16_t>(service.present->id % 0xFFFF + 1);
     }
 }
 
@@ -193,10 +225,11 @@ void completeLineup(Lineup& lineup, const Place& file) {
         claimPids(lineup.services[i], services.at(i), plan);
     }
     giveServiceIds(lineup, services);
-    giveEventIds(lineup);
+    checkSize(lineup, file);
     for (size_t i = 0; i < lineup.services.size(); ++i) {
         fillPids(lineup.services[i], static_cast<Pid>(kFirstPid + i * kPidsPerService), plan);
         giveTestSignals(lineup.services[i], i);
+        giveEventIds(lineup.services[i]);
     }
 }
 

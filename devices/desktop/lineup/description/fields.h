@@ -68,6 +68,7 @@ Field<Target> required(Field<Target> field) {
 template <class Target>
 std::vector<std::string> keysOf(const Fields<Target>& fields) {
     std::vector<std::string> keys;
+    keys.reserve(fields.size());
     for (const Field<Target>& field : fields) keys.push_back(field.key);
     return keys;
 }
@@ -158,6 +159,7 @@ Field<Target> choiceField(std::string key, std::string description,
         return true;
     };
     std::vector<std::string> quoted;
+    quoted.reserve(names.size());
     for (const std::string& name : names) quoted.push_back('"' + name + '"');
     return {std::move(key), std::move(description), listed(quoted),
             nlohmann::ordered_json{{"enum", names}}, std::move(store)};

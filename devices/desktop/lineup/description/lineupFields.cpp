@@ -196,7 +196,7 @@ const Fields<Lineup>& lineupFields() {
         numberField("bitRate", "Bits per second; by default as few as suffice.", 200000, 80000000,
                     &Lineup::bitRate),
         readField("duration",
-                  "Of the loop, in seconds; rounded so that pictures and sounds fit into it. By "
+                  "Of the loop, in seconds; rounded up so that pictures and sounds fit into it. By "
                   "default 10.",
                   "seconds from 1 to 300", {{"type", "number"}, {"minimum", 1}, {"maximum", 300}},
                   readDuration, &Lineup::duration),

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace quiravent::desktop::lineup {
 
@@ -48,7 +49,8 @@ class Sender {
 /// The references of one clock, each due at its time.
 struct Clock {
     Pid pid;
-    Ticks due = 0;
+    /// Not at 0: the association table comes first, so that who begins there knows what follows.
+    Ticks due = 1;
     uint8_t continuity = 0;  ///< of the last packet with payload
     bool isFirst = true;
 };
@@ -87,12 +89,8 @@ class Layout {
 
     /// What is sent from `now` until `end`; none when it comes too late.
     std::optional<Packet> next(Ticks now, Ticks end) {
-        // The association table comes first, so that who begins there knows what follows.
-        if (now > 0) {
-            if (const std::optional<Packet> clock = dueClock(now)) return clock;
-        }
-        if (isTableDue(now)) return m_load.tables[m_nextTable++].packet;
         if (const std::optional<Packet> clock = dueClock(now)) return clock;
+        if (isTableDue(now)) return m_load.tables[m_nextTable++].packet;
         Sender* const sender = mostUrgent(now);
         if (sender == nullptr) return nullPacket();
         if (sender->deadline() - kMargin < end) return std::nullopt;
@@ -141,7 +139,7 @@ class Layout {
 
 size_t packetsAt(const Load& load, uint64_t bitRate) {
     const auto loop = static_cast<double>(load.loop) / kPcrRate;
-    return static_cast<size_t>(static_cast<double>(bitRate) * loop / kPacketBits + 0.5);
+    return static_cast<size_t>(std::llround(static_cast<double>(bitRate) * loop / kPacketBits));
 }
 
 std::optional<Packets> withShortestDelay(const Load& load, uint64_t bitRate) {

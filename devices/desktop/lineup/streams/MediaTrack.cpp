@@ -8,6 +8,9 @@ namespace quiravent::desktop::lineup {
 
 namespace {
 
+/// A track that is shorter would have to begin again all the time.
+constexpr int64_t kShortest = 10 * kMillisecond;
+
 const char* nameOf(TrackKind kind) { return kind == TrackKind::video ? "video" : "sound"; }
 
 }  // namespace
@@ -48,7 +51,7 @@ PacketRef MediaTrack::read() {
     if (error != MediaError::none) refuse(describe(error));
     m_isOver = !packet;
     if (packet) m_end = std::max(m_end, packet->end());
-    if (m_isOver && m_end == 0) refuse("it is empty");
+    if (m_isOver && m_end < kShortest) refuse("it is empty");
     return packet;
 }
 

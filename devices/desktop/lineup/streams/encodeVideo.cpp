@@ -29,8 +29,9 @@ void configure(const Video& video, AVCodecContext& context) {
     context.color_primaries = AVCOL_PRI_SMPTE170M;
     context.color_trc = AVCOL_TRC_SMPTE170M;
     context.bit_rate = video.bitRate;
-    context.rc_max_rate = video.bitRate;
-    context.rc_buffer_size = static_cast<int>(video.bitRate / 2);
+    // Pictures that need it may have more for a while.
+    context.rc_max_rate = context.bit_rate * 5 / 4;
+    context.rc_buffer_size = static_cast<int>(context.rc_max_rate / 2);
     context.gop_size = std::max(video.rate.numerator / video.rate.denominator / 2, 1);
     context.max_b_frames = 0;
     context.flags |= AV_CODEC_FLAG_CLOSED_GOP;

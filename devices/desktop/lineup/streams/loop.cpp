@@ -1,6 +1,5 @@
 #include "lineup/streams/loop.h"
 
-#include <algorithm>
 #include <numeric>
 #include <vector>
 
@@ -41,7 +40,7 @@ Ticks loopDuration(const Lineup& lineup) {
         if (common <= kLongestUnit) unit = common;
     }
     const Ticks wanted = lineup.duration * kTicksPerMillisecond;
-    return std::max<Ticks>((wanted + unit / 2) / unit, 1) * unit;
+    return (wanted + unit - 1) / unit * unit;
 }
 
 }  // namespace quiravent::desktop::lineup

@@ -18,9 +18,9 @@ int samplesPerFrame(AudioCodec codec);
 Ticks frameDuration(const Video& video);
 Ticks frameDuration(const Audio& audio);
 
-/// Length of the loop: near the wanted one, and a whole number of frames of every stream, as far as
-/// these have a common multiple of at most two seconds. Where they have none, streams that come
-/// later end with a gap of less than a frame.
+/// Length of the loop: the wanted one or a little more, so that it is a whole number of frames of
+/// every stream, as far as these have a common multiple of at most two seconds. Where they have
+/// none, streams that come later end with a gap of less than a frame.
 Ticks loopDuration(const Lineup& lineup);
 
 }  // namespace quiravent::desktop::lineup

@@ -1,6 +1,7 @@
 #include "lineup/streams/mediaSound.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "media/audio/AudioFormat.h"
 #include "media/audio/Resampler.h"

@@ -8,8 +8,8 @@ namespace quiravent::desktop::lineup {
 
 /// What stands in the head of a section.
 struct SectionHead {
-    uint8_t tableId;
-    uint16_t extension;
+    uint8_t tableId = 0;
+    uint16_t extension = 0;
     uint8_t number = 0;
     uint8_t lastNumber = 0;
 };
