@@ -16,6 +16,7 @@ const verbs = [
   'keys',
   'players',
   'halt',
+  'captions',
   'faults',
   'tuner',
   'signal',

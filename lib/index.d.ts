@@ -351,19 +351,47 @@ export const mediaServices: {
   getAdPlayer(url: string, bounds: Rectangle, callback: JobCallback<AdPlayer>): void;
 };
 
-/** A live player of digital television. After `release` every method does nothing. */
+/**
+ * A live player of digital television, of `tunerServices.getPlayer`. It needs no selection to be
+ * made, and plays when there is one. After `release` every method does nothing.
+ *
+ *     const tuner = new quiravent.TunerWorker('./mux.ts', '', (name, data) => console.log(data));
+ *     const screen = quiravent.graphicServices.getTargetCanvas();
+ *     screen.clearRect(0, 0, 1280, 720); // the picture is seen through what is clear
+ *     screen.flush();
+ *     const player = quiravent.tunerServices.getPlayer(256, 257, 256);
+ *     if (player) {
+ *       player.start();
+ *       player.setBounds({ x: 320, y: 180, w: 640, h: 360 });
+ *       player.setVolume(0.8);
+ *       player.toggleClosedCaption('1');
+ *     }
+ */
 export interface DTVPlayer {
+  /** Shows the last key picture that was received, and goes on from there. */
   start(): void;
+  /** Takes the picture away; `start` brings it back. */
   stop(): void;
-  /** Throws a TypeError for undefined. */
+  /** The whole screen until then. Throws a TypeError for undefined. */
   setBounds(bounds: Rectangle): void;
-  /** 0.0 to 1.0; fractions count. */
+  /** 0.0 to 1.0, the broadcast's own loudness; fractions count. */
   setVolume(volume: number): void;
-  /** `true` or the text of a service number switches on; `false` and every number off. */
+  /**
+   * The text of a number switches captions on: that of a service inside of the pictures, or from 16
+   * on the packet identifier of a subtitle stream; `true` is service 1. `false` and every number
+   * switch off.
+   */
   toggleClosedCaption(value: boolean | string | number): void;
+  /** Ends the player; its picture is gone at once. */
   release(): void;
 }
 
+/**
+ * Entry to digital television. A TunerWorker selects what is received.
+ *
+ *     const player = quiravent.tunerServices.getPlayer(256, 257, 256); // video, audio, clock
+ *     if (player) player.start();
+ */
 export const tunerServices: {
   /** Reserved; does nothing. */
   getAllTransportStreams(): void;
@@ -371,7 +399,10 @@ export const tunerServices: {
   getTableInfo(): void;
   /** Reserved; does nothing. */
   unselectTransportStream(): void;
-  /** A player for three packet identifiers; undefined if the device refuses. */
+  /**
+   * A player for three packet identifiers, of which 8191 stands for none; undefined if the device
+   * refuses. Fractions are cut, and 16 bits are kept.
+   */
   getPlayer(videoPid: number, audioPid: number, pcrPid: number): DTVPlayer | undefined;
   /** Reserved; does nothing. */
   openDemuxFilter(): void;
@@ -380,6 +411,14 @@ export const tunerServices: {
 /**
  * The selection of a transport stream, for as long as it is open. Each report is an event
  * "tunerlock" whose data is "1," when the stream is received, or "0," and the reason.
+ *
+ *     const tuner = new quiravent.TunerWorker(
+ *       './mux.ts',
+ *       '',
+ *       (name, data) => console.log(name, data), // tunerlock 1,
+ *       () => console.log('unselected')
+ *     );
+ *     setTimeout(() => tuner.closeTuner(), 5000);
  */
 export interface TunerWorker {
   /** Unselects the stream; the completion listener follows. */

@@ -9,6 +9,7 @@ const { build } = require('./lib/build');
 const { Failure, main, root, run } = require('./lib/run');
 const { setup } = require('./lib/setup');
 const { makeMedia } = require('./media/make');
+const { makeMultiplex } = require('../examples/television/multiplex');
 
 const hasDisplay = Boolean(process.env.DISPLAY || process.env.WAYLAND_DISPLAY);
 
@@ -20,6 +21,7 @@ function runNode(words) {
 function startInWindow() {
   console.log('Arrow keys move, Return opens, Backspace goes back, F4 opens the settings.');
   console.log('In a film: Space pauses, . and , go fast, up opens the languages, S leaves.');
+  console.log('G opens the television: digits and page keys change the channel, U shows captions.');
   const storage = ['--storage', path.join(root, 'build', 'storage')];
   runNode(['cli/quiravent.js', 'run', '--window'].concat(storage, 'examples/home'));
 }
@@ -34,6 +36,7 @@ main(() => {
   build('release', ['applications']);
   drawArtwork(path.join(root, 'build', 'artwork'));
   makeMedia(path.join(root, 'build', 'media'));
+  makeMultiplex();
   if (hasDisplay) startInWindow();
   else startWithoutDisplay();
 });

@@ -13,6 +13,7 @@ const { readSteps } = require('../cli/lib/key-steps');
 const { playKeys, waitForFirstFrame } = require('../cli/lib/play-keys');
 const { captureFilm, describe, isRight } = require('./lib/film-picture');
 const { root } = require('./lib/run');
+const { showTelevision } = require('./lib/television-tour');
 
 const pictures = path.join(root, 'build', 'pictures');
 
@@ -73,6 +74,11 @@ function showFilm(client, step) {
 
 const capture = (client, file) => client.request('capture', { file }).then(() => undefined);
 
+const keep = (client, name, text) => {
+  const file = path.join(pictures, name);
+  return capture(client, file).then(() => tell(file, text));
+};
+
 const inTurn = (steps, show, client) =>
   steps.reduce((before, step) => before.then(() => show(client, step)), Promise.resolve());
 
@@ -86,7 +92,8 @@ function launch(channel) {
 function tour(client) {
   return waitForFirstFrame(client)
     .then(() => inTurn(HOME, showHome, client))
-    .then(() => inTurn(FILM, showFilm, client));
+    .then(() => inTurn(FILM, showFilm, client))
+    .then(() => showTelevision(client, press, (name, text) => keep(client, name, text)));
 }
 
 function main() {

@@ -77,8 +77,10 @@ Device::Device(const Configuration& configuration)
                                             [this] { stopApplication(); })),
                CapturePattern(configuration.screen.capture)),
       m_drawing(configuration, m_screen),
-      m_players(configuration, m_screen),
       m_tuner(configuration.television),
+      m_players(configuration, m_screen),
+      m_liveTelevision(configuration.television, m_players, m_screen, m_tuner,
+                       m_platform.runtimeState()),
       m_persistence(storageFolder(configuration.storage.folder), configuration.storage.durability) {
     m_platform.runtimeState().setListener(
         [this](e_pl_platform_runtime_state state) { m_outputPolicy.setRuntimeState(state); });
@@ -87,7 +89,7 @@ Device::Device(const Configuration& configuration)
 }
 
 void Device::switchLiveTelevision(bool on) {
-    m_platform.switchLiveTelevision(on);
+    m_liveTelevision.switchTo(on);
     m_outputPolicy.setLiveTelevision(on);
 }
 
@@ -99,8 +101,8 @@ void Device::stopApplication() {
 void Device::startControl(const std::string& path) {
     try {
         m_control = std::make_unique<ControlServer>(
-            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, m_players, m_tuner,
-                                [this] { stopApplication(); }});
+            path, ControlTarget{m_remote, m_platform.runtimeState(), m_screen, m_players,
+                                m_livePlayers, m_tuner, [this] { stopApplication(); }});
         m_screen.setFrameListener(m_control->waker());
     } catch (const DeviceError& error) {
         // The application is what the device is for, and runs without.
@@ -156,6 +158,8 @@ void Device::finishInTurn() noexcept {
     attempt([&] { m_remote.stop(); });
     attempt([&] { m_platform.stop(); });
     attempt([&] { m_screen.finish(); });
+    attempt([&] { m_liveTelevision.finish(); });
+    attempt([&] { m_livePlayers.finish(); });
     attempt([&] { m_players.finish(); });
     attempt([&] { m_tuner.stop(); });
     attempt([&] { m_persistence.close(); });

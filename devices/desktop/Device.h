@@ -15,6 +15,8 @@
 #include "platform/Platform.h"
 #include "platform/ProcessStart.h"
 #include "platform/StandardStreams.h"
+#include "playing/LivePlayers.h"
+#include "playing/LiveTelevision.h"
 #include "playing/OutputPolicy.h"
 #include "playing/PlayerService.h"
 #include "television/Tuner.h"
@@ -35,6 +37,8 @@ class Device {
     RemoteControl& remote() { return m_remote; }
     DrawingService& drawing() { return m_drawing; }
     PlayerService& players() { return m_players; }
+    LivePlayers& livePlayers() { return m_livePlayers; }
+    LiveTelevision& liveTelevision() { return m_liveTelevision; }
     Tuner& tuner() { return m_tuner; }
     Persistence& persistence() { return m_persistence; }
     Platform& platform() { return m_platform; }
@@ -63,9 +67,11 @@ class Device {
     RemoteControl m_remote;
     Screen m_screen;
     DrawingService m_drawing;
-    PlayerService m_players;
-    OutputPolicy m_outputPolicy{m_players};
     Tuner m_tuner;
+    PlayerService m_players;
+    LivePlayers m_livePlayers{m_players, m_screen, m_tuner.multiplex()};
+    LiveTelevision m_liveTelevision;
+    OutputPolicy m_outputPolicy{m_players};
     Persistence m_persistence;
     std::unique_ptr<ControlServer> m_control;  ///< null: none was asked for, or it can't be
     std::atomic<bool> m_isComplete{false};     ///< made; until then a viewer may already end it

@@ -55,7 +55,7 @@ int32_t pl_platform_ToggleLiveDTV(bool on) {
 
 int32_t pl_platform_GetLiveDTVStatus(uint8_t* on) {
     return answer(__func__, Required(on), [&](Device& device) {
-        *on = device.platform().isLiveTelevisionOn() ? 1 : 0;
+        *on = device.liveTelevision().isOn() ? 1 : 0;
         return e_pl_status_ok;
     });
 }
@@ -70,7 +70,7 @@ int32_t pl_platform_SetReferenceDate(uint32_t timestamp) {
 
 void pl_EnableDTVEvents() {
     (void)answer("EnableDTVEvents", Required(), [](Device& device) {
-        device.platform().wantTelevisionEvents();
+        device.liveTelevision().enableEvents();
         return e_pl_status_ok;
     });
 }

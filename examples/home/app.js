@@ -7,6 +7,8 @@ const { HomePage } = require('./pages/home');
 const { SettingsPage } = require('./pages/settings');
 const { PlayerPage } = require('../player/page');
 const { sampleFilm } = require('../player/programme');
+const { makeMultiplex } = require('../television/multiplex');
+const { TelevisionPage } = require('../television/page');
 const { duration } = require('./theme');
 
 /**
@@ -30,7 +32,8 @@ class App {
   }
 
   handleKey(key) {
-    (this.player || this.overlay || this.home).handleKey(key);
+    if (key === 'guide' && !this.player) this.watchTelevision();
+    else (this.player || this.overlay || this.home).handleKey(key);
   }
 
   /** time: in milliseconds, of the motion alone. Gives whether another picture should follow. */
@@ -58,6 +61,14 @@ class App {
     this.player = new PlayerPage(this, sampleFilm(item.title));
   }
 
+  watchTelevision() {
+    try {
+      this.player = new TelevisionPage(this, makeMultiplex());
+    } catch (error) {
+      console.error(`home: ${error.message}`);
+    }
+  }
+
   /** The television has the application in front again. */
   resume() {
     if (this.player) this.player.resume();
@@ -67,7 +78,7 @@ class App {
     this.overlay = new SettingsPage(this);
   }
 
-  /** Leaves the film, or what is open over the home page. */
+  /** Leaves the film or the television, or what is open over the home page. */
   close() {
     if (this.player) this.player = null;
     else this.overlay = null;

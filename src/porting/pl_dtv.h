@@ -54,7 +54,7 @@ PL_API int32_t pl_dtv_Player_SetBounds(uint32_t handle, const s_pl_media_bounds*
 /// As pl_media_UrlPlayer_SetVolume.
 PL_API int32_t pl_dtv_Player_SetVolume(uint32_t handle, uint8_t volume);
 
-/// Shows closed captions or hides them. value: which ones, when on: 1 to 4 the caption service of
+/// Shows closed captions or hides them. value: which ones, when on: 1 to 15 the caption service of
 /// that number inside the video stream, 16 and above the packet identifier of a subtitle stream.
 PL_API int32_t pl_dtv_Player_ToggleClosedCaption(uint32_t handle, bool on, uint16_t value);
 

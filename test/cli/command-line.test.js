@@ -4,7 +4,7 @@ const test = require('tape');
 const { inFolder, inSequence, launch } = require('./support/launcher');
 
 const verbs =
-  'run press screenshot state message keys players halt faults tuner signal lineup doctor'.split(
+  'run press screenshot state message keys players halt captions faults tuner signal lineup doctor'.split(
     ' '
   );
 

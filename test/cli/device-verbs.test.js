@@ -59,6 +59,8 @@ test('each verb sends its request and prints the answer', (t) => {
     [['halt', 'suspend', '2'], ['haltPlayer', { how: 'suspend', player: 2 }], ''],
     [['faults'], ['faults', {}], faultsText, { faults: FakeDevice.faults }],
     [['faults', 'on', '2'], ['faults', { fault: 2, on: true }], faultsText],
+    [['captions'], ['captions', {}], 'Bom dia\nserra\n', { players: FakeDevice.captions }],
+    [['captions', 'dia'], ['captions', { text: 'dia' }], 'Bom dia\nserra\n'],
     [['tuner'], ['tuner', {}], tunerText, { tuner: FakeDevice.tuner }],
     [['signal'], ['signal', {}], signalText, { signal: FakeDevice.signal }],
     [['signal', 'lost', 'on'], ['signal', { lost: true }], signalText],

@@ -46,6 +46,7 @@ struct Configuration {
         std::string faults;  ///< see parseFaults()
     } media;
     struct Television {
+        std::string live;             ///< selector of the device's own television; empty: none
         std::string lineUp;           ///< file with the names of multiplexes; empty: none
         uint64_t replay = 16U << 20;  ///< bytes of the last packets that are kept
         std::string faults;           ///< see parseSignalFaults()

@@ -147,6 +147,11 @@ std::vector<Setting> televisionSettings() {
                      "empty."},
                     "the path of a file", isAnything,
                     [](Configuration& all) -> std::string& { return all.television.lineUp; }),
+        textSetting({"television", "live", "QUIRAVENT_LIVE_TELEVISION",
+                     "What the device's own television tunes where the application has selected "
+                     "nothing, as an application would name it; nothing where it is empty."},
+                    "a text", isAnything,
+                    [](Configuration& all) -> std::string& { return all.television.live; }),
         sizeSetting({"television", "replay", "QUIRAVENT_TELEVISION_REPLAY",
                      "Memory for the last packets that are received, with which a live player "
                      "begins, in bytes or with a unit; two groups of pictures should fit."},

@@ -9,6 +9,7 @@
 #include "input/RemoteControl.h"
 #include "platform/RuntimeState.h"
 #include "platform/ServiceSelectorPipe.h"
+#include "playing/LivePlayers.h"
 #include "playing/PlayerService.h"
 #include "support/WakeSignal.h"
 #include "television/Tuner.h"
@@ -21,6 +22,7 @@ struct ControlTarget {
     RuntimeState& runtimeState;
     const Screen& screen;
     PlayerService& players;
+    LivePlayers& livePlayers;
     Tuner& tuner;
     std::function<void()> endProcess;  ///< asks the process to end
     std::string pipe = ServiceSelectorPipe::kPath;

@@ -174,6 +174,7 @@ const std::vector<Command>& commands() {
         {"players", {}, players},
         {"waitPlayer", {"player", "state", "position", "timeout"}, waitPlayer},
         {"haltPlayer", {"player", "how"}, haltPlayer},
+        {"captions", {"text", "timeout"}, captions},
         {"faults", {"fault", "on"}, faults},
         {"tuner", {}, tuner},
         {"waitTuner", {"state", "timeout"}, waitTuner},

@@ -122,6 +122,26 @@ OrderedJson shown(const std::vector<Fault>& faults) {
     return list;
 }
 
+OrderedJson shown(const std::vector<LivePlayers::Watched>& players) {
+    auto list = OrderedJson::array();
+    for (const LivePlayers::Watched& one : players) {
+        list.push_back({{"player", one.number},
+                        {"captions", one.captions.number},
+                        {"lines", one.captions.lines},
+                        {"pictures", one.captions.pictures}});
+    }
+    return list;
+}
+
+bool isSeen(const std::string& text, const std::vector<LivePlayers::Watched>& players) {
+    return std::any_of(players.begin(), players.end(), [&](const LivePlayers::Watched& one) {
+        const std::vector<std::string>& lines = one.captions.lines;
+        return std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
+            return line.find(text) != std::string::npos;
+        });
+    });
+}
+
 }  // namespace
 
 Work players(const Request&, ControlSession& session) {
@@ -160,6 +180,23 @@ Work haltPlayer(const Request& request, ControlSession& session) {
     if (status == e_pl_status_ok) return finished(OrderedJson::object());
     throw DeviceError(
         status, joined("player ", number, " can't be halted so: ", shownAll(service.watch())));
+}
+
+Work captions(const Request& request, ControlSession& session) {
+    constexpr int64_t kInterval = 5 * kMillisecond;
+    LivePlayers& service = session.target.livePlayers;
+    const std::string text = request.has("text") ? request.text("text") : "";
+    const uint64_t timeout = request.number("timeout", kMaxTimeout, 5000);
+    const int64_t deadline = clock::now() + static_cast<int64_t>(timeout) * kMillisecond;
+    return [=, &service](int64_t now) -> Progress {
+        const std::vector<LivePlayers::Watched> players = service.watch();
+        if (text.empty() || isSeen(text, players))
+            return {OrderedJson{{"players", shown(players)}}};
+        if (now < deadline) return {std::nullopt, std::min(deadline, now + kInterval)};
+        throw DeviceError(e_pl_status_unavailable,
+                          joined("no caption with \"", text, "\" was seen within ", timeout,
+                                 " ms; last: ", shown(players).dump()));
+    };
 }
 
 Work faults(const Request& request, ControlSession& session) {

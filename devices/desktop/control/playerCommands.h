@@ -10,6 +10,7 @@ namespace quiravent::desktop {
 Work players(const Request& request, ControlSession& session);
 Work waitPlayer(const Request& request, ControlSession& session);
 Work haltPlayer(const Request& request, ControlSession& session);
+Work captions(const Request& request, ControlSession& session);
 Work faults(const Request& request, ControlSession& session);
 
 }  // namespace quiravent::desktop

@@ -12,6 +12,8 @@ namespace quiravent::desktop {
 namespace {
 
 constexpr int64_t kLinesInPicture = 18;
+/// Lines with places of their own stand in a grid of 15 rows in the middle four fifths.
+constexpr int64_t kPlacedLinesInPicture = 22;
 constexpr uint32_t kSmallestText = 8;
 constexpr Color kText{255, 255, 255, 255};
 constexpr Color kEdge{0, 0, 0, 255};
@@ -51,12 +53,16 @@ void SubtitlePainter::paint(const SubtitleCue& cue, const std::shared_ptr<Surfac
         canvas.fillRect(rectOf(area, filled));
     }
     for (const SubtitleBitmap& bitmap : cue.bitmaps) paintBitmap(bitmap, cue, surface, area);
-    if (cue.lines.empty() && cue.placedLines.empty()) return;
-    const auto height = static_cast<uint32_t>(
-        std::clamp<int64_t>(area.height() / kLinesInPicture, kSmallestText, Font::kMaxPixelHeight));
-    if (fontOf(height) == nullptr) return;
-    paintUsualLines(cue, surface, area);
+    if (!cue.lines.empty() && prepareFont(area, kLinesInPicture))
+        paintUsualLines(cue, surface, area);
+    if (cue.placedLines.empty() || !prepareFont(area, kPlacedLinesInPicture)) return;
     for (const PlacedLine& line : cue.placedLines) paintPlacedLine(line, surface, area);
+}
+
+bool SubtitlePainter::prepareFont(const Box& area, int64_t linesInPicture) {
+    const auto height = static_cast<uint32_t>(
+        std::clamp<int64_t>(area.height() / linesInPicture, kSmallestText, Font::kMaxPixelHeight));
+    return fontOf(height) != nullptr;
 }
 
 void SubtitlePainter::paintUsualLines(const SubtitleCue& cue,

@@ -36,6 +36,7 @@ class SubtitlePainter {
                          const Box& area);
     void paintBitmap(const SubtitleBitmap& bitmap, const SubtitleCue& cue,
                      const std::shared_ptr<Surface>& surface, const Box& area);
+    bool prepareFont(const Box& area, int64_t linesInPicture);
     Font* fontOf(uint32_t pixelHeight);
 
     const std::string m_fontFile;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <map>
 #include <string>
 
@@ -25,14 +24,6 @@ class Platform {
 
     RuntimeState& runtimeState() { return m_runtimeState; }
 
-    /// The device's own television service, below the application's graphics.
-    void switchLiveTelevision(bool on) { m_liveTelevision = on; }
-    bool isLiveTelevisionOn() const { return m_liveTelevision; }
-
-    /// Whether the application has asked for the events of digital television, which it does once.
-    void wantTelevisionEvents() { m_wantsTelevisionEvents = true; }
-    bool wantsTelevisionEvents() const { return m_wantsTelevisionEvents; }
-
     /// Nothing is told from then on.
     void stop() {
         m_leavingWatch.stop();
@@ -41,8 +32,6 @@ class Platform {
 
   private:
     Properties m_properties;
-    std::atomic<bool> m_liveTelevision{false};
-    std::atomic<bool> m_wantsTelevisionEvents{false};
     EventThread m_events{"platform events"};
     RuntimeState m_runtimeState{m_events};
     LeavingWatch m_leavingWatch;

@@ -118,6 +118,11 @@ FakeDevice.players = [
   }
 ];
 
+FakeDevice.captions = [
+  { player: 1, captions: 1, lines: ['Bom dia', 'serra'], pictures: 0 },
+  { player: 2, captions: 0, lines: [], pictures: 0 }
+];
+
 FakeDevice.faults = [
   { fault: 1, kind: 'slow', from: 2, to: 10, bytesPerSecond: 50000, on: true },
   { fault: 2, kind: 'stalled', from: 12, to: 20, on: false }
@@ -180,6 +185,7 @@ FakeDevice.handlers = {
   players: () => ({ players: FakeDevice.players }),
   waitPlayer: () => ({ player: FakeDevice.players[0] }),
   haltPlayer: () => ({}),
+  captions: () => ({ players: FakeDevice.captions }),
   faults: () => ({ faults: FakeDevice.faults }),
   tuner: () => ({ tuner: FakeDevice.tuner }),
   signal: () => ({ signal: FakeDevice.signal }),

@@ -112,11 +112,12 @@ class Station {
     RemoteControl m_remote;
     RuntimeState m_state{m_events};
     Screen m_screen{std::make_unique<HeadlessDisplay>(), CapturePattern("")};
-    PlayerService m_players{m_configuration, m_screen};
     Tuner m_tuner{m_configuration.television};
+    PlayerService m_players{m_configuration, m_screen};
+    LivePlayers m_livePlayers{m_players, m_screen, m_tuner.multiplex()};
     std::promise<void> m_processEnd;
     ControlServer m_server{m_folder / "control",
-                           {m_remote, m_state, m_screen, m_players, m_tuner,
+                           {m_remote, m_state, m_screen, m_players, m_livePlayers, m_tuner,
                             [this] { m_processEnd.set_value(); }, m_folder / "pipe"}};
     const bool m_listening = [this] {
         m_screen.setFrameListener(m_server.waker());

@@ -1,0 +1,268 @@
+'use strict';
+
+// Television as an application receives it: the real module on the desktop device, which tunes a
+// file as if it came over the air.
+
+const fs = require('fs');
+const os = require('os');
+const path = require('path');
+const { spawnSync } = require('child_process');
+const test = require('tape');
+const { Application } = require('./support/controlled');
+const { makeMultiplex, readMark } = require('./support/multiplexes');
+const { readPicture } = require('./support/png');
+
+const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-television-'));
+const multiplex = makeMultiplex(folder);
+test.onFinish(() => spawnSync('rm', ['-rf', folder]));
+
+const SCREEN = { x: 0, y: 0, w: 1280, h: 720 };
+
+/** What every application here begins with; commands come as keys: see play(). */
+const BEGIN = `
+const { tunerServices } = quiravent;
+const screen = quiravent.graphicServices.getTargetCanvas();
+screen.clearRect(0, 0, 1280, 720);
+screen.flush();
+const tune = (selector) => new quiravent.TunerWorker(selector, '',
+  (name, data) => say(name + ' ' + data), () => say('untuned'), say);
+const play = (video, audio, clock) => {
+  const player = tunerServices.getPlayer(video, audio, clock);
+  if (player) player.start();
+  return player;
+};
+const onKeys = (actions) => new quiravent.InputWorker((name, code) => {
+  say(name + ' ' + code);
+  if (name === 'keypress' && actions[code]) actions[code]();
+}, () => {}, say);
+`;
+
+const sound = { QUIRAVENT_AUDIO: 'null', UV_THREADPOOL_SIZE: '8' };
+
+function start(t, source, variables) {
+  const begin = `${BEGIN}const file = ${JSON.stringify(multiplex)};\n`;
+  return new Application(t, begin + source, Object.assign({}, sound, variables));
+}
+
+/** Asks again until the answer is so. */
+function askUntil(ask, isSo) {
+  return ask().then((answer) => (isSo(answer) ? answer : askUntil(ask, isSo)));
+}
+
+function lookAt(app, control, bounds) {
+  const file = app.file('screen.png');
+  return control.ask('capture', { file }).then(() => readMark(readPicture(file), bounds));
+}
+
+/** Resolves with the mark of a picture of that service, once it is seen within the bounds. */
+function untilSeen(app, control, service, bounds) {
+  return askUntil(
+    () => lookAt(app, control, bounds || SCREEN),
+    (mark) => mark !== undefined && mark.service === service
+  );
+}
+
+const press = (control, key) => control.ask('press', { key, hold: 0 });
+
+function ending(t, promise, control) {
+  return promise.then(
+    () => control().ask('quit'),
+    (error) => t.fail(error.stack)
+  );
+}
+
+test('each service has its own picture, within its bounds, above what was made before', (t) => {
+  const corner = { x: 40, y: 40, w: 320, h: 180 };
+  const app = start(
+    t,
+    `tune(file);
+    let one = play(256, 257, 256);
+    let two;
+    onKeys({
+      49: () => { two = play(272, 273, 272); two.setBounds(${JSON.stringify(corner)}); },
+      50: () => one.stop(),
+      51: () => one.start(),
+      52: () => two.release()
+    });`
+  );
+  let control;
+  const steps = app
+    .connect()
+    .then((connected) => (control = connected))
+    .then(() => app.untilListening(control))
+    .then(() => untilSeen(app, control, 1))
+    .then(() => press(control, '1'))
+    .then(() => untilSeen(app, control, 2, corner))
+    .then(() => t.pass('the second service lies in a corner of the first'))
+    .then(() => press(control, '2'))
+    .then(() =>
+      askUntil(
+        () => control.ask('capture', { file: app.file('screen.png') }),
+        () => readPicture(app.file('screen.png')).colorAt(640, 600) === '#000000'
+      )
+    )
+    .then(() => untilSeen(app, control, 2, corner))
+    .then(() => t.pass('a stopped player shows nothing, the other one goes on'))
+    .then(() => press(control, '3'))
+    .then(() => press(control, '4'))
+    .then(() => untilSeen(app, control, 1))
+    .then(() => t.pass('it can be started again'));
+  return ending(t, steps, () => control).then(() => t.end());
+});
+
+test('captions are read as text, and subtitles are counted', (t) => {
+  const app = start(
+    t,
+    `tune(file);
+    const one = play(256, 257, 256);
+    const two = play(272, 273, 272);
+    onKeys({ 49: () => one.toggleClosedCaption('1'), 50: () => one.toggleClosedCaption(false),
+      51: () => two.toggleClosedCaption('274') });`
+  );
+  let control;
+  const captions = () => control.ask('captions').then((answer) => answer.players);
+  const steps = app
+    .connect()
+    .then((connected) => (control = connected))
+    .then(() => app.untilListening(control))
+    .then(captions)
+    .then((players) =>
+      t.deepEqual(
+        players.map((each) => [each.captions, each.lines]),
+        [
+          [0, []],
+          [0, []]
+        ],
+        'captions are off at first'
+      )
+    )
+    .then(() => press(control, '1'))
+    .then(() => control.ask('captions', { text: 'Bom', timeout: 20000 }))
+    .then((answer) => t.deepEqual(answer.players[0].lines, ['Bom dia']))
+    .then(() => press(control, '2'))
+    .then(() => askUntil(captions, (players) => players[0].captions === 0))
+    .then((players) => t.deepEqual(players[0].lines, [], 'switched off'))
+    .then(() => press(control, '3'))
+    .then(() => askUntil(captions, (players) => players[1].pictures === 1))
+    .then((players) => t.equal(players[1].captions, 274))
+    .then(() => control.ask('captions', { text: 'never', timeout: 1 }))
+    .then((answer) => t.ok(/no caption with "never" was seen within 1 ms/.test(answer.error)));
+  return ending(t, steps, () => control).then(() => t.end());
+});
+
+test('what is not there is not played, and nothing ends the application', (t) => {
+  const app = start(
+    t,
+    `tune(file);
+    say('refused ' + play(8192, 8191, 8191) + ' ' + play(-1, 0, 0));
+    const players = [[8191, 8191, 8191], [1000, 257, 256], [257, 256, 256], [256, 1000, 8191],
+      [0, 0, 0], [256, 256, 256]].map((pids) => play(pids[0], pids[1], pids[2]));
+    players.forEach((player) => {
+      player.setBounds({});
+      player.setVolume(0.5);
+      player.toggleClosedCaption('4096');
+    });
+    players.forEach((player, index) => { if (index !== 3) player.release(); });
+    players[3].setBounds({ x: 0, y: 0, w: 1280, h: 720 });
+    players[0].start();`
+  );
+  let control;
+  const steps = app
+    .connect()
+    .then((connected) => (control = connected))
+    .then(() => untilSeen(app, control, 1))
+    .then(() => t.deepEqual(app.said()[0], 'refused undefined undefined'));
+  return ending(t, steps, () => control).then(() => t.end());
+});
+
+test('live television lies below everything, and the runtime state tells of it', (t) => {
+  const corner = { x: 900, y: 40, w: 320, h: 180 };
+  const app = start(
+    t,
+    `platformServices.initProperties();
+    const status = () => say('live ' + platformServices.getLiveDTVStatus());
+    status();
+    const two = play(272, 273, 272);
+    two.setBounds(${JSON.stringify(corner)});
+    onKeys({
+      49: () => { platformServices.toggleLiveDTV(true); status(); },
+      50: () => platformServices.enableDTVEvents(),
+      51: () => { platformServices.toggleLiveDTV(false); status(); }
+    });`,
+    { QUIRAVENT_LIVE_TELEVISION: multiplex }
+  );
+  let control;
+  const told = () => app.said().filter((line) => !/^key/.test(line));
+  const steps = app
+    .connect()
+    .then((connected) => (control = connected))
+    .then(() => app.untilListening(control))
+    .then(() => press(control, '1'))
+    .then(() => untilSeen(app, control, 1))
+    .then(() => untilSeen(app, control, 2, corner))
+    .then(() => t.pass('the first service is seen, below the player that was there before'))
+    .then(() => press(control, '2'))
+    .then(() => app.nudgeUntil(control, () => told().length >= 3))
+    .then(() => press(control, '3'))
+    .then(() => app.nudgeUntil(control, () => told().length >= 5))
+    .then(() =>
+      t.deepEqual(told().sort(), [
+        'live false',
+        'live false',
+        'live true',
+        'runtimestatechange overlay',
+        'runtimestatechange running'
+      ])
+    )
+    .then(() =>
+      askUntil(
+        () => control.ask('tuner'),
+        (answer) => answer.tuner.state === 'idle'
+      )
+    )
+    .then(() => t.pass('the device gives its tuner back'));
+  return ending(t, steps, () => control).then(() => t.end());
+});
+
+/** Loudest sample of a WAV file of 16 bits. */
+function loudest(file) {
+  const bytes = fs.readFileSync(file);
+  let most = 0;
+  for (let at = 44; at + 1 < bytes.length; at += 2)
+    most = Math.max(most, Math.abs(bytes.readInt16LE(at)));
+  return most;
+}
+
+test('the volume is that of the broadcast at 1.0, and nothing is heard at 0', (t) => {
+  const played = (volume) => {
+    const file = path.join(folder, `volume-${volume}.wav`);
+    const app = start(
+      t,
+      `tune(file);
+      const player = tunerServices.getPlayer(256, 257, 256);
+      player.setVolume(${volume});
+      player.start();`,
+      { QUIRAVENT_AUDIO: 'wav', QUIRAVENT_AUDIO_FILE: file }
+    );
+    let control;
+    const steps = app
+      .connect()
+      .then((connected) => (control = connected))
+      // A picture of the second loop: by then a second of sound has been heard at least.
+      .then(() =>
+        askUntil(
+          () => lookAt(app, control, SCREEN),
+          (mark) => mark && mark.number > 60
+        )
+      );
+    return ending(t, steps, () => control)
+      .then(() => app.end)
+      .then(() => loudest(file));
+  };
+  return Promise.all([played(1), played(0.5), played(0)]).then((levels) => {
+    t.ok(levels[0] > 1000, `a sound is heard: ${levels[0]}`);
+    t.ok(Math.abs(levels[1] * 2 - levels[0]) < levels[0] / 10, `half as loud: ${levels[1]}`);
+    t.equal(levels[2], 0);
+    t.end();
+  });
+});
