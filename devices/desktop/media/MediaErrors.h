@@ -29,7 +29,7 @@ enum class MediaError : uint8_t {
 };
 
 struct MediaErrorText {
-    const char* text;
+    const char* text = "";
     const char* http = "";  ///< answers of a server that count as this error
 };
 

@@ -78,8 +78,8 @@ TEST(Network, StallsAndRecovers) {
     TestPlayer player(server.url("film.mp4"));
     ASSERT_TRUE(player.play());
     ASSERT_TRUE(server.waitUntilHolding());
-    const auto before = player->bufferedRanges();
     ASSERT_EQ(player.waitFor(e_pl_media_event_playback_stalled), 0);
+    const auto before = player->bufferedRanges();
     EXPECT_NEAR(static_cast<double>(player->times().now), static_cast<double>(before[0].end),
                 400000);
     server.behave();
