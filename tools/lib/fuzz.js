@@ -19,7 +19,7 @@ const LONGEST = {
   control: 70000,
   fonts: 400000,
   images: 20000,
-  stream: 20000,
+  stream: 4096,
   texts: 2000,
   vocabulary: 200
 };
