@@ -86,10 +86,28 @@ bool readHeader(const Chunk& chunk, PlainPng& png) {
     return true;
 }
 
-/// Chunks that say nothing about the pixels, where they may stand: before these.
-bool mayBeIgnored(const Chunk& chunk) {
-    return (chunk.is("pHYs") && chunk.size == 9) ||
-           (chunk.is("sRGB") && chunk.size == 1 && chunk.data[0] < 4);
+/// A bit for each kind of chunk that says nothing about the pixels, and stands before them, if it
+/// is as it has to be; 0 for all others.
+uint32_t ignorable(const Chunk& chunk, size_t bytesPerPixel) {
+    const auto isFrom1To8 = [](uint8_t bits) { return bits >= 1 && bits <= 8; };
+    if (chunk.is("pHYs") && chunk.size == 9) return 1;
+    if (chunk.is("sRGB") && chunk.size == 1 && chunk.data[0] < 4) return 2;
+    if (chunk.is("gAMA") && chunk.size == 4 && bigEndian(chunk.data) - 1 < INT32_MAX) return 4;
+    const bool hasBits = chunk.is("sBIT") && chunk.size == bytesPerPixel &&
+                         std::all_of(chunk.data, chunk.data + chunk.size, isFrom1To8);
+    return hasBits ? 8 : 0;
+}
+
+/// Takes the ignorable chunks; false if there is one of a kind twice.
+bool skipIgnorable(Chunks& chunks, std::optional<Chunk>& chunk, size_t bytesPerPixel) {
+    uint32_t seen = 0;
+    for (; chunk; chunk = chunks.next()) {
+        const uint32_t kind = ignorable(*chunk, bytesPerPixel);
+        if (kind == 0) return true;
+        if ((seen & kind) != 0) return false;
+        seen |= kind;
+    }
+    return false;
 }
 
 bool readChunks(const EncodedImage& image, PlainPng& png) {
@@ -99,12 +117,8 @@ bool readChunks(const EncodedImage& image, PlainPng& png) {
     Chunks chunks(image);
     auto chunk = chunks.next();
     if (!chunk || !readHeader(*chunk, png)) return false;
-    const char* seen[2] = {};
-    for (chunk = chunks.next(); chunk && mayBeIgnored(*chunk); chunk = chunks.next()) {
-        const char*& place = seen[chunk->is("pHYs") ? 0 : 1];
-        if (place != nullptr) return false;
-        place = reinterpret_cast<const char*>(chunk->type);
-    }
+    chunk = chunks.next();
+    if (!skipIgnorable(chunks, chunk, png.bytesPerPixel)) return false;
     for (; chunk && chunk->is("IDAT"); chunk = chunks.next()) {
         png.compressed.insert(png.compressed.end(), chunk->data, chunk->data + chunk->size);
     }
