@@ -55,7 +55,7 @@ AacConfiguration configurationOf(const AVCodecParameters& codec) {
 }
 
 Convert audioConversion(const MediaTrack& track, AudioCodec codec, const Place& copy) {
-    const Convert plain = [](const AVPacket& packet) {
+    Convert plain = [](const AVPacket& packet) {
         return Data(packet.data, packet.data + packet.size);
     };
     const AVCodecParameters& parameters = *track.track().codec;
