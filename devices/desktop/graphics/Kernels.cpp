@@ -35,7 +35,8 @@ const Kernels*& selected() {
 }  // namespace
 
 const std::vector<KernelSet>& kernelSets() {
-    static const std::vector<KernelSet> sets = makeKernelSets();
+    // Never destroyed: the last picture is composed while the process cleans up after itself.
+    static const auto& sets = *new std::vector<KernelSet>(makeKernelSets());
     return sets;
 }
 
