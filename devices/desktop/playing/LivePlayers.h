@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -24,6 +25,11 @@ class LivePlayers {
     /// A new player, stopped, which fills the screen. Throws DeviceError for identifiers that no
     /// stream can have.
     uint32_t create(const LiveStreams& streams);
+
+    /// A player that is started takes the output from the players of media, until it is stopped or
+    /// released.
+    e_pl_status start(uint32_t handle);
+    e_pl_status stop(uint32_t handle);
 
     e_pl_status release(uint32_t handle);
 
@@ -58,6 +64,7 @@ class LivePlayers {
     HandleTable<LivePlayer, HandleKind::livePlayer> m_table;
     std::mutex m_mutex;  ///< guards what follows
     std::vector<Living> m_living;
+    std::map<uint32_t, std::shared_ptr<const void>> m_claims;  ///< of those started, by handle
     uint64_t m_lastNumber = 0;
 };
 
