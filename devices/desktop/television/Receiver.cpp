@@ -122,6 +122,7 @@ void Receiver::readSource(int64_t now) {
 void Receiver::fail(e_pl_dtv_error code, const std::string& reason, int64_t now) {
     m_openAgain = now + kOpenInterval;
     m_monitor.onFailure(code);
+    forgetSignal();
     const std::lock_guard<std::mutex> lock(m_statusMutex);
     if (std::exchange(m_status.failure, reason) != reason) log::warning(reason);
 }
@@ -180,7 +181,7 @@ void Receiver::publish() {
     const auto& program = m_wanted.program;
     const bool isMissing = program && m_tables->hasAssociation() && !m_tables->hasProgram(*program);
     if (isMissing) {
-        m_monitor.onFailure(e_pl_dtv_error_service_not_found);
+        m_monitor.onMissing(e_pl_dtv_error_service_not_found);
     } else if (program ? m_tables->hasMapOf(*program) : m_tables->isLocked()) {
         m_monitor.onLock();
     }
@@ -189,17 +190,16 @@ void Receiver::publish() {
 void Receiver::followSignal(int64_t now) {
     const bool wasPresent = m_monitor.isPresent();
     const auto outcome = m_monitor.check(now);
-    if (wasPresent && !m_monitor.isPresent()) {
-        m_multiplex.setSignal(m_wanted.selection, false);
-        forgetSignal();
-    }
+    if (wasPresent && !m_monitor.isPresent()) forgetSignal();
     measure(now);
     if (outcome) m_report(*outcome);
 }
 
 /// What was known of the signal is over; tables have to come anew.
 void Receiver::forgetSignal() {
+    m_multiplex.setSignal(m_wanted.selection, false);
     m_tables = std::make_unique<ServiceTables>();
+    m_change = ServiceTables::Change::none;
     m_continuity.restart();
     m_measureFrom = 0;
 }

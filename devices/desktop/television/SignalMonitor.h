@@ -23,8 +23,14 @@ class SignalMonitor {
     /// What is wanted is there; only after packets.
     void onLock() { m_outcome = e_pl_dtv_error_none; }
 
-    /// It can't be received, or what is wanted isn't in it. A later lock ends that.
-    void onFailure(e_pl_dtv_error code) { m_outcome = code; }
+    /// What is wanted isn't in what comes. A later lock ends that.
+    void onMissing(e_pl_dtv_error code) { m_outcome = code; }
+
+    /// Nothing can be received, until the waiting begins anew.
+    void onFailure(e_pl_dtv_error code) {
+        m_outcome = code;
+        m_packets = 0;
+    }
 
     /// What the time has brought about: the outcome, when it is another than at the last call.
     std::optional<e_pl_dtv_error> check(int64_t now);

@@ -67,7 +67,7 @@ class Station {
         }
     }
     void receiveLate(uint64_t selection) {
-        const Bytes packet = videoPacket(kVideo, true, true);
+        const Bytes packet = videoPacket(kSound, false, false);
         multiplex.receive(selection, {{TransportPacket(packet.data()), 99, false, false}});
     }
     uint64_t selection() const { return m_selection; }
