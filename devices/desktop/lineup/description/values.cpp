@@ -38,7 +38,7 @@ std::optional<int64_t> milliseconds(const json& seconds, double least, double mo
 }
 
 struct NamedRate {
-    double name;
+    double name = 0;
     FrameRate rate;
 };
 constexpr std::array<NamedRate, 8> kRates{{{23.976, {24000, 1001}},

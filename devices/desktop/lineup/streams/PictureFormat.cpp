@@ -40,8 +40,8 @@ void fillRect(AVFrame& picture, int left, int top, int width, int height, const 
     top = even(top, bottom);
     const auto fill = [&](int plane, int shift, uint8_t value) {
         for (int y = top >> shift; y < bottom >> shift; ++y) {
-            std::fill_n(picture.data[plane] + y * picture.linesize[plane] + (left >> shift),
-                        (right - left) >> shift, value);
+            uint8_t* const row = picture.data[plane] + ptrdiff_t{y} * picture.linesize[plane];
+            std::fill_n(row + (left >> shift), (right - left) >> shift, value);
         }
     };
     fill(0, 0, colour.y);

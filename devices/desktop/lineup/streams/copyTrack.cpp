@@ -30,6 +30,7 @@ AccessUnits copyUnits(MediaTrack& track, Ticks loop, const Convert& convert) {
     std::optional<Ticks> first;
     for (;;) {
         const PacketRef packet = track.read();
+        if (!packet && !first) track.refuse("it has nothing that decoding can begin with");
         if (!packet || (!first && !packet->key)) continue;
         const Ticks dts = (packet->dts + track.begin()) * kTicksPerMicrosecond;
         const Ticks pts = (packet->pts + track.begin()) * kTicksPerMicrosecond;
