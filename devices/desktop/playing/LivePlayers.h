@@ -41,7 +41,7 @@ class LivePlayers {
     }
 
     struct Watched {
-        uint64_t number;  ///< from 1, in the order in which players were made
+        uint64_t number = 0;  ///< from 1, in the order in which players were made
         LivePlayer::Captions captions;
     };
     /// The players that aren't released, in the order in which they were made.
