@@ -40,11 +40,13 @@ int32_t pl_dtv_Action_releasePlayer(uint32_t handle) {
 }
 
 int32_t pl_dtv_Player_Start(uint32_t handle) {
-    return withPlayer(__func__, handle, Required(), [](LivePlayer& player) { player.start(); });
+    return answer(__func__, Required(),
+                  [&](Device& device) { return device.livePlayers().start(handle); });
 }
 
 int32_t pl_dtv_Player_Stop(uint32_t handle) {
-    return withPlayer(__func__, handle, Required(), [](LivePlayer& player) { player.stop(); });
+    return answer(__func__, Required(),
+                  [&](Device& device) { return device.livePlayers().stop(handle); });
 }
 
 int32_t pl_dtv_Player_SetBounds(uint32_t handle, const s_pl_media_bounds* bounds) {

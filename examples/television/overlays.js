@@ -32,10 +32,12 @@ function drawProgress(pen, app, programme, x, y, width) {
 }
 
 function drawBanner(pen, app, channel, captions) {
-  const { x, y, width, height } = banner;
+  const { x, width, height } = banner;
+  // Captions stand at the bottom, so the banner leaves it to them.
+  const y = captions ? margin.y : banner.y;
   const left = x + 176;
   const inner = width - 176 - 40;
-  pen.place(fade('#000000', screen.width, 300, 0, 190), 0, screen.height - 300);
+  if (!captions) pen.place(fade('#000000', screen.width, 300, 0, 190), 0, screen.height - 300);
   panel(pen, x, y, width, height);
   pen.text('hero', app.settings.accent, String(channel.number), x + 88, y + 104, 'center');
   pen.text('heading', colors.quiet, channel.name, left, y + 44);

@@ -224,6 +224,37 @@ test('live television lies below everything, and the runtime state tells of it',
   return ending(t, steps, () => control).then(() => t.end());
 });
 
+test('a live player takes the output from a film, until it is stopped', (t) => {
+  const app = start(
+    t,
+    `tune(file);
+    let live;
+    quiravent.mediaServices.getPlayer(file, { x: 0, y: 0, w: 320, h: 180 }, (error, film) => {
+      film.registerListener((name) => { if (/^playback/.test(name)) say(name); });
+      film.start();
+      onKeys({
+        49: () => { live = play(256, 257, 256); },
+        50: () => { live.stop(); film.resume(); }
+      });
+    });`
+  );
+  let control;
+  const told = () => app.said().filter((line) => /^playback/.test(line));
+  const untilTold = (count) => app.nudgeUntil(control, () => told().length >= count);
+  const steps = app
+    .connect()
+    .then((connected) => (control = connected))
+    .then(() => untilTold(1))
+    .then(() => press(control, '1'))
+    .then(() => untilTold(2))
+    .then(() => press(control, '2'))
+    .then(() => untilTold(3))
+    .then(() =>
+      t.deepEqual(told().slice(0, 3), ['playback_ready', 'playback_suspend', 'playback_ready'])
+    );
+  return ending(t, steps, () => control).then(() => t.end());
+});
+
 /** Loudest sample of a WAV file of 16 bits. */
 function loudest(file) {
   const bytes = fs.readFileSync(file);

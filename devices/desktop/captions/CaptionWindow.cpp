@@ -123,8 +123,9 @@ void CaptionWindow::addTo(SubtitleCue& cue) const {
     const double across = m_definition.relative ? kHundredths : kGridColumns;
     const double x = kSafeMargin + kSafeSide * m_definition.anchorAcross / across;
     const double y = kSafeMargin + kSafeSide * m_definition.anchorDown / down;
+    const int anchorRow = m_definition.anchorPoint / 3;
     const double left = std::clamp(x - width * (m_definition.anchorPoint % 3) / 2, 0.0, 1 - width);
-    const double top = std::clamp(y - height * (m_definition.anchorPoint / 3) / 2, 0.0, 1 - height);
+    const double top = std::clamp(y - height * anchorRow / 2, 0.0, 1 - height);
     bool isEmpty = true;
     const double places[] = {left, left + width / 2, left + width};
     const double place = places[static_cast<size_t>(m_attributes.justify)];

@@ -36,7 +36,7 @@ class StreamIntake : public StreamListener {
             gone,   ///< no selection, or no signal
             tables,
         };
-        Kind kind;
+        Kind kind = Kind::gone;
         PesUnit unit;
     };
 

@@ -36,11 +36,11 @@ class Playback {
     /// Forgets what is decoded, for a new segment of all kinds of track; to be called before the
     /// source begins it. Time stands still at its beginning until something is decoded.
     struct Start {
-        uint32_t serial;
-        int64_t target;
-        double speed;
-        bool hasVideo;
-        bool hasAudio;
+        uint32_t serial = 0;
+        int64_t target = 0;
+        double speed = 1;
+        bool hasVideo = false;
+        bool hasAudio = false;
         /// Positions are times that pass anyway: nothing is waited for, but the first picture is
         /// seen at once.
         bool live = false;

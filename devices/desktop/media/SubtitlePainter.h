@@ -24,8 +24,8 @@ class SubtitlePainter {
 
   private:
     struct Place {
-        int32_t x;
-        int32_t bottom;
+        int32_t x = 0;
+        int32_t bottom = 0;
         TextAlignment alignment;
     };
     void paintUsualLines(const SubtitleCue& cue, const std::shared_ptr<Surface>& surface,

@@ -36,7 +36,28 @@ uint32_t LivePlayers::create(const LiveStreams& streams) {
     return handle;
 }
 
+e_pl_status LivePlayers::start(uint32_t handle) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return with(handle, [&](LivePlayer& player) {
+        std::shared_ptr<const void>& claim = m_claims[handle];
+        if (!claim) claim = m_players.takeOutput();
+        player.start();
+        return e_pl_status_ok;
+    });
+}
+
+e_pl_status LivePlayers::stop(uint32_t handle) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return with(handle, [&](LivePlayer& player) {
+        m_claims.erase(handle);
+        player.stop();
+        return e_pl_status_ok;
+    });
+}
+
 e_pl_status LivePlayers::release(uint32_t handle) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_claims.erase(handle);
     const std::shared_ptr<LivePlayer> player = m_table.remove(handle);
     if (!player) return e_pl_status_invalid_handle;
     player->close();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -25,6 +26,11 @@ class LivePlayers {
     /// stream can have.
     uint32_t create(const LiveStreams& streams);
 
+    /// A player that is started takes the output from the players of media, until it is stopped or
+    /// released.
+    e_pl_status start(uint32_t handle);
+    e_pl_status stop(uint32_t handle);
+
     e_pl_status release(uint32_t handle);
 
     /// Calls body(LivePlayer&), which gives a status.
@@ -35,7 +41,7 @@ class LivePlayers {
     }
 
     struct Watched {
-        uint64_t number;  ///< from 1, in the order in which players were made
+        uint64_t number = 0;  ///< from 1, in the order in which players were made
         LivePlayer::Captions captions;
     };
     /// The players that aren't released, in the order in which they were made.
@@ -58,6 +64,7 @@ class LivePlayers {
     HandleTable<LivePlayer, HandleKind::livePlayer> m_table;
     std::mutex m_mutex;  ///< guards what follows
     std::vector<Living> m_living;
+    std::map<uint32_t, std::shared_ptr<const void>> m_claims;  ///< of those started, by handle
     uint64_t m_lastNumber = 0;
 };
 

@@ -10,7 +10,7 @@ const build = process.env.QUIRAVENT_BUILD || path.join(root, 'build', 'release')
 
 /** Two services: H.264 with captions, and MPEG-2 with DVB subtitles. */
 const lineup = {
-  duration: 4,
+  duration: 8,
   services: [
     {
       id: 1,
@@ -18,7 +18,12 @@ const lineup = {
       pcrPid: 256,
       video: { pid: 256, width: 320, height: 180, bitRate: 400000, colour: '#1B5E3A' },
       audio: [{ pid: 257, tone: 440 }],
-      captions: { texts: [{ from: 1, to: 3.5, text: 'Bom dia' }] }
+      captions: {
+        texts: [
+          { from: 1, to: 3.5, text: 'Bom dia' },
+          { from: 5, to: 7.5, text: 'Bom dia' }
+        ]
+      }
     },
     {
       id: 2,
@@ -26,7 +31,13 @@ const lineup = {
       pcrPid: 272,
       video: { pid: 272, codec: 'mpeg2', width: 320, height: 180, colour: '#15528A' },
       audio: [{ pid: 273, codec: 'mp2', bitRate: 128000, tone: 880 }],
-      subtitles: { pid: 274, texts: [{ from: 0.5, to: 3.5, text: 'Marés' }] }
+      subtitles: {
+        pid: 274,
+        texts: [
+          { from: 0.5, to: 3.5, text: 'Marés' },
+          { from: 4, to: 7.5, text: 'Marés' }
+        ]
+      }
     }
   ]
 };

@@ -38,7 +38,27 @@ const std::vector<uint8_t>& bytes() {
     return made;
 }
 
+desktop::TransportPacket packetAt(size_t number) {
+    return desktop::TransportPacket(bytes().data() + number * desktop::TransportPacket::kSize);
+}
+
 size_t packetsOfLoop() { return bytes().size() / desktop::TransportPacket::kSize; }
+
+/// By the clock references, between which packets come at an even rate.
+double durationOfPacket() {
+    static const double duration = [] {
+        std::vector<std::pair<size_t, int64_t>> references;
+        for (size_t number = 0; number < packetsOfLoop(); ++number) {
+            const desktop::TransportPacket packet = packetAt(number);
+            const auto reference = packet.clockReference();
+            if (packet.pid() == kVideo1 && reference) references.emplace_back(number, *reference);
+        }
+        const auto ticks = references.back().second - references.front().second;
+        const auto packets = references.back().first - references.front().first;
+        return static_cast<double>(ticks) / 27 / static_cast<double>(packets);
+    }();
+    return duration;
+}
 
 desktop::ElementaryStream stream(desktop::Pid pid, desktop::StreamCodec codec) {
     desktop::ElementaryStream made;
@@ -58,6 +78,13 @@ desktop::Service service(uint16_t number, desktop::Pid clock,
 }
 
 }  // namespace
+
+int Broadcast::picturesOfLoop() {
+    int pictures = 0;
+    for (size_t number = 0; number < packetsOfLoop(); ++number)
+        if (packetAt(number).pid() == kVideo1 && packetAt(number).startsUnit()) ++pictures;
+    return pictures;
+}
 
 Broadcast::Broadcast() {
     bytes();
@@ -84,8 +111,7 @@ void Broadcast::publishTables() {
 }
 
 int64_t Broadcast::dueOfNext() const {
-    return m_epoch + static_cast<int64_t>(static_cast<double>(m_next) /
-                                          static_cast<double>(packetsOfLoop()) * kLoop);
+    return m_epoch + static_cast<int64_t>(static_cast<double>(m_next) * durationOfPacket());
 }
 
 void Broadcast::receiveOne() {

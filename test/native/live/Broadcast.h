@@ -20,10 +20,9 @@ constexpr desktop::Pid kAudio1 = 0x101;
 constexpr desktop::Pid kVideo2 = 0x110;
 constexpr desktop::Pid kAudio2 = 0x111;
 constexpr desktop::Pid kSubtitle2 = 0x112;
-constexpr int kPicturesOfLoop = 48;
-constexpr int64_t kLoop = 1920000;  ///< its duration, which fits pictures and sounds
 
-/// A multiplex that is received, of pictures with marks (see FrameMark), in a loop.
+/// A multiplex that is received, of pictures with marks (see FrameMark), in a loop of about two
+/// seconds.
 class Broadcast {
   public:
     Broadcast();
@@ -32,6 +31,9 @@ class Broadcast {
     Broadcast& operator=(const Broadcast&) = delete;
 
     desktop::Multiplex& multiplex() { return m_multiplex; }
+
+    /// How many pictures each service has, before the first one comes again.
+    static int picturesOfLoop();
 
     /// Tells what the streams are, as tables would.
     void publishTables();

@@ -88,7 +88,8 @@ TEST_F(LivePlayerTest, LosesNoPictureWhereTheRecordingBeginsAgain) {
     Watched second(*this, kService2);
     for (Watched* player : {&first, &second}) (*player)->start();
     // Where the machine is busy a picture may come too late to be shown, but not at each joint.
-    const std::vector<int> joint{kPicturesOfLoop - 2, kPicturesOfLoop - 1, 0, 1};
+    const int pictures = Broadcast::picturesOfLoop();
+    const std::vector<int> joint{pictures - 2, pictures - 1, 0, 1};
     const auto isNumber = [](const Mark& mark, int number) { return mark.number == number; };
     for (Watched* player : {&first, &second}) {
         EXPECT_TRUE(player->output->waitUntil([&](const std::vector<Mark>& marks) {
