@@ -53,8 +53,8 @@ class ScaledImageCache {
         size_t operator()(const Key& key) const;
     };
     struct Entry {
-        Key key;
-        uint64_t generation;
+        Key key{};
+        uint64_t generation = 0;
         Picture picture;
     };
     using Entries = std::list<Entry>;

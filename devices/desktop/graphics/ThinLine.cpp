@@ -25,6 +25,8 @@ inline float areaAbove(float below, float rise, float half) {
 }
 
 inline uint32_t levelOf(float area) {
+    // An area isn't negative, and std::lround would be a call for each pixel.
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings)
     return static_cast<uint32_t>(static_cast<int32_t>(area * 255 + 0.5F));
 }
 

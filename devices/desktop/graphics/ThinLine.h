@@ -47,8 +47,8 @@ class ThinLine {
     double m_band;   // across, from edge to edge
     double m_originAlong;
     double m_originAcross;
-    Axis m_middle;  // steps between the ends
-    Box m_ends[2];
+    Axis m_middle{};  // steps between the ends
+    Box m_ends[2]{};
 };
 
 }  // namespace quiravent::desktop

@@ -26,7 +26,7 @@ class SubtitlePainter {
     struct Place {
         int32_t x = 0;
         int32_t bottom = 0;
-        TextAlignment alignment;
+        TextAlignment alignment{};
     };
     void paintUsualLines(const SubtitleCue& cue, const std::shared_ptr<Surface>& surface,
                          const Box& area);

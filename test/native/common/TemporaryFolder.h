@@ -28,7 +28,7 @@ class TemporaryFolder {
 
     /// Makes the file and returns its path.
     std::string write(const std::string& name, const std::vector<uint8_t>& bytes) const {
-        const std::string path = *this / name;
+        std::string path = *this / name;
         std::ofstream file(path, std::ios::binary);
         file.write(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::streamsize>(bytes.size()));
