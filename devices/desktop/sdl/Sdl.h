@@ -9,9 +9,10 @@ struct SDL_SysWMinfo;
 
 namespace quiravent::desktop {
 
-/// SDL, which gives the window and the sound card. It is opened when it is wanted, not linked: it brings some fifty
-/// libraries into the process, and a device without a window has to start on machines without it.
-/// Each member is the function of that name with SDL_ before it; its headers tell what it does.
+/// SDL, which gives the window and the sound card. It is opened when it is wanted, not linked: it
+/// brings some fifty libraries into the process, and a device without a window has to start on
+/// machines without it. Each member is the function of that name with SDL_ before it; its headers
+/// tell what it does.
 class Sdl {
   public:
     /// Opened once, by whoever comes first; any thread. Throws DeviceError with the reason where
