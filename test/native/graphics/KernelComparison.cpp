@@ -134,7 +134,7 @@ void compareScaling(Comparison& comparison, const Arguments& a, int64_t size) {
 
 void compareSampling(Comparison& comparison, const Arguments& a, RandomPixels& random) {
     const auto fixed = [&](int64_t least, uint32_t range) {
-        return (least << 32) + (static_cast<int64_t>(random.below(range)) << 22) +
+        return least * (int64_t{1} << 32) + (static_cast<int64_t>(random.below(range)) << 22) +
                random.below(1U << 22);
     };
     const uint32_t height = 1 + random.below(12);
