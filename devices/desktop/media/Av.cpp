@@ -24,7 +24,10 @@ thread_local bool t_certificateRefused = false;
 /// Takes the place of what would write messages to standard error. context: see av_log().
 void noteMessage(void* context, int level, const char* format, va_list) {
     if (level > AV_LOG_ERROR || context == nullptr) return;
-    const std::string_view origin = (*static_cast<const AVClass* const*>(context))->class_name;
+    // Contexts on the libraries' own stacks may have none.
+    const AVClass* const kind = *static_cast<const AVClass* const*>(context);
+    if (kind == nullptr || kind->class_name == nullptr) return;
+    const std::string_view origin = kind->class_name;
     const std::string_view text = format;
     if (origin == "URLContext" && text.find("certificate") != std::string_view::npos)
         t_certificateRefused = true;
