@@ -34,7 +34,7 @@ Words paeth(Words left, Words above, Words corner) {
     const Words toAbove = magnitude(left - corner);
     const Words toCorner = magnitude(above + left - corner - corner);
     const Words upper = toAbove <= toCorner ? above : corner;
-    return (toLeft <= toAbove) & (toLeft <= toCorner) ? left : upper;
+    return ((toLeft <= toAbove) & (toLeft <= toCorner)) ? left : upper;
 }
 
 Words leftOne(Words left, Words /*above*/, Words /*corner*/) { return left; }
