@@ -13,8 +13,11 @@ const MEBIBYTE = 1024 * 1024;
 /** Of an application that the control channel has asked to quit: it ends by SIGTERM. */
 const ENDED = 128 + 15;
 
-/** What the last half of a run may have more than the half before, both without the first quarter. */
-const ROOM = { memory: 12 * MEBIBYTE, heap: 2 * MEBIBYTE, threads: 2, descriptors: 2 };
+/**
+ * What the last half of a run may have more than the half before, both without the first quarter: of
+ * threads and descriptors those of one film, which may be ending while the next one begins.
+ */
+const ROOM = { memory: 12 * MEBIBYTE, heap: 2 * MEBIBYTE, threads: 20, descriptors: 8 };
 
 function parse(words) {
   const options = { minutes: 30, seed: (Date.now() % 1000000) + 1 };

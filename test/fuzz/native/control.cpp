@@ -22,8 +22,11 @@ struct Station {
     RuntimeState state{events};
     Screen screen{std::make_unique<HeadlessDisplay>(), CapturePattern("")};
     Configuration configuration;
+    Tuner tuner{configuration.television};
     PlayerService players{configuration, screen};
-    ControlTarget target{remote, state, screen, players, [] {}, "/nonexistent/pipe"};
+    LivePlayers livePlayers{players, screen, tuner.multiplex()};
+    ControlTarget target{remote,      state, screen, players,
+                         livePlayers, tuner, [] {},  "/nonexistent/pipe"};
     std::shared_ptr<const WakeSignal> wake = std::make_shared<WakeSignal>();
 };
 
