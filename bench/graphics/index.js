@@ -4,7 +4,7 @@
 // bytes. See docs/performance.md for the method.
 
 const path = require('path');
-const { contest, ratio } = require('../lib/contest');
+const { contest, rowsOf } = require('../lib/contest');
 const { printRow, readOptions, writeRows } = require('../lib/table');
 const { openCanvases, openNapi, openOurs } = require('./contestants');
 
@@ -80,17 +80,11 @@ async function contestantsOf(scene, sides) {
   return all;
 }
 
-function rowsOf(scene, results) {
-  const own = results[0];
-  return results.map((result) => ({
-    table: 'graphics',
-    scene: scene.name,
-    contestant: result.name,
-    median: result.median,
-    spread: result.spread,
-    ratio: ratio(result, own),
-    aim: result.name === 'napi/8' ? scene.aim : undefined
-  }));
+function rowsWithAim(scene, results) {
+  const rows = rowsOf('graphics', scene.name, results, 1);
+  return rows.map((row) =>
+    row.contestant === 'napi/8' ? Object.assign(row, { aim: scene.aim }) : row
+  );
 }
 
 const figure = (value) => (value === undefined ? '–' : value.toFixed(value < 1 ? 3 : 2));
@@ -136,7 +130,7 @@ async function main() {
       await contestantsOf(scene, sides),
       Object.assign({ clock: clockFor(scene, options, sides.memory) }, options)
     );
-    const own = rowsOf(scene, results);
+    const own = rowsWithAim(scene, results);
     rows.push(...own);
     print(own);
     if (global.gc) global.gc();

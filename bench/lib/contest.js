@@ -84,4 +84,19 @@ function ratio(other, own) {
   return median(other.values.map((value, round) => value / own.values[round]));
 }
 
-module.exports = { contest, median, ratio };
+/**
+ * The rows of a scene for bench.json, in milliseconds of one call; ratios are to the first result.
+ * calls: how many a frame makes
+ */
+function rowsOf(table, scene, results, calls) {
+  return results.map((result) => ({
+    table,
+    scene,
+    contestant: result.name,
+    median: result.median / calls,
+    spread: result.spread,
+    ratio: ratio(result, results[0])
+  }));
+}
+
+module.exports = { contest, median, ratio, rowsOf };

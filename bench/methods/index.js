@@ -4,7 +4,7 @@
 // same meaning. Here the device does its part.
 
 const path = require('path');
-const { contest, ratio } = require('../lib/contest');
+const { contest, ratio, rowsOf } = require('../lib/contest');
 const { printRow, readOptions, writeRows } = require('../lib/table');
 const { openCanvases, openNapi, openOurs } = require('../graphics/contestants');
 
@@ -83,14 +83,7 @@ async function measure([name, own, theirs], sides, options) {
   const results = await contest(contestants, options);
   const ratios = results.slice(1).map((result) => ratio(result, results[0]).toFixed(2));
   printRow([name].concat(results.map(nanoseconds), ratios), WIDTHS);
-  return results.map((result) => ({
-    table: 'methods',
-    scene: name,
-    contestant: result.name,
-    median: result.median / CALLS,
-    spread: result.spread,
-    ratio: ratio(result, results[0])
-  }));
+  return rowsOf('methods', name, results, CALLS);
 }
 
 async function main() {

@@ -5,7 +5,7 @@
 
 const path = require('path');
 const { spawnSync } = require('child_process');
-const { contest, ratio } = require('../lib/contest');
+const { contest, ratio, rowsOf } = require('../lib/contest');
 const { printRow, readOptions, writeRows } = require('../lib/table');
 
 const build = process.env.QUIRAVENT_BUILD || path.join(__dirname, '..', '..', 'build', 'release');
@@ -96,14 +96,7 @@ async function measure([name, aim, own, bare], addons, options) {
     ],
     WIDTHS
   );
-  return results.map((result) => ({
-    table: 'script-calls',
-    scene: name,
-    contestant: result.name,
-    median: result.median / CALLS,
-    spread: result.spread,
-    ratio: ratio(result, results[0])
-  }));
+  return rowsOf('script-calls', name, results, CALLS);
 }
 
 async function main() {
