@@ -32,7 +32,9 @@ function recordOf(abi) {
     next: false,
     writable: true,
     registrations: 1,
-    isLast: true
+    isLast: true,
+    // Null until a script makes a worker.
+    inputWorker: false
   };
 }
 

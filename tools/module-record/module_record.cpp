@@ -63,7 +63,13 @@ bool areTogether(const void* one, const void* other) {
 
 const char* truth(bool value) { return value ? "true" : "false"; }
 
-void print(const Record& record) {
+/// Whether the place of the current input worker, which the module shows, holds one.
+bool hasInputWorker(void* module) {
+    void* const* place = static_cast<void**>(dlsym(module, "g_input_worker"));
+    return place == nullptr || *place != nullptr;
+}
+
+void print(const Record& record, void* module) {
     std::printf("{\"version\":%d,\"flags\":%u,\"library\":%s,", record.version, record.flags,
                 truth(record.library != nullptr));
     std::printf("\"file\":\"%s\",\"initialise\":%s,\"initialiseContext\":%s,", record.file,
@@ -71,8 +77,9 @@ void print(const Record& record) {
                 truth(record.initialiseContext != nullptr));
     std::printf("\"name\":\"%s\",\"data\":%s,\"next\":%s,", record.name,
                 truth(record.data != nullptr), truth(record.next != nullptr));
-    std::printf("\"writable\":%s,\"registrations\":%d,\"isLast\":%s}\n", truth(isWritable(&record)),
-                registrations, truth(statics == staticsAtRegistration));
+    std::printf("\"writable\":%s,\"registrations\":%d,\"isLast\":%s,\"inputWorker\":%s}\n",
+                truth(isWritable(&record)), registrations, truth(statics == staticsAtRegistration),
+                truth(hasInputWorker(module)));
 }
 
 }  // namespace
@@ -100,7 +107,8 @@ int main(int count, char** words) {
         std::fprintf(stderr, "usage: module_record FILE\n");
         return 2;
     }
-    if (dlopen(words[1], RTLD_LAZY) == nullptr) {
+    void* const module = dlopen(words[1], RTLD_LAZY);
+    if (module == nullptr) {
         std::fprintf(stderr, "%s\n", dlerror());
         return 1;
     }
@@ -108,7 +116,7 @@ int main(int count, char** words) {
         std::fprintf(stderr, "%s registers nothing\n", words[1]);
         return 1;
     }
-    print(*registered);
+    print(*registered, module);
     std::fflush(stdout);
     // Without the module's destructors, which may ask the runtime that isn't there.
     _exit(0);
