@@ -1,7 +1,5 @@
 #include "media/MediaServer.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -10,7 +8,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 
 #include "media/TestPlayer.h"
 
@@ -26,28 +23,12 @@ size_t rangeBegin(const std::string& request) {
 
 }  // namespace
 
-MediaServer::MediaServer(Misbehaviour misbehaviour) : m_misbehaviour(std::move(misbehaviour)) {
-    listen();
-}
+MediaServer::MediaServer(Misbehaviour misbehaviour)
+    : m_misbehaviour(std::move(misbehaviour)), m_acceptor([this] { accept(); }) {}
 
 MediaServer::MediaServer(const std::string& certificate)
-    : m_identity(std::make_unique<ServerIdentity>(mediaFile(certificate))) {
-    listen();
-}
-
-void MediaServer::listen() {
-    m_listener = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* generic = reinterpret_cast<sockaddr*>(&address);
-    if (::bind(m_listener, generic, size) != 0 || ::listen(m_listener, 64) != 0 ||
-        ::getsockname(m_listener, generic, &size) != 0)
-        throw std::runtime_error("no port to serve on");
-    m_port = ntohs(address.sin_port);
-    m_acceptor = std::thread([this] { accept(); });
-}
+    : m_identity(std::make_unique<ServerIdentity>(mediaFile(certificate))),
+      m_acceptor([this] { accept(); }) {}
 
 MediaServer::~MediaServer() {
     {
@@ -56,16 +37,15 @@ MediaServer::~MediaServer() {
         for (const int client : m_clients) ::shutdown(client, SHUT_RDWR);
         m_changed.notify_all();
     }
-    ::shutdown(m_listener, SHUT_RDWR);
+    m_listener.stop();
     m_acceptor.join();
     for (std::thread& thread : m_threads) thread.join();
     for (const int client : m_clients) ::close(client);
-    ::close(m_listener);
 }
 
 std::string MediaServer::url(const std::string& name) const {
-    return (m_identity ? "https" : "http") + std::string("://127.0.0.1:") + std::to_string(m_port) +
-           "/" + name;
+    return (m_identity ? "https" : "http") + std::string("://127.0.0.1:") +
+           std::to_string(m_listener.port()) + "/" + name;
 }
 
 void MediaServer::behave() {
@@ -97,8 +77,7 @@ std::vector<std::string> MediaServer::requested() const {
 }
 
 void MediaServer::accept() {
-    for (int client = ::accept(m_listener, nullptr, nullptr); client >= 0;
-         client = ::accept(m_listener, nullptr, nullptr)) {
+    for (int client = m_listener.accept(); client >= 0; client = m_listener.accept()) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_clients.push_back(client);
         if (m_closed || m_dropped)

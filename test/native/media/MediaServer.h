@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "common/LoopbackListener.h"
 #include "media/ServerConnection.h"
 
 namespace quiravent::test {
@@ -50,7 +51,6 @@ class MediaServer {
     std::vector<std::string> requested() const;
 
   private:
-    void listen();
     void accept();
     void serve(int client);
     bool find(const std::string& name, std::string& content) const;
@@ -68,8 +68,7 @@ class MediaServer {
     std::map<std::string, std::string> m_published;
     std::vector<int> m_clients;
     std::vector<std::thread> m_threads;
-    int m_listener = -1;
-    unsigned m_port = 0;
+    LoopbackListener m_listener;
     std::thread m_acceptor;
 };
 

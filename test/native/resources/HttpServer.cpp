@@ -1,11 +1,7 @@
 #include "HttpServer.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
-
-#include <stdexcept>
 
 namespace quiravent::test {
 
@@ -27,32 +23,19 @@ void HttpExchange::waitUntilClientLeaves() const {
 }
 
 HttpServer::HttpServer(Handler handler)
-    : m_handler(std::move(handler)), m_listener(::socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* generic = reinterpret_cast<sockaddr*>(&address);
-    if (::bind(m_listener, generic, size) != 0 || ::listen(m_listener, 8) != 0 ||
-        ::getsockname(m_listener, generic, &size) != 0)
-        throw std::runtime_error("no port to serve on");
-    m_port = ntohs(address.sin_port);
-    m_thread = std::thread([this] { serve(); });
-}
+    : m_handler(std::move(handler)), m_thread([this] { serve(); }) {}
 
 HttpServer::~HttpServer() {
-    ::shutdown(m_listener, SHUT_RDWR);
+    m_listener.stop();
     m_thread.join();
-    ::close(m_listener);
 }
 
 std::string HttpServer::url(const std::string& path) const {
-    return "http://127.0.0.1:" + std::to_string(m_port) + path;
+    return "http://127.0.0.1:" + std::to_string(m_listener.port()) + path;
 }
 
 void HttpServer::serve() {
-    for (int client = ::accept(m_listener, nullptr, nullptr); client >= 0;
-         client = ::accept(m_listener, nullptr, nullptr)) {
+    for (int client = m_listener.accept(); client >= 0; client = m_listener.accept()) {
         std::string request;
         char byte = 0;
         while (request.find("\r\n\r\n") == std::string::npos && ::recv(client, &byte, 1, 0) == 1)

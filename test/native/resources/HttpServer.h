@@ -4,6 +4,8 @@
 #include <string>
 #include <thread>
 
+#include "common/LoopbackListener.h"
+
 namespace quiravent::test {
 
 /// One connection of a client that has sent its request.
@@ -39,8 +41,7 @@ class HttpServer {
     void serve();
 
     Handler m_handler;
-    int m_listener;
-    unsigned m_port = 0;
+    LoopbackListener m_listener;
     std::thread m_thread;
 };
 
