@@ -6,13 +6,13 @@
 #include <utility>
 
 #include "media/audio/AudioFormat.h"
+#include "media/followSource.h"
 #include "support/NamedThread.h"
 
 namespace quiravent::desktop {
 
 namespace {
 
-constexpr uint32_t kMaxFruitlessPackets = 60;
 /// Stated times that are further from the counted ones mean a gap in the sound.
 constexpr int64_t kGap = 60 * kMillisecond;
 
@@ -24,22 +24,12 @@ AudioDecoder::AudioDecoder(PacketSource& source, AudioVoice& voice)
 AudioDecoder::~AudioDecoder() { m_thread.join(); }
 
 void AudioDecoder::run() {
-    while (true) {
-        const PacketSource::Read read = m_source.next(TrackKind::audio, m_segment.serial);
-        switch (read.state) {
-            case PacketSource::Read::State::closed:
-                return;
-            case PacketSource::Read::State::newSegment:
-                begin(read.segment);
-                break;
-            case PacketSource::Read::State::packet:
-                if (m_decoder) send(read.packet->data.get());
-                break;
-            case PacketSource::Read::State::end:
-                finish();
-                break;
-        }
-    }
+    followSource(
+        m_source, TrackKind::audio, m_segment, [this](const Segment& segment) { begin(segment); },
+        [this](const PacketSource::Read& read) {
+            if (m_decoder) send(read.packet->data.get());
+        },
+        [this] { finish(); });
 }
 
 void AudioDecoder::begin(const Segment& segment) {

@@ -3,14 +3,13 @@
 #include <utility>
 
 #include "media/ReverseGroup.h"
+#include "media/followSource.h"
 #include "support/NamedThread.h"
 
 namespace quiravent::desktop {
 
 namespace {
 
-/// So many packets without any picture mean that there will be none.
-constexpr uint32_t kMaxFruitlessPackets = 60;
 /// Beyond this speed only key pictures are shown.
 constexpr double kFastestAllBackwards = -2;
 constexpr int64_t kUsualFrameDuration = 40 * kMillisecond;
@@ -23,22 +22,9 @@ VideoDecoder::VideoDecoder(PacketSource& source, FrameQueue& queue)
 VideoDecoder::~VideoDecoder() { m_thread.join(); }
 
 void VideoDecoder::run() {
-    while (true) {
-        const PacketSource::Read read = m_source.next(TrackKind::video, m_segment.serial);
-        switch (read.state) {
-            case PacketSource::Read::State::closed:
-                return;
-            case PacketSource::Read::State::newSegment:
-                begin(read.segment);
-                break;
-            case PacketSource::Read::State::packet:
-                decode(read);
-                break;
-            case PacketSource::Read::State::end:
-                finish();
-                break;
-        }
-    }
+    followSource(
+        m_source, TrackKind::video, m_segment, [this](const Segment& segment) { begin(segment); },
+        [this](const PacketSource::Read& read) { decode(read); }, [this] { finish(); });
 }
 
 void VideoDecoder::begin(const Segment& segment) {
