@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "graphics/Canvas.h"
+#include "graphics/FetchAhead.h"
 #include "graphics/PixelMath.h"
 
 namespace quiravent::desktop {
@@ -22,16 +23,6 @@ Pixmap scaledTo(Scaler& scaler, const Box& visible) {
         scaler.scaleRow(y, scaled.row(static_cast<uint32_t>(y - visible.top)));
     }
     return scaled;
-}
-
-/// Rows that are short beside the distance between them defeat what a processor fetches ahead by
-/// itself; each is asked for two rows before it is needed.
-constexpr int64_t kRowsAhead = 2;
-constexpr size_t kShortRow = 1024;
-
-void fetchAhead(const uint32_t* row, size_t width) {
-    constexpr size_t kPixelsPerLine = 16;
-    for (size_t x = 0; x < width; x += kPixelsPerLine) __builtin_prefetch(row + x);
 }
 
 }  // namespace
@@ -108,13 +99,15 @@ void Canvas::blit(const Surface& source, const Placement& placement) {
 void Canvas::copyRows(const PixelView& source, const Box& visible, int64_t dx, int64_t dy) {
     const ComposeRow composeRow = composeRowFor(source.opaque);
     const auto width = static_cast<size_t>(visible.width());
-    const int64_t fetched = width <= kShortRow ? visible.bottom - kRowsAhead : visible.top;
+    constexpr int64_t kAhead = kRowsAhead;
+    const auto height = static_cast<size_t>(visible.height());
+    const int64_t fetched = visible.top + static_cast<int64_t>(fetchedRows(width, height));
     for (int64_t y = visible.top; y < visible.bottom; ++y) {
         const uint32_t* from = source.row(y - dy) + (visible.left - dx);
         uint32_t* to = pixelsAt(visible.left, y);
         if (y < fetched) {
-            fetchAhead(from + kRowsAhead * static_cast<int64_t>(source.stride), width);
-            fetchAhead(to + kRowsAhead * static_cast<int64_t>(m_surface->stride()), width);
+            fetchAhead(from + kAhead * static_cast<int64_t>(source.stride), width);
+            fetchAhead(to + kAhead * static_cast<int64_t>(m_surface->stride()), width);
         }
         composeRow(to, from, width, m_opacity);
     }

@@ -66,6 +66,12 @@ struct Neon {
         return fromWords(vmlal_u8(low, vget_low_u8(b), vget_low_u8(v)),
                          vmlal_u8(high, vget_high_u8(b), vget_high_u8(v)));
     }
+    using Ratio = Pixels;
+    static Ratio ratio(uint32_t weight) { return Neon::weight(weight); }
+    static Pixels scaledBy(Pixels a, Ratio ratio) { return scaled(a, ratio); }
+    static Pixels interpolated(Pixels from, Pixels to, Ratio ratio) {
+        return mixed(to, ratio, from, inverted(ratio));
+    }
     static bool isTransparent(Pixels bytes) {
         const uint32x4_t pixels = vreinterpretq_u32_u8(bytes);
         const uint32x2_t any = vorr_u32(vget_low_u32(pixels), vget_high_u32(pixels));
