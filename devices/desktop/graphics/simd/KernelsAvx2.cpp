@@ -170,13 +170,16 @@ SamplePixels carefulSamples;
 
 void sampleInside(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    const size_t done = sampleInFours(destination, source, steps, count);
-    sampleInner(destination + done, source, stepsFrom(steps, done), count - done);
+    if (count < 8) {
+        sampleInner(destination, source, steps, count);
+    } else {
+        sampleInEights(destination, source, steps, count);
+    }
 }
 
 void samplePixels(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    samplePixelsX86(destination, source, steps, count, carefulSamples, sampleInside);
+    sampleBothWays(destination, source, steps, count, carefulSamples, sampleInside);
 }
 
 }  // namespace

@@ -156,7 +156,7 @@ SamplePixels carefulSamples;
 
 void samplePixels(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    samplePixelsX86(destination, source, steps, count, carefulSamples, sampleInner);
+    sampleBothWays(destination, source, steps, count, carefulSamples, sampleInner);
 }
 
 }  // namespace
