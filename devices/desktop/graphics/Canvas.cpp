@@ -9,9 +9,9 @@
 
 namespace quiravent::desktop {
 
-Canvas::Canvas(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled)
+Canvas::Canvas(std::shared_ptr<Surface> surface, std::shared_ptr<CanvasShare> share)
     : m_surface(std::move(surface)),
-      m_scaled(std::move(scaled)),
+      m_share(share ? std::move(share) : std::make_shared<CanvasShare>(0, 1)),
       m_surfaceBox{0, 0, m_surface->width(), m_surface->height()},
       m_kernels(kernels()),
       m_clip{0, 0, m_surface->width(), m_surface->height()},

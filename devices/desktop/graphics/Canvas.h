@@ -5,13 +5,13 @@
 #include <memory>
 #include <vector>
 
+#include "graphics/CanvasShare.h"
 #include "graphics/CoverageMask.h"
 #include "graphics/Geometry.h"
 #include "graphics/Kernels.h"
 #include "graphics/Pixmap.h"
 #include "graphics/Rasterizer.h"
 #include "graphics/Rotation.h"
-#include "graphics/ScaledImageCache.h"
 #include "graphics/Scaler.h"
 #include "graphics/Surface.h"
 #include "graphics/ThinLine.h"
@@ -48,10 +48,9 @@ class Canvas {
   public:
     /// Starts in opaque white, with the whole surface as clip, opacity 1, no rotation and
     /// source-over. The surface must not be null.
-    /// scaled: keeps what is drawn in another size, for all canvases of one drawing thread; null:
-    /// such pictures are scaled each time.
-    explicit Canvas(std::shared_ptr<Surface> surface,
-                    std::shared_ptr<ScaledImageCache> scaled = nullptr);
+    /// share: for all canvases of one drawing thread; null: one of its own, which draws alone and
+    /// keeps nothing.
+    explicit Canvas(std::shared_ptr<Surface> surface, std::shared_ptr<CanvasShare> share = nullptr);
 
     const std::shared_ptr<Surface>& surface() const { return m_surface; }
 
@@ -135,7 +134,7 @@ class Canvas {
     }
 
     std::shared_ptr<Surface> m_surface;
-    std::shared_ptr<ScaledImageCache> m_scaled;
+    std::shared_ptr<CanvasShare> m_share;
     Box m_surfaceBox;
     const Kernels& m_kernels;
 
@@ -157,7 +156,7 @@ class Canvas {
     Rasterizer m_rasterizer;
     ThinLine::Steps m_steps;
     std::vector<CoverageSpan> m_spans;
-    std::vector<uint32_t> m_line;
+    std::vector<uint32_t> m_line;  // one for each worker
     std::vector<uint8_t> m_coverage;
 };
 
