@@ -3,7 +3,6 @@
 const test = require('tape');
 const recorder = require('./support/recorder');
 const { newCanvas } = require('./support/graphics');
-const { runScript } = require('./support/process');
 
 const rgba = (r, g, b, a) => ({ r, g, b, a });
 const WHITE = rgba(255, 255, 255, 255);
@@ -310,19 +309,4 @@ test('a refused colour is tried again, in either form', (t) => {
   recorder.once('pl_gfx_Canvas_SetColor', { status: 7 });
   t.deepEqual(colorsOf(canvas, ['red', 'blue']), [RED], 'the one before still counts as set');
   t.end();
-});
-
-['#zzzzzz', '#zzz', '#12zz56', '#123456zz', '#  0000', '#+-0000'].forEach((text) => {
-  test(`fatal: ${text} as colour`, (t) => {
-    const source = `
-      const canvas = quiravent.graphicServices.createCanvas(8, 8);
-      recorder.echo();
-      canvas.setColor(${JSON.stringify(text)});
-      say('survived');`;
-    return runScript(source).then((result) => {
-      t.equal(result.signal, 'SIGABRT');
-      t.equal(result.stdout, '', 'no call reached the porting layer');
-      t.ok(/invalid_argument[^]*stoi/.test(result.stderr), 'by an exception that nobody catches');
-    });
-  });
 });

@@ -218,17 +218,6 @@ test('each call makes another player', (t) => {
   });
 });
 
-test('fatal: null as rectangle', (t) => {
-  const source = `
-    recorder.echo();
-    quiravent.mediaServices.getPlayer('url', null, () => {});
-    say('survived');`;
-  return runScript(source).then((result) => {
-    t.equal(result.signal, 'SIGSEGV');
-    t.equal(result.stdout, '');
-  });
-});
-
 test('jobs wait while open workers take all threads of the pool', (t) => {
   const source = `
     process.env.UV_THREADPOOL_SIZE = '1';

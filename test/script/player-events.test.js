@@ -338,19 +338,6 @@ const STREAMS = [
       .then((count) => t.equal(count, 0));
   });
 
-  test(`fatal: ${kind}: unload before any registerListener`, (t) => {
-    const source = `
-      quiravent.mediaServices.${fns.make}('url', {}, (error, player) => {
-        recorder.echo();
-        player.unload();
-        say('survived');
-      });`;
-    return runScript(source).then((result) => {
-      t.equal(result.signal, 'SIGSEGV');
-      t.equal(result.stdout, '', 'the player isn’t unloaded either');
-    });
-  });
-
   test(`${kind}: a listener that is missing or no function is noticed when called`, (t) => {
     const source = `
       process.on('uncaughtException', (error) => say(error.name + ' '));

@@ -389,16 +389,3 @@ test('listeners that are no functions are noticed when they are called', (t) => 
     t.equal(result.stdout, 'TypeError closing TypeError ');
   });
 });
-
-['{ toString() { throw new Error("no"); } }', 'Symbol("s")'].forEach((value) => {
-  test(`fatal: ${value} as selector`, (t) => {
-    const source = `
-      recorder.echo();
-      new quiravent.TunerWorker(${value}, 'b');
-      say('survived');`;
-    return runScript(source).then((result) => {
-      t.equal(result.signal, 'SIGABRT');
-      t.equal(result.stdout, '');
-    });
-  });
-});
