@@ -5,7 +5,7 @@ const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { openInput, endAll } = require('./support/workers');
 const { quiet } = require('./support/threads');
-const { runScript } = require('./support/process');
+const { runScript, says } = require('./support/process');
 
 const key = (action, code) => recorder.event(action, code);
 const PRESS = 'pl_input_SetCallback_KeyPress';
@@ -65,10 +65,7 @@ test('called plainly, InputWorker makes an object all the same', (t) => {
       say(log.filter((entry, index) => log.indexOf(entry) === index).join());
       process.exit(0);
     });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, 'true data,complete');
-  });
+  return says(t, source, 'true data,complete');
 });
 
 // [callback, code, what is heard: the name, and the code as text]
@@ -157,10 +154,7 @@ test('a listener is given two texts, with the global object as receiver', (t) =>
       const kinds = Array.from(new Set(seen.map((entry) => entry.join())));
       say(kinds.join(' ') + ', ' + seen[seen.length - 1]);
     });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, 'true,string,string true, true', 'the last is the completion listener');
-  });
+  return says(t, source, 'true,string,string true, true', 'the last is the completion listener');
 });
 
 test('what is reported before the worker waits stays until the next report', (t) => {
@@ -266,10 +260,7 @@ test('closed before a pool thread takes it, a worker registers all the same', (t
       held.open();
     });
     process.on('exit', () => say(' ' + recorder.calls().map((call) => call.fn).slice(-2)));`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, `0 player complete ${PRESS},${RELEASE}`);
-  });
+  return says(t, source, `0 player complete ${PRESS},${RELEASE}`);
 });
 
 test('a second worker takes all events, and the first one never completes', (t) => {
@@ -314,10 +305,7 @@ test('a worker outlives its script object', (t) => {
         say(JSON.stringify(events));
         process.exit(0);
       });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, '[["keypress","8"]]');
-  });
+  return says(t, source, '[["keypress","8"]]');
 });
 
 // [what stands for the data listener, how the fault is told]

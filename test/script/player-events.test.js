@@ -5,7 +5,7 @@ const recorder = require('./support/recorder');
 const { PLAYERS, newPlayer, follow, endAll } = require('./support/workers');
 const { collect } = require('./support/collection');
 const { quiet } = require('./support/threads');
-const { runScript } = require('./support/process');
+const { runScript, says } = require('./support/process');
 
 const NAMES = (
   'fetch_in_progress fetch_ready fetch_error playback_ready playback_error playback_stalled ' +
@@ -152,10 +152,7 @@ const STREAMS = [
           });
       });`;
     const event = '["data","playback_completed","9"]';
-    return runScript(source).then((result) => {
-      t.equal(result.code, 0, result.stderr);
-      t.equal(result.stdout, `[[${event}],[${event},["complete"]]]`);
-    });
+    return says(t, source, `[[${event}],[${event},["complete"]]]`);
   });
 
   test(`${kind}: the reports of all players go to the last listener, as one stream`, (t) => {
@@ -245,14 +242,12 @@ const STREAMS = [
           say(fns.slice().sort().concat(fns[2]).join());
         });
       });`;
-    return runScript(source).then((result) => {
-      t.equal(result.code, 0, result.stderr);
-      t.equal(
-        result.stdout,
-        `pl_gfx_LoadFont,${fns.unload},pl_platform_SetRuntimeState,pl_platform_SetRuntimeState`,
-        'the key came last: the thread was free while the player was being unloaded'
-      );
-    });
+    return says(
+      t,
+      source,
+      `pl_gfx_LoadFont,${fns.unload},pl_platform_SetRuntimeState,pl_platform_SetRuntimeState`,
+      'the key came last: the thread was free while the player was being unloaded'
+    );
   });
 
   test(`${kind}: what is queued when the player is unloaded is heard before the end`, (t) => {
@@ -351,10 +346,7 @@ const STREAMS = [
             made.player.unload();
           });
       });`;
-    return runScript(source).then((result) => {
-      t.equal(result.code, 0, result.stderr);
-      t.equal(result.stdout, 'undefined TypeError closing TypeError ');
-    });
+    return says(t, source, 'undefined TypeError closing TypeError ');
   });
 });
 

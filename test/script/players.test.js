@@ -8,6 +8,7 @@ const quiravent = require('./support/module');
 const { keep } = require('./support/graphics');
 const { newPlayer } = require('./support/workers');
 const { says } = require('./support/process');
+const { rect } = require('./support/rows');
 
 /** A live player that a handle stands for, with nothing in the log; kept from the collector. */
 function newLivePlayer(handle) {
@@ -24,8 +25,6 @@ function rowsOf(groups) {
   );
   return [].concat.apply([], rows);
 }
-
-const rect = (x, y, w, h) => ({ x, y, w, h });
 
 // Rows are [arguments, those that arrive behind the handle, or null where there is no call].
 

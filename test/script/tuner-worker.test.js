@@ -5,7 +5,7 @@ const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { openTuner, endAll } = require('./support/workers');
 const { quiet } = require('./support/threads');
-const { runScript } = require('./support/process');
+const { runScript, says } = require('./support/process');
 
 const SELECT = 'pl_dtv_Action_selectTransportStream';
 const UNSELECT = 'pl_dtv_Action_unselectTransportStream';
@@ -253,10 +253,7 @@ test('closed before a pool thread takes it, a worker selects all the same', (t) 
       held.open();
     });
     process.on('exit', () => say(String(recorder.calls().map((call) => call.fn).slice(-2))));`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, `0 player complete ${SELECT},${UNSELECT}`);
-  });
+  return says(t, source, `0 player complete ${SELECT},${UNSELECT}`);
 });
 
 test('after the end, reports and closing do nothing', (t) => {
@@ -367,10 +364,7 @@ test('a worker outlives its script object', (t) => {
         say(events.join() + ' ' + recorder.calls('${UNSELECT}').length);
         process.exit(0);
       });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, 'tunerlock,0,Sem Sinal 0');
-  });
+  return says(t, source, 'tunerlock,0,Sem Sinal 0');
 });
 
 test('listeners that are no functions are noticed when they are called', (t) => {
@@ -384,8 +378,5 @@ test('listeners that are no functions are noticed when they are called', (t) => 
         say('closing ');
         tuner.closeTuner();
       });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, 'TypeError closing TypeError ');
-  });
+  return says(t, source, 'TypeError closing TypeError ');
 });
