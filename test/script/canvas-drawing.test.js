@@ -273,32 +273,6 @@ test('named parts are each read once, in their order', (t) => {
   t.end();
 });
 
-test('a refusal by the porting layer is never an exception', (t) => {
-  const rows = {
-    FillRect: () => canvas.fillRect(1, 2, 3, 4),
-    ClearRect: () => canvas.clearRect(1, 2, 3, 4),
-    DrawRect: () => canvas.drawRect(1, 2, 3, 4),
-    DrawLine: () => canvas.drawLine(1, 2, 3, 4),
-    SetRotation: () => canvas.setRotation(1),
-    SetOpacity: () => canvas.setOpacity(1),
-    Compose: () => canvas.compose(other.canvas, 1, 2),
-    ComposeScaled: () => canvas.composeScaled(other.canvas),
-    Flush: () => canvas.flush(),
-    DrawEllipse: () => canvas.drawEllipse('fill', 1, 2, 3, 4, 5, 6),
-    SetPorterDuff: () => canvas.setPorterDuff('ADD'),
-    DrawText: () => canvas.drawText('text', 1, 2)
-  };
-  return newFont().then((font) => {
-    canvas.setFont(font);
-    Object.keys(rows).forEach((name) => {
-      recorder.clear();
-      recorder.once(`pl_gfx_Canvas_${name}`, { status: -5 });
-      t.equal(rows[name](), undefined, name);
-      t.equal(recorder.calls(`pl_gfx_Canvas_${name}`).length, 1);
-    });
-  });
-});
-
 test('what a conversion throws reaches the script after the call was made with 0 in its place', (t) => {
   const fails = () => {
     throw new RangeError('mine');

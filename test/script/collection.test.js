@@ -81,6 +81,8 @@ test('the target outlives its script objects', (t) => {
     t.equal(target.isInvalid(), false);
     target.setColor('red');
     t.deepEqual(recorder.calls('pl_gfx_Canvas_SetColor'), [], 'with what was set on it');
+    target.fillRect(1, 2, 3, 4);
+    t.equal(recorder.calls('pl_gfx_Canvas_FillRect').length, 1);
   });
 });
 

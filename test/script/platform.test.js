@@ -163,16 +163,6 @@ test('enableDTVEvents is the porting layer’s', (t) => {
   t.end();
 });
 
-test('the functions may be detached', (t) => {
-  recorder.reset();
-  const state = services.getRuntimeState;
-  const set = services.setRuntimeState;
-  t.equal(set('overlay'), true);
-  t.equal(state.call(5), 'overlay');
-  set.call(null, 'running');
-  t.end();
-});
-
 // [argument as source, timestamp]
 const TIMESTAMPS = [
   ['1234567890', 1234567890],

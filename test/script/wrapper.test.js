@@ -65,23 +65,6 @@ test('so does every method of every class', (t) => {
   t.end();
 });
 
-test('each hand-out of the target is another object over the same canvas', (t) => {
-  const first = services.getTargetCanvas();
-  let second = services.getTargetCanvas();
-  t.notEqual(first, second);
-  recorder.clear();
-  first.setColor('red');
-  second.setColor('red');
-  t.equal(recorder.calls('pl_gfx_Canvas_SetColor').length, 1, 'they share what was set');
-  second = null;
-  return collect().then(() => {
-    recorder.clear();
-    t.equal(first.isInvalid(), false);
-    first.fillRect(1, 2, 3, 4);
-    t.equal(recorder.calls('pl_gfx_Canvas_FillRect').length, 1);
-  });
-});
-
 test('a member of a namespace needs no receiver', (t) => {
   const createCanvas = services.createCanvas;
   t.ok(createCanvas(2, 2) instanceof quiravent.canvas);
