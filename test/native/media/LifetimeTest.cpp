@@ -83,22 +83,15 @@ TEST(Unload, IsQuietInEveryPhase) {
 
 TEST(Unload, MayComeFromTheEventHandler) {
     TestPlayer player(mediaFile("film.mp4"));
-    std::mutex mutex;
-    std::condition_variable told;
-    int events = 0;
+    Watched<int> events;
     player->setEventHandler([&](e_pl_media_event, uint8_t) {
         player->unload();
-        const std::lock_guard<std::mutex> lock(mutex);
-        ++events;
-        told.notify_all();
+        events.change([](int& count) { ++count; });
     });
     ASSERT_EQ(player->start(), e_pl_status_ok);
-    {
-        std::unique_lock<std::mutex> lock(mutex);
-        ASSERT_TRUE(told.wait_for(lock, std::chrono::seconds(10), [&] { return events > 0; }));
-    }
+    ASSERT_TRUE(events.waitUntil([](int count) { return count > 0; }));
     player.engine().reaper().waitUntilIdle();
-    EXPECT_EQ(events, 1);
+    EXPECT_EQ(events.get(), 1);
 }
 
 TEST(Events, WaitForTheFirstHandler) {
