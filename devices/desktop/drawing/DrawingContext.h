@@ -14,8 +14,9 @@ namespace quiravent::desktop {
 class DrawingContext {
   public:
     /// See Canvas.
-    DrawingContext(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled)
-        : m_canvas(std::move(surface), std::move(scaled)) {}
+    DrawingContext(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled,
+                   std::shared_ptr<ShapeCoverage> shapes)
+        : m_canvas(std::move(surface), std::move(scaled), std::move(shapes)) {}
 
     Canvas& canvas() { return m_canvas; }
     const Surface& surface() const { return *m_canvas.surface(); }
