@@ -120,6 +120,12 @@ void Canvas::drawEllipse(EllipseStyle style, uint32_t centerX, uint32_t centerY,
     paint(m_shapes->ellipse(style, ellipse, *arc, visible), visible.left, visible.top);
 }
 
+bool Canvas::drawShape(const CoverageShape& shape, const Box& box) {
+    if (!(intersection(box, m_bounds) == box)) return false;
+    if (!m_invisible) paint(shape, box.left, box.top);
+    return true;
+}
+
 void Canvas::paint(const CoverageShape& shape, int64_t left, int64_t top) {
     // Blocks reach beyond a shape that is narrower, and maybe beyond the surface.
     const bool narrow = shape.width() < CoverageBlock::kPixels;

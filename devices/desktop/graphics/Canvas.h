@@ -99,6 +99,10 @@ class Canvas {
     /// change meanwhile.
     void drawMasks(const CoverageMask* masks, size_t count, const Box& bounds);
 
+    /// Paints a shape in the current colour, unturned, with its columns and rows at those of the
+    /// box. False, with nothing drawn, unless all of the box lies within the clip.
+    bool drawShape(const CoverageShape& shape, const Box& box);
+
   private:
     void resolvePaint();
     bool transparentIsIgnored() const { return ignoresTransparent(kPorterDuff[m_mode]); }

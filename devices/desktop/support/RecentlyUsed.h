@@ -8,34 +8,36 @@
 
 namespace quiravent::desktop {
 
-/// Values by their keys, within a budget of bytes: what was used longest ago goes first. What keys
-/// are looked up by may be a view of them. Not thread-safe.
+/// Values by their keys, within a budget of bytes: what was used longest ago goes first, and only
+/// what was used last may exceed it. Keys may be looked up by a view of them. Not thread-safe.
 template <class Key, class Value, class View = Key, class Hash = std::hash<View>>
 class RecentlyUsed {
   public:
     explicit RecentlyUsed(size_t budgetBytes) : m_budget(budgetBytes) {}
 
-    /// Null when the key isn't there; otherwise valid until something is added or grows.
+    /// Null when the key isn't there; otherwise valid until something is added or resized.
     Value* find(const View& key) {
+        if (!m_entries.empty() && m_entries.front().key == key) return &m_entries.front().value;
         const auto found = m_index.find(key);
         if (found == m_index.end()) return nullptr;
         m_entries.splice(m_entries.begin(), m_entries, found->second);
         return &found->second->value;
     }
 
-    /// Takes the value of a key that isn't there yet, with all the bytes that it stands for. One
-    /// that is larger than the budget drives out the others and itself.
-    void add(Key key, Value value, size_t byteSize) {
+    /// Takes the value of a key that isn't there yet, with all the bytes that it stands for.
+    Value& add(Key key, Value value, size_t byteSize) {
         m_entries.push_front({std::move(key), std::move(value), byteSize + kOverhead});
         m_index.emplace(m_entries.front().key, m_entries.begin());
         m_byteSize += m_entries.front().byteSize;
         holdToBudget();
+        return m_entries.front().value;
     }
 
-    /// Tells of bytes that the value found last has come to stand for.
-    void foundGrew(size_t bytes) {
-        m_entries.front().byteSize += bytes;
-        m_byteSize += bytes;
+    /// The value found or added last stands for that many bytes now.
+    void resizeLast(size_t byteSize) {
+        m_byteSize -= m_entries.front().byteSize;
+        m_entries.front().byteSize = byteSize + kOverhead;
+        m_byteSize += m_entries.front().byteSize;
         holdToBudget();
     }
 
@@ -52,7 +54,7 @@ class RecentlyUsed {
     static constexpr size_t kOverhead = sizeof(Entry) + 100;
 
     void holdToBudget() {
-        while (m_byteSize > m_budget) {
+        while (m_byteSize > m_budget && m_entries.size() > 1) {
             m_byteSize -= m_entries.back().byteSize;
             m_index.erase(m_entries.back().key);
             m_entries.pop_back();
