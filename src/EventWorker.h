@@ -4,12 +4,11 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <memory>
 #include <mutex>
-#include <utility>
-
-#include "support/MessageQueue.h"
+#include <string>
 
 namespace quiravent {
 
@@ -25,18 +24,25 @@ struct Listeners {
     Nan::Callback* error;
 };
 
-/// What all event workers share: the way from a pool thread to the script's listeners.
+/// What an event worker tells the script: what happened, and the detail as text.
+struct Message {
+    std::string name;
+    std::string data;
+};
+
+/// The way from device threads to the script's listeners, which all event workers share. A worker
+/// takes a pool thread, which waits for its end; while it waits, whoever reports releases the
+/// report to the script thread. A worker class states what it registers with the device, and how it
+/// is closed.
 ///
 /// A worker is the part that device threads, the script object and the process-wide slot hold on
 /// to; the job that runs it belongs to the runtime and ends before it. So a report or a "close"
 /// that comes after the job has ended still meets a living object, and is dropped.
-class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
+class EventWorker : public std::enable_shared_from_this<EventWorker> {
   public:
-    using Progress = Nan::AsyncProgressWorkerBase<char>::ExecutionProgress;
-
-    virtual ~EventWorkerBase();
-    EventWorkerBase(const EventWorkerBase&) = delete;
-    EventWorkerBase& operator=(const EventWorkerBase&) = delete;
+    virtual ~EventWorker();
+    EventWorker(const EventWorker&) = delete;
+    EventWorker& operator=(const EventWorker&) = delete;
 
     /// Hands the worker to the runtime's pool, where it takes one thread until it is closed.
     /// Script thread; once.
@@ -47,95 +53,49 @@ class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
     bool closed() const { return m_closedFlag; }
 
     /// As close, but wakes in every case: a worker must not keep the process from exiting.
-    virtual void CloseForExit() = 0;
+    void CloseForExit();
 
   protected:
-    explicit EventWorkerBase(const Listeners& listeners);
-
-    void SetClosed() { m_closedFlag = true; }
-
-    /// Pool thread: queues the message and wakes the script thread. Wake-ups merge; messages don't.
-    void writeToNode(const Progress& progress, Message message);
-
-  private:
-    friend class EventJob;
-
-    /// The worker's life, on a pool thread.
-    virtual void Execute(const Progress& progress) = 0;
-    /// From now on reports are dropped. Script thread, after Execute has returned.
-    virtual void End() = 0;
-
-    /// Gives every waiting message to the data listener, in order and outside of every lock.
-    void drainQueue(Nan::AsyncResource* resource);
-
-    Listeners m_listeners;
-    MessageQueue m_messageQueue;
-    std::atomic<bool> m_closedFlag{false};
-};
-
-/// The frame of the event workers: reports of a device thread wait in a queue, a pool thread makes
-/// messages of them, the script thread gives these to the listener. A worker class states what it
-/// registers with the device, how a report becomes a message, and how it is closed.
-template <class Report>
-class EventWorker : public EventWorkerBase {
-  public:
-    void CloseForExit() final {
-        SetClosed();
-        const std::lock_guard<std::mutex> lock(m_eventMutex);
-        m_eventCondition.notify_all();
-    }
-
-  protected:
-    explicit EventWorker(const Listeners& listeners) : EventWorkerBase(listeners) {}
+    explicit EventWorker(const Listeners& listeners);
 
     /// Starts the device's reports; pool thread.
     virtual void Attach() = 0;
     /// Ends them, where a device function does.
     virtual void Detach() {}
-    virtual Message MessageOf(const Report& report) = 0;
-    /// Whether a drain ends with the queue, or already with the worker's closing.
+    /// Whether what waits is still delivered when the worker has been closed.
     virtual bool DrainsWhenClosed() const { return true; }
 
-    /// Queues one report and wakes the pool thread; any thread. A report that finds the pool
-    /// thread busy elsewhere waits, in its place, for the next one.
-    void AddReport(Report report) {
-        const std::lock_guard<std::mutex> lock(m_eventMutex);
-        if (m_ended) return;
-        m_eventQueue.push_back(std::move(report));
-        m_eventCondition.notify_all();
-    }
+    /// Queues one report; any thread. A report that comes before the pool thread waits stays, in
+    /// its place, until the next one.
+    void AddReport(Message&& report);
 
-    void Wake() { m_eventCondition.notify_all(); }
+    void SetClosed() { m_closedFlag = true; }
+    void Wake() { m_condition.notify_all(); }
 
   private:
-    void Execute(const Progress& progress) final {
-        Attach();
-        while (!closed()) {
-            std::unique_lock<std::mutex> lock(m_eventMutex);
-            // Deliberately without a predicate: what is in the queue already stays there until
-            // the next notification.
-            m_eventCondition.wait(lock);
-            Drain(progress);
-        }
-        Detach();
-    }
+    friend class EventJob;
+    using Progress = Nan::AsyncProgressWorkerBase<char>::ExecutionProgress;
 
-    void Drain(const Progress& progress) {
-        while (!m_eventQueue.empty() && (DrainsWhenClosed() || !closed())) {
-            writeToNode(progress, MessageOf(m_eventQueue.front()));
-            m_eventQueue.pop_front();
-        }
-    }
+    /// The worker's life, on a pool thread.
+    void Execute(const Progress& progress);
+    /// Gives all reports free to the script thread, and wakes it unless it was woken for others
+    /// that it hasn't taken yet. Under the lock.
+    void Release(const Progress& progress);
+    /// From now on reports are dropped. Script thread, after Execute has returned.
+    void End();
 
-    void End() final {
-        const std::lock_guard<std::mutex> lock(m_eventMutex);
-        m_ended = true;
-        m_eventQueue.clear();
-    }
+    /// Gives every released report to the data listener, in order and outside of every lock.
+    void drainQueue(Nan::AsyncResource* resource);
+    std::deque<Message> TakeReleased();
 
-    std::mutex m_eventMutex;
-    std::condition_variable m_eventCondition;
-    std::deque<Report> m_eventQueue;
+    const Listeners m_listeners;
+    std::atomic<bool> m_closedFlag{false};
+
+    std::mutex m_mutex;                   ///< guards what follows
+    std::condition_variable m_condition;  ///< the pool thread waits for it
+    std::deque<Message> m_reports;        ///< without a bound
+    size_t m_released = 0;                ///< so many, from the front, are the script thread's
+    const Progress* m_waiting = nullptr;  ///< of the pool thread, while it waits
     bool m_ended = false;
 };
 

@@ -1,6 +1,7 @@
 #include "InputWorker.h"
 
 #include <memory>
+#include <utility>
 
 #include "porting/pl_platform.h"
 #include "support/HardEnd.h"
@@ -45,8 +46,4 @@ QUIRAVENT_KEPT void InputWorker::attachAllKeys() { (void)pl_input_UpdateKeyMask(
 void InputWorker::Attach() {
     (void)pl_input_SetCallback_KeyPress(onKeyPress);
     (void)pl_input_SetCallback_KeyRelease(onKeyRelease);
-}
-
-quiravent::Message InputWorker::MessageOf(const std::pair<std::string, std::string>& report) {
-    return {report.first, report.second};
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 
 #include "EventWorker.h"
 #include "porting/pl_input.h"
@@ -9,7 +8,7 @@
 /// The event worker of everything that has no player of its own: keys, changes of the runtime
 /// state, messages of the service selector channel. Keys have no names here: a key reaches the
 /// script as the decimal text of its code.
-class InputWorker : public quiravent::EventWorker<std::pair<std::string, std::string>> {
+class InputWorker : public quiravent::EventWorker {
   public:
     explicit InputWorker(const quiravent::Listeners& listeners) : EventWorker(listeners) {}
 
@@ -26,7 +25,6 @@ class InputWorker : public quiravent::EventWorker<std::pair<std::string, std::st
 
   private:
     void Attach() override;
-    quiravent::Message MessageOf(const std::pair<std::string, std::string>& report) override;
 };
 
 /// The current worker. Callbacks of the device, and all that has no object in hand, find it here.
