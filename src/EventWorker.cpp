@@ -143,7 +143,8 @@ void EventWorker::drainQueue(Nan::AsyncResource* resource) {
     for (const Message& message : TakeReleased()) {
         // A scope for each, since one turn may bring a great many.
         const Nan::HandleScope messageScope;
-        v8::Local<v8::Value> arguments[] = {RepeatedText(message.name), RepeatedText(message.data)};
+        v8::Local<v8::Value> arguments[] = {RepeatedText(message.name()),
+                                            RepeatedText(message.data())};
         (void)resource->runInAsyncScope(global, listener, 2, arguments);
     }
 }

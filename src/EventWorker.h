@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 namespace quiravent {
 
@@ -24,10 +25,22 @@ struct Listeners {
     Nan::Callback* error;
 };
 
-/// What an event worker tells the script: what happened, and the detail as text.
-struct Message {
-    std::string name;
-    std::string data;
+/// What an event worker tells the script: what happened, and the detail as text; neither holds a
+/// zero byte. They share one string, which for nearly all needs no memory of its own.
+class Message {
+  public:
+    Message(std::string_view name, std::string_view data) : m_texts(name), m_nameSize(name.size()) {
+        m_texts.append(data);
+    }
+
+    std::string_view name() const { return {m_texts.data(), m_nameSize}; }
+    std::string_view data() const {
+        return {m_texts.data() + m_nameSize, m_texts.size() - m_nameSize};
+    }
+
+  private:
+    std::string m_texts;
+    size_t m_nameSize;
 };
 
 /// The way from device threads to the script's listeners, which all event workers share. A worker
@@ -109,6 +122,14 @@ class WorkerSlot {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_worker == nullptr) m_worker = new std::shared_ptr<Worker>;
         m_worker->swap(worker);
+    }
+
+    /// Calls use(Worker*) with the current worker, which is null before the first; no other takes
+    /// its place meanwhile. Any thread.
+    template <class Use>
+    void With(Use use) const {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        use(m_worker != nullptr ? m_worker->get() : nullptr);
     }
 
     /// The current worker, kept alive while the caller holds it; null before the first. Any thread.

@@ -1,7 +1,7 @@
 #include "InputWorker.h"
 
-#include <memory>
-#include <utility>
+#include <string>
+#include <string_view>
 
 #include "porting/pl_platform.h"
 #include "support/HardEnd.h"
@@ -14,10 +14,11 @@ namespace {
 constexpr pl_input_keycode kLowProfileKey = pl_input_keycode_home;
 constexpr uint32_t kAllKeys = 0x03FFFFF9;
 
-void DispatchKey(const char* name, pl_input_keycode code) {
-    const std::shared_ptr<InputWorker> worker = g_input_worker.Get();
-    if (!worker) quiravent::EndByNullRead();
-    worker->onKeyEvent(name, code);
+void DispatchKey(std::string_view name, pl_input_keycode code) {
+    g_input_worker.With([=](InputWorker* worker) {
+        if (worker == nullptr) quiravent::EndByNullRead();
+        worker->onKeyEvent(name, code);
+    });
 }
 
 void onKeyPress(pl_input_keycode code) {
@@ -33,12 +34,12 @@ void onKeyRelease(pl_input_keycode code) { DispatchKey("keyrelease", code); }
 
 }  // namespace
 
-void InputWorker::onKeyEvent(std::string name, pl_input_keycode code) {
-    AddReport({std::move(name), std::to_string(static_cast<int32_t>(code))});
+void InputWorker::onKeyEvent(std::string_view name, pl_input_keycode code) {
+    AddReport({name, std::to_string(static_cast<int32_t>(code))});
 }
 
-void InputWorker::dispatchCustomEvent(std::string name, std::string data) {
-    AddReport({std::move(name), std::move(data)});
+void InputWorker::dispatchCustomEvent(const std::string& name, const std::string& data) {
+    AddReport({name.c_str(), data.c_str()});
 }
 
 QUIRAVENT_KEPT void InputWorker::attachAllKeys() { (void)pl_input_UpdateKeyMask(kAllKeys, 0, 1); }

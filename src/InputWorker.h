@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "EventWorker.h"
 #include "porting/pl_input.h"
@@ -13,9 +14,9 @@ class InputWorker : public quiravent::EventWorker {
     explicit InputWorker(const quiravent::Listeners& listeners) : EventWorker(listeners) {}
 
     /// Queues a key event; device threads.
-    void onKeyEvent(std::string name, pl_input_keycode code);
-    /// Queues an event with the two texts as they stand; any thread.
-    void dispatchCustomEvent(std::string name, std::string data);
+    void onKeyEvent(std::string_view name, pl_input_keycode code);
+    /// Queues an event with the two texts, each up to its first zero byte; any thread.
+    void dispatchCustomEvent(const std::string& name, const std::string& data);
 
     /// Deliberately wakes nobody: the worker ends with the next event, which is still delivered.
     void close() override { SetClosed(); }

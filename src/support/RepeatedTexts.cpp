@@ -2,44 +2,55 @@
 
 #include <array>
 #include <cstddef>
-#include <functional>
+#include <cstdint>
+#include <cstring>
 
 namespace quiravent {
 
 namespace {
 
-constexpr size_t kLongest = 32;
+/// A short text, filled up with zero bytes, as numbers: these are faster to compare than texts.
+using Key = std::array<uint64_t, 3>;
 
-/// Where texts of some hashes are kept, one at a time. A text that comes once drives none away.
+Key KeyOf(std::string_view text) {
+    Key key{};
+    std::memcpy(key.data(), text.data(), text.size());
+    return key;
+}
+
+/// Where texts of some kind are kept, one at a time. A text that comes once drives none away.
 struct Place {
-    std::string text;
+    Key key{};
     Nan::Persistent<v8::String> string;
-    size_t missedHash = 0;  ///< of the text that came last and wasn't there
+    Key missed{};  ///< what came last and wasn't there
 };
 
 // Never destroyed: at process end the runtime that owns the strings may be gone already.
-Place& PlaceOf(size_t hash) {
-    static auto& places = *new std::array<Place, 128>;
-    return places[hash % places.size()];
+Place& PlaceOf(const Key& key) {
+    constexpr int kBits = 7;
+    static auto& places = *new std::array<Place, 1U << kBits>;
+    // The upper bits of a product depend on all bits of its factors.
+    const uint64_t product = (key[0] ^ key[1] * 3 ^ key[2] * 5) * 0x9E3779B97F4A7C15U;
+    return places[product >> (64 - kBits)];
 }
 
-v8::Local<v8::String> MakeString(const std::string& text) {
-    return Nan::New(text.c_str()).ToLocalChecked();
+v8::Local<v8::String> MakeString(std::string_view text) {
+    return Nan::New<v8::String>(text.data(), static_cast<int>(text.size())).ToLocalChecked();
 }
 
 }  // namespace
 
-v8::Local<v8::String> RepeatedText(const std::string& text) {
-    if (text.size() > kLongest) return MakeString(text);
-    const size_t hash = std::hash<std::string>()(text);
-    Place& place = PlaceOf(hash);
-    if (place.text == text && !place.string.IsEmpty()) return Nan::New(place.string);
+v8::Local<v8::String> RepeatedText(std::string_view text) {
+    if (text.size() > sizeof(Key)) return MakeString(text);
+    const Key key = KeyOf(text);
+    Place& place = PlaceOf(key);
+    if (place.key == key && !place.string.IsEmpty()) return Nan::New(place.string);
     const v8::Local<v8::String> made = MakeString(text);
-    if (place.missedHash == hash) {
-        place.text = text;
+    if (place.missed == key) {
+        place.key = key;
         place.string.Reset(made);
     }
-    place.missedHash = hash;
+    place.missed = key;
     return made;
 }
 
