@@ -10,9 +10,9 @@ const { numberAt } = require('../../tools/media/frame-counter');
 const { drawArtwork } = require('../../tools/artwork/draw');
 const { makeMedia } = require('../../tools/media/make');
 const { Application } = require('./support/controlled');
+const { root } = require('./support/files');
 const { readPicture } = require('./support/png');
 
-const root = path.join(__dirname, '..', '..');
 const film = 1;
 const advertisement = 2;
 
@@ -28,15 +28,12 @@ class Viewer {
   }
 
   start() {
-    return this.application.connect().then((control) => {
-      this.control = control;
-      return this;
-    });
+    return this.application.connect().then(() => this);
   }
 
   /** Rejects where the device refuses. */
   request(command, parameters) {
-    return this.control.ask(command, parameters).then((answer) => {
+    return this.application.ask(command, parameters).then((answer) => {
       if (!answer.ok) throw new Error(answer.error);
       return answer;
     });
@@ -67,7 +64,7 @@ class Viewer {
   /** Presses a key on which the player ends; resolves with how it did. */
   leave(key) {
     // There may be nobody left to answer.
-    this.control.ask('keyDown', { key });
+    this.application.ask('keyDown', { key });
     return this.application.end;
   }
 
@@ -117,11 +114,9 @@ test('at each time the screen shows the picture of that time', (t) =>
 /** How often a tone of the last `seconds` of a WAV file of 16 bits in stereo swings in a second. */
 function lastTone(file, seconds) {
   const data = fs.readFileSync(file);
-  const [channels, rate, bits] = [
-    data.readUInt16LE(22),
-    data.readUInt32LE(24),
-    data.readUInt16LE(34)
-  ];
+  const channels = data.readUInt16LE(22);
+  const rate = data.readUInt32LE(24);
+  const bits = data.readUInt16LE(34);
   if (channels !== 2 || bits !== 16) throw new Error(`${file} has ${channels} of ${bits} bits`);
   const count = Math.floor(seconds * rate);
   const first = data.length - count * 4;

@@ -85,6 +85,7 @@ test('a class has its name, and its methods in order on the prototype', (t) => {
     const constructor = quiravent[entry.name];
     t.equal(typeof constructor, 'function', entry.name);
     t.equal(constructor.name, entry.name);
+    t.equal(Object.getPrototypeOf(constructor.prototype), Object.prototype, 'and no other methods');
     const own = Object.getOwnPropertyNames(constructor.prototype);
     t.deepEqual(
       own.filter((name) => name !== 'constructor'),

@@ -15,7 +15,7 @@ const { openInput, endAll } = require('./support/workers');
 const { quiet, turn, threadNames } = require('./support/threads');
 const { runtime } = require('./support/build');
 const { load } = require('./support/pace');
-const { runScript } = require('./support/process');
+const { runScript, says } = require('./support/process');
 
 const services = quiravent.platformServices;
 const PIPE = '/tmp/quiravent-serviceselector';
@@ -40,10 +40,7 @@ test('without properties, each fetching starts anew', (t) => {
       say1(channels().length);
       process.exit(0);
     });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, '[{},2] [{},4] [{"a":"1"},6] [{"a":"1"},6] 3 ');
-  });
+  return says(t, source, '[{},2] [{},4] [{"a":"1"},6] [{"a":"1"},6] 3 ');
 });
 
 /** Whether a process's script thread sleeps. */
@@ -127,10 +124,7 @@ test('a state change without an input worker is dropped, and not kept', (t) => {
       say(JSON.stringify(events));
       process.exit(0);
     });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, '2 [["runtimestatechange","suspended"]]');
-  });
+  return says(t, source, '2 [["runtimestatechange","suspended"]]');
 });
 
 // From here on this process serves the pipe.

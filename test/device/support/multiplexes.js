@@ -4,9 +4,7 @@
 
 const path = require('path');
 const { spawnSync } = require('child_process');
-
-const root = path.join(__dirname, '..', '..', '..');
-const build = process.env.QUIRAVENT_BUILD || path.join(root, 'build', 'release');
+const { buildFolder } = require('./files');
 
 /** Two services: H.264 with captions, and MPEG-2 with DVB subtitles. */
 const lineup = {
@@ -47,7 +45,7 @@ function makeMultiplex(folder) {
   const description = path.join(folder, 'lineup.json');
   const file = path.join(folder, 'lineup.ts');
   require('fs').writeFileSync(description, JSON.stringify(lineup));
-  const made = spawnSync(path.join(build, 'quiravent-lineup'), ['make', description, file]);
+  const made = spawnSync(path.join(buildFolder, 'quiravent-lineup'), ['make', description, file]);
   if (made.status !== 0) throw new Error(`no multiplex: ${made.stderr || made.error}`);
   return file;
 }
