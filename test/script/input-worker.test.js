@@ -47,6 +47,22 @@ test('keys arrive as the decimal text of their code, in order and without a filt
     });
 });
 
+test('keys that come again and again are told apart', (t) => {
+  const codes = Array.from({ length: 400 }, (_, index) => index + 3);
+  const keys = [].concat(...[1, 2, 3].map(() => codes));
+  const input = openInput();
+  return input
+    .flush()
+    .then(() => input.report(keys.map((code) => key('keyRelease', code))))
+    .then((events) => {
+      t.deepEqual(
+        events,
+        keys.map((code) => ['keyrelease', String(code)])
+      );
+      return endAll([input]);
+    });
+});
+
 test('a press of key 2 asks for the background, and is not heard', (t) => {
   const input = openInput();
   return input
