@@ -125,6 +125,11 @@ TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
         EXPECT_EQ(readingError({{name, "loud"}}),
                   joined("environment variable ", name, " is ", line));
     }
+    EXPECT_EQ(
+        readingError({{"QUIRAVENT_KEY_MAP", R"({"F1": "Entr"})"}}),
+        "environment variable QUIRAVENT_KEY_MAP.F1 is \"Entr\"; allowed: the name of a remote "
+        "key, as \"ArrowLeft\", \"VK_LEFT\" or \"KEY_LEFT\" (docs/keys.md has all), or a "
+        "key's code, or null for none");
 }
 
 TEST(Configuration, WhatIsNestedTooDeeplyIsRefused) {
