@@ -104,7 +104,6 @@ class Script {
   }
 }
 
-/** A script whose players both play. */
 function startPlaying(t) {
   const script = new Script(t);
   return script

@@ -19,7 +19,6 @@ const advertisement = 2;
 /** For how long something is waited for, on a busy machine; in ms. */
 const timeout = 30000;
 
-/** An example under control. */
 class Viewer {
   constructor(t, example, variables) {
     const settings = { NODE_PATH: path.join(root, 'cli', 'modules'), UV_THREADPOOL_SIZE: '8' };

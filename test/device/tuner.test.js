@@ -24,7 +24,6 @@ function start(t, source, variables) {
   return new Application(t, SELECT + source, variables).connect();
 }
 
-/** The reports that the application has said. */
 function reports(application) {
   return application.lines.map((line) => JSON.parse(line)).filter((one) => Array.isArray(one));
 }
@@ -33,7 +32,6 @@ function delay(ms) {
   return new Promise((resolve) => setTimeout(resolve, ms));
 }
 
-/** Resolves with the reports once there are so many. */
 function untilReports(application, count) {
   const all = reports(application);
   return all.length >= count ? all : delay(5).then(() => untilReports(application, count));

@@ -15,7 +15,6 @@ function make(name, url, bounds) {
   });
 }
 
-/** The handle that a player passes to the porting layer. */
 function handleOf(player) {
   recorder.clear();
   player.start();

@@ -43,7 +43,6 @@ test('without properties, each fetching starts anew', (t) => {
   return says(t, source, '[{},2] [{},4] [{"a":"1"},6] [{"a":"1"},6] 3 ');
 });
 
-/** Whether a process's script thread sleeps. */
 function isAsleep(pid) {
   return / S /.test(fs.readFileSync(`/proc/${pid}/stat`, 'utf8').replace(/^.*\)/, ''));
 }

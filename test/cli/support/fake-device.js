@@ -37,7 +37,6 @@ class FakeDevice {
     return new Promise((resolve) => this.server.close(resolve));
   }
 
-  /** Shows a frame. */
   flush() {
     this.frame += 1;
     this.waiting.splice(0).forEach((check) => check());

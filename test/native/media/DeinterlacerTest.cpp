@@ -34,7 +34,6 @@ VideoFrame frameOf(int number, uint8_t even, uint8_t odd,
     return frame;
 }
 
-/// The brightness of the lines from the first on.
 std::vector<int> linesOf(const VideoFrame& frame) {
     std::vector<int> lines;
     for (int y = 0; y < kHeight; ++y)

@@ -91,7 +91,6 @@ TEST(Unload, MayComeFromTheEventHandler) {
     EXPECT_EQ(events.get(), 1);
 }
 
-/// What a process holds.
 struct Holdings {
     size_t threads;
     size_t descriptors;

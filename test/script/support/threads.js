@@ -24,7 +24,6 @@ function eachThread(read) {
   return results;
 }
 
-/** The names of all threads. */
 function threadNames() {
   return eachThread((id) => fs.readFileSync(`${TASKS}/${id}/comm`, 'utf8').trim());
 }
@@ -61,7 +60,6 @@ function quiet() {
   }).then(turn);
 }
 
-/** How many descriptors are open. */
 function descriptorCount() {
   return fs.readdirSync('/proc/self/fd').length;
 }
