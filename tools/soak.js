@@ -2,9 +2,11 @@
 
 // npm run soak [-- --minutes N] [--seed N]: the sample application, driven at random for N minutes
 // (30), must lose no event, play every film, and grow neither in memory nor in threads nor in
-// descriptors. The last line is "N passed, M failed".
+// descriptors. Its figures are kept in build/soak.json. The last line is "N passed, M failed".
 
-const { Failure } = require('./lib/run');
+const fs = require('fs');
+const path = require('path');
+const { Failure, root } = require('./lib/run');
 const { setup } = require('./lib/setup');
 const { soak } = require('./lib/soak');
 
@@ -85,6 +87,7 @@ function check(result) {
 }
 
 function report(result) {
+  fs.writeFileSync(path.join(root, 'build', 'soak.json'), JSON.stringify(result.figures));
   const checks = check(result);
   checks.forEach((each) => console.log(`${each[0] ? 'ok    ' : 'FAILED'} ${each[1]}`));
   const passed = checks.filter((each) => each[0]).length;

@@ -58,7 +58,8 @@ std::shared_ptr<Font> newFont() {
 
 struct Stage {
     std::shared_ptr<ScaledImageCache> cache = std::make_shared<ScaledImageCache>(size_t{32} << 20);
-    DrawingContext context{pool().create(kWidth, kHeight), cache};
+    DrawingContext context{pool().create(kWidth, kHeight), cache,
+                           std::make_shared<ShapeCoverage>()};
     Canvas& canvas = context.canvas();
     std::shared_ptr<Font> font = newFont();
     std::shared_ptr<Surface> poster = newPicture(320, 480, true);

@@ -14,8 +14,9 @@ namespace quiravent::desktop {
 class DrawingContext {
   public:
     /// See Canvas.
-    DrawingContext(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled)
-        : m_canvas(std::move(surface), std::move(scaled)) {}
+    DrawingContext(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled,
+                   std::shared_ptr<ShapeCoverage> shapes)
+        : m_canvas(std::move(surface), std::move(scaled), std::move(shapes)) {}
 
     Canvas& canvas() { return m_canvas; }
     const Surface& surface() const { return *m_canvas.surface(); }
@@ -35,6 +36,8 @@ class DrawingContext {
 
   private:
     PixelArea visibleArea() const;
+    /// Draws a text at once that is drawn again; false if it isn't, or not all of it is visible.
+    bool drawRepeated(Font& font, std::string_view text, TextOrigin origin);
 
     Canvas m_canvas;
     std::weak_ptr<Font> m_font;

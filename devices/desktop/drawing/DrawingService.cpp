@@ -42,7 +42,8 @@ DrawingService::DrawingService(const Configuration& configuration, Screen& scree
       m_limits(limitsFrom(configuration.network)),
       m_pool(static_cast<size_t>(configuration.graphics.videoMemory)),
       m_scaled(std::make_shared<ScaledImageCache>(
-          static_cast<size_t>(configuration.graphics.scaledImages))) {
+          static_cast<size_t>(configuration.graphics.scaledImages))),
+      m_shapes(std::make_shared<ShapeCoverage>()) {
     useKernels(configuration.graphics.kernels);
 }
 
@@ -66,7 +67,7 @@ std::shared_ptr<Surface> DrawingService::newSurface(uint32_t width, uint32_t hei
 }
 
 uint32_t DrawingService::addCanvas(std::shared_ptr<Surface> surface) {
-    auto context = std::make_shared<DrawingContext>(std::move(surface), m_scaled);
+    auto context = std::make_shared<DrawingContext>(std::move(surface), m_scaled, m_shapes);
     return orTooMany(m_canvases.insert(std::move(context)), "canvases");
 }
 

@@ -84,6 +84,7 @@ class DrawingService {
     const ResourceLimits m_limits;
     SurfacePool m_pool;
     const std::shared_ptr<ScaledImageCache> m_scaled;  ///< used under the drawing lock
+    const std::shared_ptr<ShapeCoverage> m_shapes;     ///< the same
     HandleTable<DrawingContext, HandleKind::canvas> m_canvases;
     HandleTable<Font, HandleKind::font> m_fonts;
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "graphics/Canvas.h"
+#include "graphics/FetchAhead.h"
 #include "graphics/PixelMath.h"
 
 namespace quiravent::desktop {
@@ -22,16 +23,6 @@ Pixmap scaledTo(Scaler& scaler, const Box& visible) {
         scaler.scaleRow(y, scaled.row(static_cast<uint32_t>(y - visible.top)));
     }
     return scaled;
-}
-
-/// Rows that are short beside the distance between them defeat what a processor fetches ahead by
-/// itself; each is asked for two rows before it is needed.
-constexpr int64_t kRowsAhead = 2;
-constexpr size_t kShortRow = 1024;
-
-void fetchAhead(const uint32_t* row, size_t width) {
-    constexpr size_t kPixelsPerLine = 16;
-    for (size_t x = 0; x < width; x += kPixelsPerLine) __builtin_prefetch(row + x);
 }
 
 }  // namespace
@@ -108,13 +99,15 @@ void Canvas::blit(const Surface& source, const Placement& placement) {
 void Canvas::copyRows(const PixelView& source, const Box& visible, int64_t dx, int64_t dy) {
     const ComposeRow composeRow = composeRowFor(source.opaque);
     const auto width = static_cast<size_t>(visible.width());
-    const int64_t fetched = width <= kShortRow ? visible.bottom - kRowsAhead : visible.top;
+    constexpr int64_t kAhead = kRowsAhead;
+    const auto height = static_cast<size_t>(visible.height());
+    const int64_t fetched = visible.top + static_cast<int64_t>(fetchedRows(width, height));
     for (int64_t y = visible.top; y < visible.bottom; ++y) {
         const uint32_t* from = source.row(y - dy) + (visible.left - dx);
         uint32_t* to = pixelsAt(visible.left, y);
         if (y < fetched) {
-            fetchAhead(from + kRowsAhead * static_cast<int64_t>(source.stride), width);
-            fetchAhead(to + kRowsAhead * static_cast<int64_t>(m_surface->stride()), width);
+            fetchAhead(from + kAhead * static_cast<int64_t>(source.stride), width);
+            fetchAhead(to + kAhead * static_cast<int64_t>(m_surface->stride()), width);
         }
         composeRow(to, from, width, m_opacity);
     }
@@ -183,17 +176,21 @@ void Canvas::drawSampled(const PixelView& source, const Placement& placement) {
     const ComposeMaskRow composeMaskRow = m_kernels.modes[m_mode].composeMask;
     m_line.resize(std::max(m_line.size(), static_cast<size_t>(m_bounds.width())));
     Rotation rotation(placement.destination, m_direction);
+    const Rotation::Sampling sampling(rotation, region, scaleX, scaleY);
     rotation.cover(region, m_bounds, [&](const Rotation::Run& run) {
-        const SampleSteps steps = rotation.stepsOf(run, region, scaleX, scaleY);
-        uint32_t* pixels = pixelsAt(run.x, run.y);
-        const bool copies = run.coverage == nullptr && composeRow == m_kernels.copy;
-        m_kernels.samplePixels(copies ? pixels : m_line.data(), sampled, steps, run.length);
-        if (copies) return;
-        if (run.coverage == nullptr) {
-            composeRow(pixels, m_line.data(), run.length, m_opacity);
-        } else {
-            composeMaskRow(pixels, m_line.data(), run.coverage, run.length, m_opacity);
+        uint32_t* const pixels = pixelsAt(run.x, run.y);
+        m_kernels.samplePixels(m_line.data(), sampled, sampling.along(run), run.length);
+        const auto paintEdge = [&](size_t first, size_t last) {
+            if (first == last) return;
+            composeMaskRow(pixels + first, m_line.data() + first, run.coverage + first,
+                           last - first, m_opacity);
+        };
+        paintEdge(0, run.wholeFirst);
+        if (run.wholeFirst < run.wholeLast) {
+            composeRow(pixels + run.wholeFirst, m_line.data() + run.wholeFirst,
+                       run.wholeLast - run.wholeFirst, m_opacity);
         }
+        paintEdge(run.wholeLast, run.length);
     });
     drew(sourceIsOpaque(source.opaque), false);
 }
@@ -228,12 +225,16 @@ void Canvas::drawRotatedMask(const CoverageMask& mask, const Box& bounds, Rotati
     const SampleSource<uint8_t> sampled{mask.coverage, mask.stride, mask.width, mask.height};
     const FillMask fillMask = m_kernels.modes[m_mode].fillMask;
     m_coverage.resize(std::max(m_coverage.size(), static_cast<size_t>(m_bounds.width())));
+    const Rotation::Sampling sampling(rotation, region, 1, 1);
     rotation.cover(region, m_bounds, [&](const Rotation::Run& run) {
-        const SampleSteps steps = rotation.stepsOf(run, region, 1, 1);
-        m_kernels.sampleCoverage(m_coverage.data(), sampled, steps, run.length);
-        for (size_t i = 0; run.coverage != nullptr && i < run.length; ++i) {
-            m_coverage[i] = static_cast<uint8_t>(divideBy255(m_coverage[i] * run.coverage[i]));
-        }
+        m_kernels.sampleCoverage(m_coverage.data(), sampled, sampling.along(run), run.length);
+        const auto fade = [&](size_t first, size_t last) {
+            for (size_t i = first; i < last; ++i) {
+                m_coverage[i] = static_cast<uint8_t>(divideBy255(m_coverage[i] * run.coverage[i]));
+            }
+        };
+        fade(0, run.wholeFirst);
+        fade(run.wholeLast, run.length);
         fillMask({pixelsAt(run.x, run.y), 0, run.length, 1}, m_coverage.data(), 0, m_source);
     });
 }

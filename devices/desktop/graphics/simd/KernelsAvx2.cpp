@@ -4,6 +4,7 @@
 #include "graphics/simd/PartBytes.h"
 #include "graphics/simd/VectorKernels.h"
 #include "graphics/simd/VectorRows.h"
+#include "graphics/simd/X86Ratios.h"
 #include "graphics/simd/X86Sampling.h"
 #include "graphics/simd/X86Scaling.h"
 
@@ -27,6 +28,10 @@ __m256i wordsBy255(__m256i words) {
 
 __m256i lowWords(__m256i bytes) { return _mm256_unpacklo_epi8(bytes, _mm256_setzero_si256()); }
 __m256i highWords(__m256i bytes) { return _mm256_unpackhi_epi8(bytes, _mm256_setzero_si256()); }
+
+__m256i wordsBetween(__m256i from, __m256i to, __m256i ratio) {
+    return _mm256_add_epi16(from, _mm256_mulhrs_epi16(_mm256_sub_epi16(to, from), ratio));
+}
 
 __m256i spreadBytes(__m128i eightBytes) {
     const __m256i order = _mm256_setr_epi8(0, 0, 0, 0, 4, 4, 4, 4, 8, 8, 8, 8, 12, 12, 12, 12, 0, 0,
@@ -56,6 +61,41 @@ struct Avx2 {
     static Pixels coveragePart(const uint8_t* mask, size_t count) {
         return spreadBytes(_mm_cvtsi64_si128(static_cast<long long>(loadUpTo7Bytes(mask, count))));
     }
+    /// In each lane 8 mask bytes, then what each lacks to 255.
+    static Pixels shares(const uint8_t* mask) { return sharesOf(load64(mask)); }
+    static Pixels sharesPart(const uint8_t* mask, size_t count) {
+        return sharesOf(_mm_cvtsi64_si128(static_cast<long long>(loadUpTo7Bytes(mask, count))));
+    }
+    static Pixels sharesOf(__m128i eightBytes) {
+        return _mm256_xor_si256(_mm256_broadcastq_epi64(eightBytes),
+                                _mm256_setr_epi64x(0, -1, 0, -1));
+    }
+
+    /// As told in KernelsSse41.cpp.
+    struct Paint {
+        Pixels source;
+
+        explicit Paint(uint32_t color) : source(signedBytes(splat(color))) {}
+        static Pixels signedBytes(Pixels pixels) {
+            return _mm256_xor_si256(pixels, _mm256_set1_epi8(-128));
+        }
+        static __m256i mean(Pixels shares, Pixels bytes) {
+            const __m256i sums = _mm256_maddubs_epi16(shares, bytes);
+            return _mm256_mulhi_epu16(_mm256_xor_si256(sums, _mm256_set1_epi16(-0x8000)),
+                                      _mm256_set1_epi16(257));
+        }
+        Pixels over(Pixels before, Pixels shares) const {
+            const __m256i low =
+                _mm256_setr_epi8(8, 0, 8, 0, 8, 0, 8, 0, 9, 1, 9, 1, 9, 1, 9, 1, 12, 4, 12, 4, 12,
+                                 4, 12, 4, 13, 5, 13, 5, 13, 5, 13, 5);
+            const __m256i high = _mm256_add_epi8(low, _mm256_set1_epi8(2));
+            const Pixels bytes = signedBytes(before);
+            return _mm256_packus_epi16(
+                mean(_mm256_shuffle_epi8(shares, low), _mm256_unpacklo_epi8(bytes, source)),
+                mean(_mm256_shuffle_epi8(shares, high), _mm256_unpackhi_epi8(bytes, source)));
+        }
+    };
+
     static Pixels alphas(Pixels pixels) {
         const __m256i order =
             _mm256_setr_epi8(3, 3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15, 3, 3, 3, 3, 7,
@@ -76,6 +116,17 @@ struct Avx2 {
         const __m256i high = _mm256_add_epi16(_mm256_mullo_epi16(highWords(a), highWords(u)),
                                               _mm256_mullo_epi16(highWords(b), highWords(v)));
         return _mm256_packus_epi16(wordsBy255(low), wordsBy255(high));
+    }
+    /// Words, see X86Ratios.h.
+    using Ratio = __m256i;
+    static Ratio ratio(uint32_t weight) { return _mm256_set1_epi16(kExactRatios.of[weight]); }
+    static Pixels scaledBy(Pixels a, Ratio ratio) {
+        return _mm256_packus_epi16(_mm256_mulhrs_epi16(lowWords(a), ratio),
+                                   _mm256_mulhrs_epi16(highWords(a), ratio));
+    }
+    static Pixels interpolated(Pixels from, Pixels to, Ratio ratio) {
+        return _mm256_packus_epi16(wordsBetween(lowWords(from), lowWords(to), ratio),
+                                   wordsBetween(highWords(from), highWords(to), ratio));
     }
     static bool isTransparent(Pixels pixels) { return _mm256_testz_si256(pixels, pixels) != 0; }
     static bool isOpaque(Pixels pixels) {
@@ -154,13 +205,16 @@ SamplePixels carefulSamples;
 
 void sampleInside(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    const size_t done = sampleInFours(destination, source, steps, count);
-    sampleInner(destination + done, source, stepsFrom(steps, done), count - done);
+    if (count < 8) {
+        sampleInner(destination, source, steps, count);
+    } else {
+        sampleInEights(destination, source, steps, count);
+    }
 }
 
 void samplePixels(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    samplePixelsX86(destination, source, steps, count, carefulSamples, sampleInside);
+    sampleBothWays(destination, source, steps, count, carefulSamples, sampleInside);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "graphics/simd/PartBytes.h"
 #include "graphics/simd/VectorKernels.h"
 #include "graphics/simd/VectorRows.h"
+#include "graphics/simd/X86Ratios.h"
 #include "graphics/simd/X86Sampling.h"
 #include "graphics/simd/X86Scaling.h"
 
@@ -17,6 +18,10 @@ __m128i wordsBy255(__m128i words) {
 
 __m128i lowWords(__m128i bytes) { return _mm_unpacklo_epi8(bytes, _mm_setzero_si128()); }
 __m128i highWords(__m128i bytes) { return _mm_unpackhi_epi8(bytes, _mm_setzero_si128()); }
+
+__m128i wordsBetween(__m128i from, __m128i to, __m128i ratio) {
+    return _mm_add_epi16(from, _mm_mulhrs_epi16(_mm_sub_epi16(to, from), ratio));
+}
 
 __m128i spreadBytes(uint32_t fourBytes) {
     const __m128i order = _mm_setr_epi8(0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3);
@@ -51,6 +56,40 @@ struct Sse41 {
     static Pixels coveragePart(const uint8_t* mask, size_t count) {
         return spreadBytes(loadUpTo3Bytes(mask, count));
     }
+    /// 4 mask bytes, twice, then what each lacks to 255.
+    static Pixels shares(const uint8_t* mask) { return sharesOf(load32(mask)); }
+    static Pixels sharesPart(const uint8_t* mask, size_t count) {
+        return sharesOf(loadUpTo3Bytes(mask, count));
+    }
+    static Pixels sharesOf(uint32_t fourBytes) {
+        return _mm_xor_si128(_mm_set1_epi32(static_cast<int>(fourBytes)), _mm_set_epi64x(-1, 0));
+    }
+
+    /// Mixes an opaque colour into pixels. In maddubs the shares are the unsigned bytes; pixels,
+    /// made signed by taking 128 off, give sums of 16 bits that are never cut: 128 * 255 below what
+    /// they would be, of which 128 is left for rounding.
+    struct Paint {
+        Pixels source;
+
+        explicit Paint(uint32_t color) : source(signedBytes(splat(color))) {}
+        static Pixels signedBytes(Pixels pixels) {
+            return _mm_xor_si128(pixels, _mm_set1_epi8(-128));
+        }
+        static __m128i mean(Pixels shares, Pixels bytes) {
+            const __m128i sums = _mm_maddubs_epi16(shares, bytes);
+            return _mm_mulhi_epu16(_mm_xor_si128(sums, _mm_set1_epi16(-0x8000)),
+                                   _mm_set1_epi16(257));
+        }
+        Pixels over(Pixels before, Pixels shares) const {
+            const __m128i low = _mm_setr_epi8(8, 0, 8, 0, 8, 0, 8, 0, 9, 1, 9, 1, 9, 1, 9, 1);
+            const __m128i high = _mm_add_epi8(low, _mm_set1_epi8(2));
+            const Pixels bytes = signedBytes(before);
+            return _mm_packus_epi16(
+                mean(_mm_shuffle_epi8(shares, low), _mm_unpacklo_epi8(bytes, source)),
+                mean(_mm_shuffle_epi8(shares, high), _mm_unpackhi_epi8(bytes, source)));
+        }
+    };
+
     static Pixels alphas(Pixels pixels) {
         const __m128i order = _mm_setr_epi8(3, 3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15);
         return _mm_shuffle_epi8(pixels, order);
@@ -69,6 +108,17 @@ struct Sse41 {
         const __m128i high = _mm_add_epi16(_mm_mullo_epi16(highWords(a), highWords(u)),
                                            _mm_mullo_epi16(highWords(b), highWords(v)));
         return _mm_packus_epi16(wordsBy255(low), wordsBy255(high));
+    }
+    /// Words, see X86Ratios.h.
+    using Ratio = __m128i;
+    static Ratio ratio(uint32_t weight) { return _mm_set1_epi16(kExactRatios.of[weight]); }
+    static Pixels scaledBy(Pixels a, Ratio ratio) {
+        return _mm_packus_epi16(_mm_mulhrs_epi16(lowWords(a), ratio),
+                                _mm_mulhrs_epi16(highWords(a), ratio));
+    }
+    static Pixels interpolated(Pixels from, Pixels to, Ratio ratio) {
+        return _mm_packus_epi16(wordsBetween(lowWords(from), lowWords(to), ratio),
+                                wordsBetween(highWords(from), highWords(to), ratio));
     }
     static bool isTransparent(Pixels pixels) { return _mm_testz_si128(pixels, pixels) != 0; }
     static bool isOpaque(Pixels pixels) {
@@ -140,7 +190,7 @@ SamplePixels carefulSamples;
 
 void samplePixels(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    samplePixelsX86(destination, source, steps, count, carefulSamples, sampleInner);
+    sampleBothWays(destination, source, steps, count, carefulSamples, sampleInner);
 }
 
 }  // namespace
