@@ -77,7 +77,6 @@ class Viewer {
     test::Watched<Events> m_events;
 };
 
-/// A screen in a window.
 struct Television {
     explicit Television(int depth = 24)
         : server(depth),
