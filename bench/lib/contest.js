@@ -4,10 +4,7 @@
 // that the machine's moods meet all of them. Figures are medians over the rounds; a ratio is the
 // median of the rounds' ratios.
 
-const wallClock = () => {
-  const now = process.hrtime();
-  return now[0] * 1e3 + now[1] / 1e6;
-};
+const { wallClock } = require('./clocks');
 
 function median(values) {
   const sorted = values.slice().sort((a, b) => a - b);

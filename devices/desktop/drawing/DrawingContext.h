@@ -35,6 +35,8 @@ class DrawingContext {
 
   private:
     PixelArea visibleArea() const;
+    /// Draws a text at once that is drawn again; false if it isn't, or not all of it is visible.
+    bool drawRepeated(Font& font, std::string_view text, TextOrigin origin);
 
     Canvas m_canvas;
     std::weak_ptr<Font> m_font;

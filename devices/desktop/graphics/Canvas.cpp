@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "graphics/KernelSets.h"
 #include "graphics/PixelMath.h"
-#include "graphics/Shapes.h"
 
 namespace quiravent::desktop {
 
@@ -105,90 +105,37 @@ void Canvas::drawLine(uint32_t x1, uint32_t y1, uint32_t x2, uint32_t y2) {
     }
     const Box visible = intersection(bounds, m_bounds);
     if (visible.empty() || m_invisible) return;
-    const ThinLine line(fromX, fromY, toX, toY);
-    line.cover(m_bounds, m_steps);
-    for (const Box& end : line.ends()) paintEnd(end, fromX, fromY, toX, toY);
-    if (!m_steps.first.empty()) paintSteps(line.isSteep());
-    drew(alphaOf(m_source) == 255, false);
-}
-
-void Canvas::paintSteps(bool steep) {
-    const auto stride = static_cast<ptrdiff_t>(m_surface->stride());
-    uint32_t* const pixels =
-        steep ? pixelsAt(m_bounds.left, m_steps.begin) : pixelsAt(m_steps.begin, m_bounds.top);
-    m_kernels.modes[m_mode].fillBand(
-        {pixels, steep ? stride : 1, steep ? 1 : stride, m_steps.first.data(),
-         m_steps.coverage.data(), m_steps.first.size()},
-        m_source);
-}
-
-void Canvas::paintEnd(const Box& end, int64_t x1, int64_t y1, int64_t x2, int64_t y2) {
-    const Box visible = intersection(end, m_bounds);
-    if (visible.empty()) return;
-    m_rasterizer.start(visible);
-    addLine(m_rasterizer, x1, y1, x2, y2);
-    paintShape();
+    paint(m_share->shapes.line(fromX, fromY, toX, toY, visible), visible.left, visible.top);
 }
 
 void Canvas::drawEllipse(EllipseStyle style, uint32_t centerX, uint32_t centerY, uint32_t radiusX,
                          uint32_t radiusY, double startAngle, double endAngle) {
     const std::optional<Arc> arc = arcBetween(startAngle, endAngle);
-    const int64_t x = signedCoordinate(centerX);
-    const int64_t y = signedCoordinate(centerY);
-    const Box bounds = boxAt(x - radiusX, y - radiusY, int64_t{2} * radiusX, int64_t{2} * radiusY);
-    const Box visible = intersection(bounds, m_bounds);
+    const Point center{static_cast<double>(signedCoordinate(centerX)),
+                       static_cast<double>(signedCoordinate(centerY))};
+    const Ellipse ellipse{center, static_cast<double>(radiusX), static_cast<double>(radiusY)};
+    const Box visible = intersection(boundsOfEllipse(ellipse), m_bounds);
     if (!arc || visible.empty() || m_invisible) return;
-    const Ellipse ellipse{{static_cast<double>(x), static_cast<double>(y)},
-                          static_cast<double>(radiusX),
-                          static_cast<double>(radiusY)};
-    const bool mirrored = arc->whole() && visible == bounds;
-    const Arc part = mirrored ? Arc{0, 90} : *arc;
-    m_rasterizer.start(mirrored ? Box{x, y, bounds.right, bounds.bottom} : visible);
-    if (style == EllipseStyle::fill) {
-        addSector(m_rasterizer, ellipse, part);
-    } else {
-        addArcOutline(m_rasterizer, ellipse, part);
-    }
-    if (mirrored) {
-        paintMirrored();
-    } else {
-        paintShape();
-    }
+    paint(m_share->shapes.ellipse(style, ellipse, *arc, visible), visible.left, visible.top);
 }
 
-// Each span of the quarter that was rasterised stands for two in each of two rows.
-void Canvas::paintMirrored() {
-    const FillSpansRow fillSpans = m_kernels.modes[m_mode].fillSpans;
-    const Box quarter = m_rasterizer.limits();
-    const auto width = static_cast<uint32_t>(quarter.width());
-    m_spans.reserve(2 * static_cast<size_t>(width));
-    m_rasterizer.sweep([&](int64_t y, const std::vector<CoverageSpan>& right) {
-        m_spans.clear();
-        for (auto span = right.rbegin(); span != right.rend(); ++span) {
-            m_spans.push_back({width - span->x - span->length, span->length, span->coverage});
-        }
-        auto from = right.begin();
-        if (from->x == 0) {
-            m_spans.back().length *= 2;
-            ++from;
-        }
-        for (; from != right.end(); ++from) {
-            m_spans.push_back({width + from->x, from->length, from->coverage});
-        }
-        const int64_t left = quarter.left - width;
-        const int64_t opposite = 2 * quarter.top - 1 - y;
-        fillSpans(pixelsAt(left, y), m_spans.data(), m_spans.size(), m_source);
-        fillSpans(pixelsAt(left, opposite), m_spans.data(), m_spans.size(), m_source);
-    });
-    drew(alphaOf(m_source) == 255, false);
+bool Canvas::drawShape(const CoverageShape& shape, const Box& box) {
+    if (!(intersection(box, m_bounds) == box)) return false;
+    if (!m_invisible) paint(shape, box.left, box.top);
+    return true;
 }
 
-void Canvas::paintShape() {
-    const FillSpansRow fillSpans = m_kernels.modes[m_mode].fillSpans;
-    const int64_t left = m_rasterizer.limits().left;
-    m_rasterizer.sweep([&](int64_t y, const std::vector<CoverageSpan>& spans) {
-        fillSpans(pixelsAt(left, y), spans.data(), spans.size(), m_source);
-    });
+void Canvas::paint(const CoverageShape& shape, int64_t left, int64_t top) {
+    // Blocks reach beyond a shape that is narrower, and maybe beyond the surface.
+    const bool narrow = shape.width() < CoverageBlock::kPixels;
+    const Kernels& kernels = narrow ? kScalarKernels : m_kernels;
+    uint32_t* const corner = pixelsAt(left, top);
+    const size_t stride = m_surface->stride();
+    kernels.modes[m_mode].fillBlocks(corner, stride, shape.blocks().data(), shape.blocks().size(),
+                                     m_source);
+    for (const CoverageShape::SolidRun& run : shape.runs()) {
+        m_fill({corner + run.y * stride + run.x, 0, run.length, 1}, m_source);
+    }
     drew(alphaOf(m_source) == 255, false);
 }
 

@@ -10,11 +10,9 @@
 #include "graphics/Geometry.h"
 #include "graphics/Kernels.h"
 #include "graphics/Pixmap.h"
-#include "graphics/Rasterizer.h"
 #include "graphics/Rotation.h"
 #include "graphics/Scaler.h"
 #include "graphics/Surface.h"
-#include "graphics/ThinLine.h"
 
 namespace quiravent::desktop {
 
@@ -24,11 +22,6 @@ struct Color {
     uint8_t green;
     uint8_t blue;
     uint8_t alpha;
-};
-
-enum class EllipseStyle {
-    fill,     ///< the inside; of a partial ellipse the sector
-    outline,  ///< one pixel inside the radii; of a partial ellipse the arc alone
 };
 
 /// A surface and what a script sets before it draws on it.
@@ -102,6 +95,10 @@ class Canvas {
     /// change meanwhile.
     void drawMasks(const CoverageMask* masks, size_t count, const Box& bounds);
 
+    /// Paints a shape in the current colour, unturned, with its columns and rows at those of the
+    /// box. False, with nothing drawn, unless all of the box lies within the clip.
+    bool drawShape(const CoverageShape& shape, const Box& box);
+
   private:
     void resolvePaint();
     bool transparentIsIgnored() const { return ignoresTransparent(kPorterDuff[m_mode]); }
@@ -109,10 +106,7 @@ class Canvas {
     void drew(bool sourceOpaque, bool wholeSurface);
 
     void fillBox(const Box& box);
-    void paintShape();
-    void paintMirrored();
-    void paintSteps(bool steep);
-    void paintEnd(const Box& end, int64_t x1, int64_t y1, int64_t x2, int64_t y2);
+    void paint(const CoverageShape& shape, int64_t left, int64_t top);
 
     void place(const Surface& source, const Placement& placement);
     void blit(const Surface& source, const Placement& placement);
@@ -153,9 +147,6 @@ class Canvas {
     bool m_invisible = false;  // the colour changes nothing in this mode
 
     // Working memory, kept from one operation to the next.
-    Rasterizer m_rasterizer;
-    ThinLine::Steps m_steps;
-    std::vector<CoverageSpan> m_spans;
     std::vector<uint32_t> m_line;  // one for each worker
     std::vector<uint8_t> m_coverage;
 };

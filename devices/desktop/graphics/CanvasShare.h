@@ -6,6 +6,7 @@
 #include "graphics/RowTeam.h"
 #include "graphics/ScaleFilters.h"
 #include "graphics/ScaledImageCache.h"
+#include "graphics/ShapeCoverage.h"
 
 namespace quiravent::desktop {
 
@@ -18,6 +19,7 @@ struct CanvasShare {
     RowTeam team;
     ScaleFilters filters;
     ScaledImageCache scaled;
+    ShapeCoverage shapes;
 };
 
 }  // namespace quiravent::desktop

@@ -7,11 +7,14 @@
 
 namespace quiravent::desktop {
 
-/// A run of pixels with one coverage (1 to 255); `x` counts from the start of the row it is in.
-struct CoverageSpan {
-    uint32_t x;
-    uint32_t length;
-    uint32_t coverage;
+/// Neighbouring pixels of a row, each with what a shape covers of it: 0 to 255. What has no
+/// coverage stays as it is, and is there only because pixels are painted by the block.
+struct CoverageBlock {
+    static constexpr uint32_t kPixels = 8;
+
+    uint16_t x;  ///< of the first pixel, from the shape's left edge
+    uint16_t y;  ///< from its top edge
+    uint8_t coverage[kPixels];
 };
 
 /// Pixels (ARGB32) or coverage (bytes) that a bilinear sampler reads; sides are at least 1.
@@ -49,17 +52,6 @@ static constexpr uint32_t strideForTaps(uint32_t taps) {
     return taps <= 2 ? 2 : taps <= 4 ? 4 : (taps + 7) / 8 * 8;
 }
 
-/// A narrow shape that goes on by steps of `along` pixels in memory. At each step it covers up to
-/// four pixels, `across` apart, of which `first` is the first, counted from `pixels` on.
-struct CoverageBand {
-    uint32_t* pixels;  ///< of the first step
-    ptrdiff_t along;
-    ptrdiff_t across;
-    const int32_t* first;
-    const uint32_t* coverage;  ///< four bytes for each step, the first pixel's lowest
-    size_t count;              ///< of steps
-};
-
 /// Pixels to paint: `height` rows of `width`, `stride` pixels apart.
 struct PixelBlock {
     uint32_t* pixels;
@@ -81,10 +73,11 @@ using FillMask = void (*)(const PixelBlock& block, const uint8_t* mask, size_t m
                           uint32_t color);
 using ComposeMaskRow = void (*)(uint32_t* destination, const uint32_t* source, const uint8_t* mask,
                                 size_t count, uint32_t opacity);
-using FillSpansRow = void (*)(uint32_t* row, const CoverageSpan* spans, size_t count,
-                              uint32_t color);
 
-using FillBand = void (*)(const CoverageBand& band, uint32_t color);
+/// Paints `count` blocks in turn, counted from the pixel `corner` on. All pixels of the blocks
+/// belong to the surface, though the portable implementation touches those with coverage only.
+using FillBlocks = void (*)(uint32_t* corner, size_t stride, const CoverageBlock* blocks,
+                            size_t count, uint32_t color);
 
 /// The row operations of one Porter-Duff mode.
 struct ModeKernels {
@@ -92,8 +85,7 @@ struct ModeKernels {
     ComposeRow compose;
     FillMask fillMask;
     ComposeMaskRow composeMask;
-    FillSpansRow fillSpans;
-    FillBand fillBand;
+    FillBlocks fillBlocks;
 };
 
 /// One implementation of all row operations, for one level of processor.

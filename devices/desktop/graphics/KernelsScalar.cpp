@@ -60,52 +60,18 @@ void composeMaskRow(uint32_t* destination, const uint32_t* source, const uint8_t
 }
 
 template <uint32_t mode>
-void fillSpansRow(uint32_t* row, const CoverageSpan* spans, size_t count, uint32_t color) {
-    for (const CoverageSpan* span = spans; span != spans + count; ++span) {
-        uint32_t* pixels = row + span->x;
-        if (span->coverage == 255) {
-            fillRow<mode>(pixels, span->length, color);
-            continue;
-        }
-        for (uint32_t i = 0; i < span->length; ++i) {
-            pixels[i] = blendCovered<mode>(color, pixels[i], span->coverage);
-        }
+void fillBlocks(uint32_t* corner, size_t stride, const CoverageBlock* blocks, size_t count,
+                uint32_t color) {
+    for (const CoverageBlock* block = blocks; block != blocks + count; ++block) {
+        fillMaskRow<mode>(corner + block->y * stride + block->x, block->coverage,
+                          CoverageBlock::kPixels, color);
     }
-}
-
-template <typename Blend>
-void fillBandWith(const CoverageBand& band, Blend blendPixel) {
-    uint32_t* step = band.pixels;
-    for (size_t i = 0; i < band.count; ++i, step += band.along) {
-        uint32_t* pixel = step + band.first[i] * band.across;
-        for (uint32_t coverage = band.coverage[i]; coverage != 0; coverage >>= 8) {
-            *pixel = blendPixel(*pixel, coverage & 255);
-            pixel += band.across;
-        }
-    }
-}
-
-template <uint32_t mode>
-void fillBand(const CoverageBand& band, uint32_t color) {
-    if (mode <= kSourceOver && alphaOf(color) == 255) {
-        fillBandWith(band, [color](uint32_t pixel, uint32_t coverage) {
-            return interpolate(pixel, color, coverage);
-        });
-        return;
-    }
-    fillBandWith(band, [color](uint32_t pixel, uint32_t coverage) {
-        return blendCovered<mode>(color, pixel, coverage);
-    });
 }
 
 template <uint32_t mode>
 constexpr ModeKernels modeKernels() {
-    return {mode == kSource ? storeColor : fill<mode>,
-            composeRow<mode>,
-            fillMask<mode>,
-            composeMaskRow<mode>,
-            fillSpansRow<mode>,
-            fillBand<mode>};
+    return {mode == kSource ? storeColor : fill<mode>, composeRow<mode>, fillMask<mode>,
+            composeMaskRow<mode>, fillBlocks<mode>};
 }
 
 void copyRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t /*opacity*/) {

@@ -4,9 +4,15 @@
 #include <vector>
 
 #include "graphics/Geometry.h"
-#include "graphics/Kernels.h"
 
 namespace quiravent::desktop {
+
+/// A run of pixels with one coverage (1 to 255); `x` counts from the left edge of what it is in.
+struct CoverageSpan {
+    uint32_t x;
+    uint32_t length;
+    uint32_t coverage;
+};
 
 /// A place on a surface: (0, 0) is the corner of the first pixel, (0.5, 0.5) its centre.
 struct Point {

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "graphics/Pixmap.h"
+#include "support/HashMix.h"
 
 namespace quiravent::desktop {
 
@@ -12,13 +13,9 @@ namespace {
 constexpr int64_t kMostHidden = 4;   // times what is seen
 constexpr size_t kLargestShare = 4;  // of the budget, for one picture
 
-/// Spreads every bit of the values over all of the result: the finaliser of MurmurHash3.
 uint64_t hashOf(std::initializer_list<uint64_t> values) {
     uint64_t hash = 0;
-    for (const uint64_t value : values) {
-        hash = (hash ^ value) * 0xFF51AFD7ED558CCDU;
-        hash ^= hash >> 33;
-    }
+    for (const uint64_t value : values) hash = mixedHash(hash, value);
     return hash;
 }
 

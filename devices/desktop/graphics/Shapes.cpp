@@ -143,6 +143,12 @@ Box boundsOfLine(int64_t x1, int64_t y1, int64_t x2, int64_t y2) {
     return {std::min(x1, x2), std::min(y1, y2), std::max(x1, x2) + 1, std::max(y1, y2) + 1};
 }
 
+Box boundsOfEllipse(const Ellipse& ellipse) {
+    const auto [x, y] = ellipse.center;
+    return {static_cast<int64_t>(x - ellipse.radiusX), static_cast<int64_t>(y - ellipse.radiusY),
+            static_cast<int64_t>(x + ellipse.radiusX), static_cast<int64_t>(y + ellipse.radiusY)};
+}
+
 std::optional<Arc> arcBetween(double start, double end) {
     if (!std::isfinite(start) || !std::isfinite(end) || start == end) return std::nullopt;
     if (std::abs(end - start) >= 360) return Arc{0, 360};

@@ -18,6 +18,11 @@ void addLine(Rasterizer& rasterizer, int64_t x1, int64_t y1, int64_t x2, int64_t
 /// The smallest box that holds such a line.
 Box boundsOfLine(int64_t x1, int64_t y1, int64_t x2, int64_t y2);
 
+enum class EllipseStyle {
+    fill,     ///< the inside; of a partial ellipse the sector
+    outline,  ///< one pixel inside the radii; of a partial ellipse the arc alone
+};
+
 struct Ellipse {
     Point center;
     double radiusX;
@@ -29,6 +34,9 @@ struct Ellipse {
         return {center.x + radiusX * direction.x, center.y + radiusY * direction.y};
     }
 };
+
+/// Of an ellipse whose centre and radii are whole.
+Box boundsOfEllipse(const Ellipse& ellipse);
 
 /// A piece of an ellipse's outline, in degrees clockwise from three o'clock.
 struct Arc {

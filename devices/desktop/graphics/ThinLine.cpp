@@ -30,7 +30,8 @@ inline uint32_t levelOf(float area) {
     return static_cast<uint32_t>(static_cast<int32_t>(area * 255 + 0.5F));
 }
 
-/// Holds the pixels of a step to those from 0 up to, without, `limit`.
+/// Holds the pixels of a step to those from 0 up to, without, `limit`. Neighbouring steps stay
+/// neighbours.
 void clipStep(int32_t& first, uint32_t& coverage, int32_t limit) {
     if (first < 0) {
         coverage = first > -kAcross ? coverage >> (8 * -first) : 0;
@@ -39,7 +40,7 @@ void clipStep(int32_t& first, uint32_t& coverage, int32_t limit) {
     if (first + kAcross > limit) {
         const int32_t kept = std::max(limit - first, 0);
         coverage &= (uint32_t{1} << (8 * kept)) - 1;
-        if (kept == 0) first = 0;
+        if (kept == 0) first = limit - 1;
     }
 }
 

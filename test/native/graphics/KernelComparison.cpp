@@ -1,5 +1,6 @@
 #include "KernelComparison.h"
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,7 +16,6 @@ constexpr size_t kMargin = 24;  // on either side; what may be read past the end
 constexpr size_t kWidest = 70;
 constexpr size_t kSourceWidth = 400;
 
-/// One set of random arguments for all operations.
 struct Arguments {
     size_t width;
     size_t shift;  // of the row from an aligned address, in pixels
@@ -24,7 +24,7 @@ struct Arguments {
     std::vector<uint32_t> source;
     std::vector<uint32_t> destination;
     std::vector<uint8_t> mask;
-    std::vector<CoverageSpan> spans;
+    std::vector<CoverageBlock> blocks;
 
     Arguments(RandomPixels& random, size_t rowWidth)
         : width(rowWidth), shift(random.below(8)), color(random.next()) {
@@ -39,10 +39,13 @@ struct Arguments {
             const uint32_t kind = random.below(3);
             mask.push_back(static_cast<uint8_t>(kind == 2 ? random.below(256) : kind * 255));
         }
-        for (uint32_t x = random.below(4); x < width; x += 1 + random.below(3)) {
-            const uint32_t length = 1 + random.below(static_cast<uint32_t>(width - x));
-            spans.push_back({x, length, random.below(3) == 0 ? 255 : 1 + random.below(255)});
-            x += length;
+        while (width >= CoverageBlock::kPixels && blocks.size() < 6) {
+            const auto x = random.below(static_cast<uint32_t>(width - CoverageBlock::kPixels + 1));
+            CoverageBlock block{
+                static_cast<uint16_t>(x), static_cast<uint16_t>(random.below(2)), {}};
+            std::copy_n(mask.begin() + random.below(kWidest), CoverageBlock::kPixels,
+                        block.coverage);
+            blocks.push_back(block);
         }
     }
 
@@ -95,8 +98,9 @@ void compareMode(Comparison& comparison, const Arguments& a, uint32_t mode) {
     comparison.compare(name + "composeMask", a, [&](const Kernels& kernels, auto& out) {
         kernels.modes[mode].composeMask(a.row(out), a.from(), a.mask.data(), a.width, a.opacity);
     });
-    comparison.compare(name + "fillSpans", a, [&](const Kernels& kernels, auto& out) {
-        kernels.modes[mode].fillSpans(a.row(out), a.spans.data(), a.spans.size(), a.color);
+    comparison.compare(name + "fillBlocks", a, [&](const Kernels& kernels, auto& out) {
+        kernels.modes[mode].fillBlocks(a.row(out), kWidest + kMargin, a.blocks.data(),
+                                       a.blocks.size(), a.color);
     });
 }
 

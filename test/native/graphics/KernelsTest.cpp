@@ -137,7 +137,7 @@ TEST_P(EveryMode, ComposesAsDefinedWithin1LevelOfTheIdeal) {
     }
 }
 
-TEST_P(EveryMode, FillsWholeRowsMasksAndSpans) {
+TEST_P(EveryMode, FillsWholeRowsMasksAndBlocks) {
     for (const uint32_t color : {0x80402010U, 0xFF102030U, 0U}) {
         const auto at = [&](size_t i, uint32_t coverage) {
             return combined(op(), color, m_rows.destination[i], 255, coverage, rounded);
@@ -151,12 +151,11 @@ TEST_P(EveryMode, FillsWholeRowsMasksAndSpans) {
         expectRow([&](size_t i) { return at(i, m_rows.mask[i]); });
 
         m_out = m_rows.destination;
-        const CoverageSpan spans[] = {{3, 5, 255}, {8, 1, 17}, {100, 900, 128}};
-        mode().fillSpans(m_out.data(), spans, 3, color);
+        const CoverageBlock blocks[] = {{3, 0, {255, 17, 0, 0, 0, 0, 0, 128}}, {90, 0, {1, 2}}};
+        mode().fillBlocks(m_out.data(), 0, blocks, 2, color);
         expectRow([&](size_t i) {
-            if (i >= 3 && i < 8) return at(i, 255);
-            if (i == 8) return at(i, 17);
-            return at(i, i >= 100 && i < 1000 ? 128 : 0);
+            if (i >= 3 && i < 11) return at(i, blocks[0].coverage[i - 3]);
+            return at(i, i >= 90 && i < 92 ? blocks[1].coverage[i - 90] : 0);
         });
     }
 }

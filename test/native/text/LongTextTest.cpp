@@ -1,6 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "graphics/text/ShapeCache.h"
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "graphics/Canvas.h"
+#include "support/RecentlyUsed.h"
 #include "text/TestFont.h"
 
 namespace quiravent::test {
@@ -85,24 +91,58 @@ TEST(LongTextTest, KeepsGlyphsOfARunWhenTheStoreIsFull) {
     EXPECT_GT(inkOf(large).amount, 0);
 }
 
-TEST(LongTextTest, ShapeCacheKeepsWhatWasUsedLast) {
-    desktop::ShapeCache cache(20000);
-    const auto shaped = [](size_t glyphs) {
-        auto text = std::make_shared<desktop::ShapedText>();
-        text->glyphs.resize(glyphs);
-        return text;
-    };
-    cache.add("kept", shaped(3));
+TEST(LongTextTest, KeepsWhatWasUsedLast) {
+    desktop::RecentlyUsed<std::string, int, std::string_view> kept(20000);
+    kept.add("used", 7, 100);
     for (int i = 0; i < 1000; ++i) {
-        cache.add("text " + std::to_string(i), shaped(10));
-        ASSERT_LE(cache.byteSize(), 20000U);
-        ASSERT_TRUE(cache.find("kept")) << i;
+        kept.add("text " + std::to_string(i), i, 300);
+        ASSERT_LE(kept.byteSize(), 20000U);
+        ASSERT_TRUE(kept.find("used")) << i;
     }
-    EXPECT_TRUE(cache.find("text 999"));
-    EXPECT_FALSE(cache.find("text 0"));
-    cache.add("larger than the cache", shaped(5000));
-    EXPECT_FALSE(cache.find("larger than the cache"));
-    EXPECT_LE(cache.byteSize(), 20000U);
+    EXPECT_TRUE(kept.find("text 999"));
+    EXPECT_FALSE(kept.find("text 0"));
+    kept.add("larger than the budget", 8, 50000);
+    EXPECT_TRUE(kept.find("larger than the budget"));
+    EXPECT_FALSE(kept.find("used"));
+    kept.add("next", 9, 100);
+    EXPECT_FALSE(kept.find("larger than the budget"));
+    EXPECT_LE(kept.byteSize(), 20000U);
+}
+
+/// Whatever its glyphs share, in every mode.
+TEST(LongTextTest, PaintsARepeatedTextAsItsGlyphsInTurn) {
+    const auto font = testFont(22);
+    desktop::SurfacePool pool(size_t{16} << 20);
+    const char* const texts[] = {"Waffles, \"AVATAR\" fi", "i",
+                                 "x\u0302\u0301\u0323 l\u0338o\u20DD", " ", "____\u0332\u0332____"};
+    const auto surfaceWith = [&](uint32_t mode, const auto& draw) {
+        const auto surface = pool.create(400, 60);
+        std::fill(surface->row(0), surface->row(59) + 400, 0xB0605040U);
+        desktop::Canvas canvas(surface);
+        canvas.setPorterDuff(mode);
+        canvas.setColor({250, 180, 20, static_cast<uint8_t>(mode % 2 == 0 ? 255 : 140)});
+        draw(canvas);
+        return std::vector<uint32_t>(surface->row(0), surface->row(59) + 400);
+    };
+    for (uint32_t mode = 0; mode < desktop::kPorterDuffModes; ++mode) {
+        for (const char* text : texts) {
+            const desktop::TextOrigin origin{30 * kPixel + 5 * mode, 35};
+            EXPECT_FALSE(font->repeated(text, origin)) << text;
+            const auto shape = font->repeated(text, {origin.x - kPixel, 0});
+            ASSERT_TRUE(shape) << text;
+            const auto run = font->layout(text, origin);
+            const auto inTurn = surfaceWith(mode, [&](desktop::Canvas& canvas) {
+                canvas.drawMasks(run.masks().data(), run.masks().size(), {0, 0, 400, 60});
+            });
+            const auto atOnce = surfaceWith(mode, [&](desktop::Canvas& canvas) {
+                const auto box = shape->box.shifted(origin.x / kPixel, 35);
+                EXPECT_TRUE(canvas.drawShape(shape->coverage, box));
+                canvas.setClip({0, 0, 31, 60});
+                EXPECT_FALSE(canvas.drawShape(shape->coverage, box));
+            });
+            EXPECT_EQ(inTurn, atOnce) << text << " in mode " << mode;
+        }
+    }
 }
 
 }  // namespace

@@ -61,6 +61,41 @@ struct Avx2 {
     static Pixels coveragePart(const uint8_t* mask, size_t count) {
         return spreadBytes(_mm_cvtsi64_si128(static_cast<long long>(loadUpTo7Bytes(mask, count))));
     }
+    /// In each lane 8 mask bytes, then what each lacks to 255.
+    static Pixels shares(const uint8_t* mask) { return sharesOf(load64(mask)); }
+    static Pixels sharesPart(const uint8_t* mask, size_t count) {
+        return sharesOf(_mm_cvtsi64_si128(static_cast<long long>(loadUpTo7Bytes(mask, count))));
+    }
+    static Pixels sharesOf(__m128i eightBytes) {
+        return _mm256_xor_si256(_mm256_broadcastq_epi64(eightBytes),
+                                _mm256_setr_epi64x(0, -1, 0, -1));
+    }
+
+    /// As told in KernelsSse41.cpp.
+    struct Paint {
+        Pixels source;
+
+        explicit Paint(uint32_t color) : source(signedBytes(splat(color))) {}
+        static Pixels signedBytes(Pixels pixels) {
+            return _mm256_xor_si256(pixels, _mm256_set1_epi8(-128));
+        }
+        static __m256i mean(Pixels shares, Pixels bytes) {
+            const __m256i sums = _mm256_maddubs_epi16(shares, bytes);
+            return _mm256_mulhi_epu16(_mm256_xor_si256(sums, _mm256_set1_epi16(-0x8000)),
+                                      _mm256_set1_epi16(257));
+        }
+        Pixels over(Pixels before, Pixels shares) const {
+            const __m256i low =
+                _mm256_setr_epi8(8, 0, 8, 0, 8, 0, 8, 0, 9, 1, 9, 1, 9, 1, 9, 1, 12, 4, 12, 4, 12,
+                                 4, 12, 4, 13, 5, 13, 5, 13, 5, 13, 5);
+            const __m256i high = _mm256_add_epi8(low, _mm256_set1_epi8(2));
+            const Pixels bytes = signedBytes(before);
+            return _mm256_packus_epi16(
+                mean(_mm256_shuffle_epi8(shares, low), _mm256_unpacklo_epi8(bytes, source)),
+                mean(_mm256_shuffle_epi8(shares, high), _mm256_unpackhi_epi8(bytes, source)));
+        }
+    };
+
     static Pixels alphas(Pixels pixels) {
         const __m256i order =
             _mm256_setr_epi8(3, 3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15, 3, 3, 3, 3, 7,

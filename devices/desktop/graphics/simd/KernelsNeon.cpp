@@ -51,6 +51,20 @@ struct Neon {
     static Pixels coveragePart(const uint8_t* mask, size_t count) {
         return spreadBytes(loadUpTo3Bytes(mask, count));
     }
+    static Pixels shares(const uint8_t* mask) { return coverage(mask); }
+    static Pixels sharesPart(const uint8_t* mask, size_t count) {
+        return coveragePart(mask, count);
+    }
+
+    struct Paint {
+        Pixels source;
+
+        explicit Paint(uint32_t color) : source(splat(color)) {}
+        Pixels over(Pixels before, Pixels shares) const {
+            return mixed(source, shares, before, inverted(shares));
+        }
+    };
+
     static Pixels alphas(Pixels pixels) {
         return repeatedBytes(vshrq_n_u32(vreinterpretq_u32_u8(pixels), 24));
     }

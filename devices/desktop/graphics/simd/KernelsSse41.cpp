@@ -56,6 +56,40 @@ struct Sse41 {
     static Pixels coveragePart(const uint8_t* mask, size_t count) {
         return spreadBytes(loadUpTo3Bytes(mask, count));
     }
+    /// 4 mask bytes, twice, then what each lacks to 255.
+    static Pixels shares(const uint8_t* mask) { return sharesOf(load32(mask)); }
+    static Pixels sharesPart(const uint8_t* mask, size_t count) {
+        return sharesOf(loadUpTo3Bytes(mask, count));
+    }
+    static Pixels sharesOf(uint32_t fourBytes) {
+        return _mm_xor_si128(_mm_set1_epi32(static_cast<int>(fourBytes)), _mm_set_epi64x(-1, 0));
+    }
+
+    /// Mixes an opaque colour into pixels. In maddubs the shares are the unsigned bytes; pixels,
+    /// made signed by taking 128 off, give sums of 16 bits that are never cut: 128 * 255 below what
+    /// they would be, of which 128 is left for rounding.
+    struct Paint {
+        Pixels source;
+
+        explicit Paint(uint32_t color) : source(signedBytes(splat(color))) {}
+        static Pixels signedBytes(Pixels pixels) {
+            return _mm_xor_si128(pixels, _mm_set1_epi8(-128));
+        }
+        static __m128i mean(Pixels shares, Pixels bytes) {
+            const __m128i sums = _mm_maddubs_epi16(shares, bytes);
+            return _mm_mulhi_epu16(_mm_xor_si128(sums, _mm_set1_epi16(-0x8000)),
+                                   _mm_set1_epi16(257));
+        }
+        Pixels over(Pixels before, Pixels shares) const {
+            const __m128i low = _mm_setr_epi8(8, 0, 8, 0, 8, 0, 8, 0, 9, 1, 9, 1, 9, 1, 9, 1);
+            const __m128i high = _mm_add_epi8(low, _mm_set1_epi8(2));
+            const Pixels bytes = signedBytes(before);
+            return _mm_packus_epi16(
+                mean(_mm_shuffle_epi8(shares, low), _mm_unpacklo_epi8(bytes, source)),
+                mean(_mm_shuffle_epi8(shares, high), _mm_unpackhi_epi8(bytes, source)));
+        }
+    };
+
     static Pixels alphas(Pixels pixels) {
         const __m128i order = _mm_setr_epi8(3, 3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15);
         return _mm_shuffle_epi8(pixels, order);

@@ -15,13 +15,13 @@ namespace quiravent::desktop {
 //
 // V has: kPixels pixels in one V::Pixels; load, store, loadPart and storePart (1 to kPixels - 1
 // pixels); splat (a pixel, repeated), weight (a byte, repeated); coverage and coveragePart (mask
-// bytes, each repeated for the channels of its pixel); alphas (of each pixel, repeated for its
-// channels); inverted (255 - x); sum, saturatedSum; scaled (a * w / 255), mixed ((a * u + b * v) /
-// 255), both rounded to nearest; isTransparent and isOpaque (all of them). For a weight that is the
-// same for all pixels, a V::Ratio: ratio (of a byte), scaledBy (a * w / 255), interpolated ((a *
-// (255
-// - w) + b * w) / 255). For scaling, classes CoarseSums and FineSums of weighted pixels: weights
-// (of two pixels), add, rounded.
+// bytes, each repeated for the channels of its pixel); shares and sharesPart (mask bytes as the
+// class Paint takes them, whose over() mixes an opaque colour in); alphas (of each pixel, repeated
+// for its channels); inverted (255 - x); sum, saturatedSum; scaled (a * w / 255), mixed ((a * u + b
+// * v) / 255), both rounded to nearest; isTransparent and isOpaque (all of them). For a weight that
+// is the same for all pixels, a V::Ratio: ratio (of a byte), scaledBy (a * w / 255), interpolated
+// ((a * (255 - w) + b * w) / 255). For scaling, classes CoarseSums and FineSums of weighted pixels:
+// weights (of two pixels), add, rounded.
 
 template <class V>
 using PixelsOf = typename V::Pixels;
@@ -207,71 +207,90 @@ void composeMaskRow(uint32_t* destination, const uint32_t* source, const uint8_t
     V::storePart(destination, combine(V::loadPart(source, count), before, coverage), count);
 }
 
-template <class V, class Combine>
-static inline void fillMaskRow(uint32_t* row, const uint8_t* mask, size_t count, Combine combine) {
+/// Has an opaque colour replace pixels in the proportion of their coverage: of as many mask bytes
+/// as V holds pixels, or of `count`.
+template <class V>
+struct CoveringPaint {
+    using Pixels = PixelsOf<V>;
+    typename V::Paint paint;
+
+    explicit CoveringPaint(uint32_t color) : paint(color) {}
+    Pixels operator()(Pixels before, const uint8_t* mask) const {
+        return paint.over(before, V::shares(mask));
+    }
+    Pixels operator()(Pixels before, const uint8_t* mask, size_t count) const {
+        return paint.over(before, V::sharesPart(mask, count));
+    }
+};
+
+/// The same with any colour in any mode.
+template <class V, uint32_t mode>
+struct BlendingPaint {
+    using Pixels = PixelsOf<V>;
+    Pixels source;
+
+    explicit BlendingPaint(uint32_t color) : source(V::splat(color)) {}
+    Pixels covered(Pixels before, Pixels coverage) const {
+        return interpolatePixels<V>(before, blendPixels<V, mode>(source, before), coverage);
+    }
+    Pixels operator()(Pixels before, const uint8_t* mask) const {
+        return covered(before, V::coverage(mask));
+    }
+    Pixels operator()(Pixels before, const uint8_t* mask, size_t count) const {
+        return covered(before, V::coveragePart(mask, count));
+    }
+};
+
+template <class V, class Paint>
+static inline void fillMaskRow(uint32_t* row, const uint8_t* mask, size_t count, Paint paint) {
     if (count < V::kPixels) {
-        const auto coverage = V::coveragePart(mask, count);
-        V::storePart(row, combine(V::loadPart(row, count), coverage), count);
+        V::storePart(row, paint(V::loadPart(row, count), mask, count), count);
         return;
     }
     uint32_t* const last = row + count - V::kPixels;
-    const auto end = combine(V::load(last), V::coverage(mask + count - V::kPixels));
+    const auto end = paint(V::load(last), mask + count - V::kPixels);
     for (; row < last; row += V::kPixels, mask += V::kPixels) {
-        V::store(row, combine(V::load(row), V::coverage(mask)));
+        V::store(row, paint(V::load(row), mask));
     }
     V::store(last, end);
 }
 
-template <class V, class Combine>
+template <class V, class Paint>
 static inline void fillMaskWith(const PixelBlock& block, const uint8_t* mask, size_t maskStride,
-                                Combine combine) {
+                                Paint paint) {
     uint32_t* row = block.pixels;
     for (size_t y = 0; y < block.height; ++y, row += block.stride, mask += maskStride) {
-        fillMaskRow<V>(row, mask, block.width, combine);
+        fillMaskRow<V>(row, mask, block.width, paint);
     }
 }
 
 template <class V, uint32_t mode>
 void fillMask(const PixelBlock& block, const uint8_t* mask, size_t maskStride, uint32_t color) {
-    using Pixels = PixelsOf<V>;
-    const auto source = V::splat(color);
     if (storesColor<mode>(color)) {
-        fillMaskWith<V>(block, mask, maskStride, [source](Pixels before, Pixels coverage) {
-            return interpolatePixels<V>(before, source, coverage);
-        });
-        return;
+        fillMaskWith<V>(block, mask, maskStride, CoveringPaint<V>(color));
+    } else {
+        fillMaskWith<V>(block, mask, maskStride, BlendingPaint<V, mode>(color));
     }
-    fillMaskWith<V>(block, mask, maskStride, [source](Pixels before, Pixels coverage) {
-        return interpolatePixels<V>(before, blendPixels<V, mode>(source, before), coverage);
-    });
 }
 
-template <class V, uint32_t mode>
-void fillSpan(uint32_t* pixels, size_t count, uint32_t coverage, uint32_t color) {
-    const ColorBlend<V, mode> blend(color);
-    const auto ratio = V::ratio(coverage);
-    for (; count >= V::kPixels; count -= V::kPixels, pixels += V::kPixels) {
-        const auto before = V::load(pixels);
-        V::store(pixels, V::interpolated(before, blend(before), ratio));
-    }
-    for (; count != 0; --count, ++pixels) *pixels = blendCovered<mode>(color, *pixels, coverage);
-}
-
-template <class V, uint32_t mode>
-void fillSpansRow(uint32_t* row, const CoverageSpan* spans, size_t count, uint32_t color) {
-    const bool stores = storesColor<mode>(color);
-    for (const CoverageSpan* span = spans; span != spans + count; ++span) {
-        uint32_t* pixels = row + span->x;
-        if (span->length == 1) {
-            *pixels = stores ? interpolate(*pixels, color, span->coverage)
-                             : blendCovered<mode>(color, *pixels, span->coverage);
-        } else if (span->coverage != 255) {
-            fillSpan<V, mode>(pixels, span->length, span->coverage, color);
-        } else if (stores) {
-            storeRow<V>(pixels, span->length, V::splat(color));
-        } else {
-            changeRow<V>(pixels, span->length, ColorBlend<V, mode>(color));
+template <class V, class Paint>
+static inline void fillBlocksWith(uint32_t* corner, size_t stride, const CoverageBlock* blocks,
+                                  size_t count, Paint paint) {
+    for (const CoverageBlock* block = blocks; block != blocks + count; ++block) {
+        uint32_t* pixels = corner + block->y * stride + block->x;
+        for (size_t i = 0; i < CoverageBlock::kPixels; i += V::kPixels) {
+            V::store(pixels + i, paint(V::load(pixels + i), block->coverage + i));
         }
+    }
+}
+
+template <class V, uint32_t mode>
+void fillBlocks(uint32_t* corner, size_t stride, const CoverageBlock* blocks, size_t count,
+                uint32_t color) {
+    if (storesColor<mode>(color)) {
+        fillBlocksWith<V>(corner, stride, blocks, count, CoveringPaint<V>(color));
+    } else {
+        fillBlocksWith<V>(corner, stride, blocks, count, BlendingPaint<V, mode>(color));
     }
 }
 
@@ -339,13 +358,9 @@ void mixRows(uint32_t* destination, const uint32_t* const* rows, const int16_t* 
 }
 
 template <class V, uint32_t mode>
-static inline ModeKernels modeRows(const Kernels& base) {
-    return {mode == kSource ? storeColor<V> : fill<V, mode>,
-            composeRow<V, mode>,
-            fillMask<V, mode>,
-            composeMaskRow<V, mode>,
-            fillSpansRow<V, mode>,
-            base.modes[mode].fillBand};
+static inline ModeKernels modeRows() {
+    return {mode == kSource ? storeColor<V> : fill<V, mode>, composeRow<V, mode>, fillMask<V, mode>,
+            composeMaskRow<V, mode>, fillBlocks<V, mode>};
 }
 
 /// `base` with the rows that V does faster.
@@ -353,9 +368,9 @@ template <class V>
 static inline Kernels vectorRows(const Kernels& base) {
     Kernels rows = base;
     const ModeKernels modes[kPorterDuffModes] = {
-        modeRows<V, 0>(base), modeRows<V, 1>(base), modeRows<V, 2>(base),  modeRows<V, 3>(base),
-        modeRows<V, 4>(base), modeRows<V, 5>(base), modeRows<V, 6>(base),  modeRows<V, 7>(base),
-        modeRows<V, 8>(base), modeRows<V, 9>(base), modeRows<V, 10>(base), modeRows<V, 11>(base)};
+        modeRows<V, 0>(), modeRows<V, 1>(), modeRows<V, 2>(),  modeRows<V, 3>(),
+        modeRows<V, 4>(), modeRows<V, 5>(), modeRows<V, 6>(),  modeRows<V, 7>(),
+        modeRows<V, 8>(), modeRows<V, 9>(), modeRows<V, 10>(), modeRows<V, 11>()};
     for (size_t mode = 0; mode < kPorterDuffModes; ++mode) rows.modes[mode] = modes[mode];
     rows.fill = storeColor<V>;
     rows.over = overRow<V>;

@@ -8,14 +8,13 @@
 #include "graphics/text/GlyphRasteriser.h"
 #include "graphics/text/SfntDirectory.h"
 #include "graphics/text/TextPieces.h"
-#include "graphics/text/TextShaper.h"
 
 namespace quiravent::desktop {
 
 namespace {
 
 constexpr size_t kGlyphBudgetBytes = size_t{4} << 20;
-constexpr size_t kShapeBudgetBytes = size_t{1} << 20;
+constexpr size_t kLineBudgetBytes = size_t{4} << 20;
 constexpr int64_t kUnitsPerPixel = 64;
 constexpr int64_t kUnitsPerQuarter = 16;
 
@@ -93,7 +92,7 @@ Font::Font(Bytes data, std::unique_ptr<GlyphRasteriser> rasteriser,
       m_rasteriser(std::move(rasteriser)),
       m_shaper(std::move(shaper)),
       m_metrics(m_rasteriser->metrics()),
-      m_shapes(kShapeBudgetBytes),
+      m_lines(kLineBudgetBytes),
       m_glyphs(std::make_shared<GlyphStore>()) {}
 
 Font::~Font() = default;
@@ -128,15 +127,43 @@ GlyphRun Font::layout(std::string_view text, TextOrigin origin, const PixelArea&
 
 GlyphRun Font::layout(std::string_view text, int32_t x, int32_t y, TextAlignment alignment,
                       const PixelArea& visible) {
+    return layout(text, originOf(text, x, y, alignment), visible);
+}
+
+TextOrigin Font::originOf(std::string_view text, int32_t x, int32_t y, TextAlignment alignment) {
     const bool dependsOnWidth = alignment.horizontal == 1 || alignment.horizontal == 2;
     const int64_t width = dependsOnWidth ? advance(text) : 0;
-    return layout(text, alignedOrigin(m_metrics, width, x, y, alignment), visible);
+    return alignedOrigin(m_metrics, width, x, y, alignment);
+}
+
+std::shared_ptr<const TextShape> Font::repeated(std::string_view text, TextOrigin origin) {
+    if (text.empty() || text.size() > kMaxPieceLength) return nullptr;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Line& line = lineOf(text);
+    const auto fraction = static_cast<uint32_t>(origin.x & (kUnitsPerPixel - 1));
+    if (!line.drawn || line.fraction != fraction) {
+        line = {line.shaped, true, fraction, false, nullptr};
+        m_lines.resizeLast(byteSizeOf(text, line));
+        return nullptr;
+    }
+    if (line.shape || line.bySingles) return line.shape;
+    const auto shape = assemble(line);
+    line.shape = shape;
+    line.bySingles = !shape;
+    m_lines.resizeLast(byteSizeOf(text, line));
+    return shape;
+}
+
+std::shared_ptr<const TextShape> Font::assemble(const Line& line) {
+    GlyphRun run;
+    addPiece(*line.shaped, {line.fraction, 0}, kEverywhere, run);
+    return textShapeOf(run.masks());
 }
 
 void Font::forEachPiece(std::string_view text, const std::function<bool(const Piece&)>& visit) {
     if (text.empty()) return;
     if (text.size() <= kMaxPieceLength) {
-        visit(shapeWhole(text));
+        visit(lineOf(text).shaped);
         return;
     }
     // Long texts are seldom drawn twice and would drive everything else out of the cache.
@@ -144,12 +171,18 @@ void Font::forEachPiece(std::string_view text, const std::function<bool(const Pi
         if (!visit(std::make_shared<const ShapedText>(m_shaper->shape(takePiece(text))))) return;
 }
 
-Font::Piece Font::shapeWhole(std::string_view text) {
-    if (auto known = m_shapes.find(text)) return known;
+Font::Line& Font::lineOf(std::string_view text) {
+    if (Line* known = m_lines.find(text)) return *known;
     std::string_view rest = text;
-    auto shaped = std::make_shared<const ShapedText>(m_shaper->shape(takePiece(rest)));
-    m_shapes.add(text, shaped);
-    return shaped;
+    Line line;
+    line.shaped = std::make_shared<const ShapedText>(m_shaper->shape(takePiece(rest)));
+    const size_t byteSize = byteSizeOf(text, line);
+    return m_lines.add(std::string(text), std::move(line), byteSize);
+}
+
+size_t Font::byteSizeOf(std::string_view text, const Line& line) {
+    const size_t glyphs = line.shaped->glyphs.capacity() * sizeof(ShapedGlyph);
+    return text.size() + glyphs + (line.shape ? line.shape->coverage.byteSize() : 0);
 }
 
 void Font::addPiece(const ShapedText& piece, TextOrigin origin, const PixelArea& visible,

@@ -5,20 +5,23 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "graphics/CoverageMask.h"
 #include "graphics/text/GlyphStore.h"
-#include "graphics/text/ShapeCache.h"
 #include "graphics/text/TextPlacement.h"
+#include "graphics/text/TextShape.h"
+#include "graphics/text/TextShaper.h"
 #include "resources/Resource.h"
+#include "support/HashMix.h"
+#include "support/RecentlyUsed.h"
 #include "support/Result.h"
 
 namespace quiravent::desktop {
 
 class GlyphRasteriser;
-class TextShaper;
 
 /// The masks of a text, ready to be painted. Keeps their coverage alive, also beyond its font.
 class GlyphRun {
@@ -37,7 +40,7 @@ class GlyphRun {
 /// ".notdef" glyph. Glyphs are unhinted, at quarters of a pixel across and whole pixels down.
 ///
 /// Thread-safe by one lock per font. Memory is bounded whatever is drawn: a few megabytes of
-/// glyphs, one of shaped texts. A text of more than 4096 characters is shaped in pieces, cut at
+/// glyphs, and as much of texts. A text of more than 4096 characters is shaped in pieces, cut at
 /// spaces where there are any, and its pieces stand from left to right.
 class Font {
   public:
@@ -71,6 +74,13 @@ class Font {
     GlyphRun layout(std::string_view text, int32_t x, int32_t y, TextAlignment alignment,
                     const PixelArea& visible = kEverywhere);
 
+    /// Where the pen starts for that.
+    TextOrigin originOf(std::string_view text, int32_t x, int32_t y, TextAlignment alignment);
+
+    /// What layout() gives, put together, from the second time on that a text is asked for at a
+    /// place within a pixel. Null the first time, and for texts that are better painted by glyphs.
+    std::shared_ptr<const TextShape> repeated(std::string_view text, TextOrigin origin);
+
   private:
     Font(Bytes data, std::unique_ptr<GlyphRasteriser> rasteriser,
          std::unique_ptr<TextShaper> shaper);
@@ -78,7 +88,18 @@ class Font {
     using Piece = std::shared_ptr<const ShapedText>;
     /// Calls `visit` with the pieces of the text in turn until it returns false.
     void forEachPiece(std::string_view text, const std::function<bool(const Piece&)>& visit);
-    Piece shapeWhole(std::string_view text);
+    /// What is kept of a text that is short enough to be shaped at once.
+    struct Line {
+        Piece shaped;
+        bool drawn = false;      ///< then what follows is of its place within a pixel
+        uint32_t fraction = 0;   ///< of the origin, in 64ths of a pixel
+        bool bySingles = false;  ///< the text has no shape
+        std::shared_ptr<const TextShape> shape;
+    };
+    /// Valid until the next call.
+    Line& lineOf(std::string_view text);
+    std::shared_ptr<const TextShape> assemble(const Line& line);
+    static size_t byteSizeOf(std::string_view text, const Line& line);
     void addPiece(const ShapedText& piece, TextOrigin origin, const PixelArea& visible,
                   GlyphRun& run);
     const GlyphBitmap& bitmapFor(GlyphKey key);
@@ -88,7 +109,7 @@ class Font {
     const std::unique_ptr<GlyphRasteriser> m_rasteriser;
     const std::unique_ptr<TextShaper> m_shaper;
     const FontMetrics m_metrics;
-    ShapeCache m_shapes;
+    RecentlyUsed<std::string, Line, std::string_view, TextHash> m_lines;
     std::shared_ptr<GlyphStore> m_glyphs;
 };
 
