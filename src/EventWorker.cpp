@@ -3,6 +3,7 @@
 #include <set>
 
 #include "support/Arguments.h"
+#include "support/RepeatedTexts.h"
 #include "support/Runtime.h"
 
 namespace quiravent {
@@ -83,12 +84,15 @@ void EventWorkerBase::writeToNode(const Progress& progress, Message message) {
 
 void EventWorkerBase::drainQueue(Nan::AsyncResource* resource) {
     const Nan::HandleScope scope;
+    const v8::Local<v8::Object> global = Nan::GetCurrentContext()->Global();
+    const v8::Local<v8::Function> listener = m_listeners.data->GetFunction();
     for (const Message& message : m_messageQueue.TakeAll()) {
         // A scope for each, since one turn may bring a great many.
         const Nan::HandleScope messageScope;
-        v8::Local<v8::Value> arguments[] = {Nan::New(message.name.c_str()).ToLocalChecked(),
-                                            Nan::New(message.data.c_str()).ToLocalChecked()};
-        (void)m_listeners.data->Call(2, arguments, resource);
+        // Each text ends at its first zero byte.
+        v8::Local<v8::Value> arguments[] = {RepeatedText(message.name.c_str()),
+                                            RepeatedText(message.data.c_str())};
+        (void)resource->runInAsyncScope(global, listener, 2, arguments);
     }
 }
 

@@ -12,6 +12,7 @@
 const fs = require('fs');
 const path = require('path');
 const { spawn } = require('child_process');
+const { concurrently } = require('./lib/concurrently');
 const { runtime } = require('./script/support/build');
 const { patience } = require('./script/support/pace');
 
@@ -115,18 +116,13 @@ function main(args) {
     .map((name) => path.join(options.folder, name));
   const total = { passed: 0, failed: 0 };
 
-  function runNext() {
-    const file = files.shift();
-    if (!file) return Promise.resolve();
-    return runFile(file, options).then((run) => {
+  const runAndCount = (file) =>
+    runFile(file, options).then((run) => {
       const tap = report(file, run);
       total.passed += tap.passed;
       total.failed += tap.failed;
-      return runNext();
     });
-  }
-
-  return Promise.all(Array.from({ length: options.jobs }, runNext)).then(() => {
+  return concurrently(files, options.jobs, runAndCount).then(() => {
     if (total.passed + total.failed === 0) {
       process.stdout.write(`No test file of ${options.folder} was run.\n`);
       total.failed = 1;

@@ -2,9 +2,11 @@
 
 // npm run soak [-- --minutes N] [--seed N]: the sample application, driven at random for N minutes
 // (30), must lose no event, play every film, and grow neither in memory nor in threads nor in
-// descriptors. The last line is "N passed, M failed".
+// descriptors. Its figures are kept in build/soak.json. The last line is "N passed, M failed".
 
-const { Failure } = require('./lib/run');
+const fs = require('fs');
+const path = require('path');
+const { Failure, root } = require('./lib/run');
 const { setup } = require('./lib/setup');
 const { soak } = require('./lib/soak');
 
@@ -18,6 +20,9 @@ const ENDED = 128 + 15;
  * threads and descriptors those of one film, which may be ending while the next one begins.
  */
 const ROOM = { memory: 12 * MEBIBYTE, heap: 2 * MEBIBYTE, threads: 20, descriptors: 8 };
+
+/** So many films may be open at the end, or have ended without a word: see docs/reliability.md. */
+const OPEN = 2;
 
 function parse(words) {
   const options = { minutes: 30, seed: (Date.now() % 1000000) + 1 };
@@ -75,7 +80,10 @@ function check(result) {
       isHeard,
       `events: ${count} sent, ${JSON.stringify(sent)}; heard ${JSON.stringify(last.heard)}`
     ],
-    [films.ended > 0 && films.failed === 0, `films: ${JSON.stringify(films)}`],
+    [
+      films.shown > 0 && films.failed === 0 && films.begun - films.ended <= OPEN,
+      `films: ${JSON.stringify(films)}`
+    ],
     checkFlat(figures, 'memory', 1024, inMebibytes),
     checkFlat(figures, 'heap', 1024, inMebibytes),
     checkFlat(figures, 'threads', 1, String),
@@ -85,6 +93,7 @@ function check(result) {
 }
 
 function report(result) {
+  fs.writeFileSync(path.join(root, 'build', 'soak.json'), JSON.stringify(result.figures));
   const checks = check(result);
   checks.forEach((each) => console.log(`${each[0] ? 'ok    ' : 'FAILED'} ${each[1]}`));
   const passed = checks.filter((each) => each[0]).length;

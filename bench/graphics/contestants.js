@@ -4,6 +4,7 @@
 
 const fs = require('fs');
 const { loadCanvas, loadNapi } = require('../lib/peers');
+const { promised } = require('../lib/promised');
 const { ensurePictures, filesOf } = require('./pictures');
 
 const WIDTH = 1280;
@@ -22,12 +23,6 @@ class Pictures {
     if (!this.sets[set]) this.sets[set] = await Promise.all(filesOf(set).map(this.load));
     return this.sets[set];
   }
-}
-
-function promised(start) {
-  return new Promise((resolve, reject) =>
-    start((error, result) => (error ? reject(new Error(error.message)) : resolve(result)))
-  );
 }
 
 /** Our own side of a scene. */

@@ -4,10 +4,7 @@
 // that the machine's moods meet all of them. Figures are medians over the rounds; a ratio is the
 // median of the rounds' ratios.
 
-const wallClock = () => {
-  const now = process.hrtime();
-  return now[0] * 1e3 + now[1] / 1e6;
-};
+const { wallClock } = require('./clocks');
 
 function median(values) {
   const sorted = values.slice().sort((a, b) => a - b);
@@ -32,6 +29,9 @@ async function runBatch(contestant, frames, clock) {
   return (clock() - begin) / frames;
 }
 
+/** Frames after which everybody's caches hold what they keep: some begin with the second use. */
+const WARM_UP = 3;
+
 /** As many frames as take the time of a batch, in whole groups. */
 async function calibrate(contestant, batchTime, clock) {
   const group = contestant.group || 1;
@@ -39,7 +39,7 @@ async function calibrate(contestant, batchTime, clock) {
     await runBatch(contestant, 1, clock);
     return 1;
   }
-  await runBatch(contestant, group, clock);
+  await runBatch(contestant, WARM_UP * group, clock);
   let frames = group;
   for (;;) {
     const took = (await runBatch(contestant, frames, clock)) * frames;

@@ -111,6 +111,35 @@ function ratioTable(rows, table) {
     .join('\n');
 }
 
+/** A table of figures in the unit that each scene names, and how they compare. */
+function figureTable(rows, table) {
+  const own = rows.filter((row) => row.table === table);
+  const contestants = [...new Set(own.map((row) => row.contestant))];
+  const scenes = [...new Set(own.map((row) => row.scene))];
+  const head = ['', ...contestants, `times ${contestants[0]}`];
+  return [line(head), line(head.map(() => '---'))]
+    .concat(
+      scenes.map((scene) => {
+        const cells = own.filter((row) => row.scene === scene);
+        const compared = cells.slice(1).map((row) => figure(row.ratio));
+        return line([scene, ...cells.map((row) => row.shown), ...compared]);
+      })
+    )
+    .join('\n');
+}
+
+/** MiB of each contestant's process at each stage of a start. */
+function memoryTable(rows) {
+  const own = rows.filter((row) => row.table === 'start');
+  const contestants = [...new Set(own.map((row) => row.contestant))];
+  const scenes = [...new Set(own.map((row) => row.scene))];
+  const cell = (scene, contestant) =>
+    own.find((row) => row.scene === scene && row.contestant === contestant).memory.toFixed(0);
+  return [line(['MiB', ...contestants]), line(['---', ...contestants.map(() => '---')])]
+    .concat(scenes.map((scene) => line([scene, ...contestants.map((one) => cell(scene, one))])))
+    .join('\n');
+}
+
 function replaceBetween(document, name, content) {
   const [begin, end] = [`<!-- ${name} -->`, `<!-- end of ${name} -->`];
   const from = document.indexOf(begin) + begin.length;
@@ -125,9 +154,11 @@ function writeDocument({ machine, processors, clock, rows }) {
   const about = `${machine}, ${processors} processors, Node.js ${process.version}; ${clock}.`;
   document = replaceBetween(document, 'machine', about);
   document = replaceBetween(document, 'graphics', graphicsTable(scenes));
-  ['script-calls', 'methods', 'start'].forEach((table) => {
+  ['script-calls', 'methods', 'start', 'jobs'].forEach((table) => {
     document = replaceBetween(document, table, ratioTable(rows, table));
   });
+  document = replaceBetween(document, 'events', figureTable(rows, 'events'));
+  document = replaceBetween(document, 'memory', memoryTable(rows));
   fs.writeFileSync(file, document);
   fs.writeFileSync(path.join(folder, 'performance.svg'), plot(scenes));
 }

@@ -12,10 +12,11 @@ uint32_t Number(v8::Local<v8::Value> value) {
     return value->Uint32Value(Nan::GetCurrentContext()).FromJust();
 }
 
-void ReadField(const v8::FunctionCallbackInfo<v8::Value>& info) {
-    const auto self = info.This();
-    sink = *static_cast<uint32_t*>(Nan::GetInternalFieldPointer(self, 0));
+void ReadFieldOf(v8::Local<v8::Object> object) {
+    sink = *static_cast<uint32_t*>(Nan::GetInternalFieldPointer(object, 0));
 }
+
+void ReadField(const v8::FunctionCallbackInfo<v8::Value>& info) { ReadFieldOf(info.This()); }
 
 /// Four numbers and one internal field.
 void FourNumbers(const v8::FunctionCallbackInfo<v8::Value>& info) {
@@ -40,6 +41,27 @@ void Text(const v8::FunctionCallbackInfo<v8::Value>& info) {
     sink = static_cast<uint32_t>(text.length());
 }
 
+/// Two texts, and one internal field.
+void TwoTexts(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    Text(info);
+    const Nan::Utf8String text(info[1]);
+    sink = static_cast<uint32_t>(text.length());
+}
+
+/// A text, and one internal field, and a text as result.
+void TextAndText(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    Text(info);
+    info.GetReturnValue().Set(Nan::New("value").ToLocalChecked());
+}
+
+/// Another object's internal field, two numbers and one internal field.
+void ObjectAndPlace(const v8::FunctionCallbackInfo<v8::Value>& info) {
+    ReadField(info);
+    ReadFieldOf(info[0].As<v8::Object>());
+    sink = Number(info[1]);
+    sink = Number(info[2]);
+}
+
 /// A text, two numbers and one internal field.
 void TextAndPlace(const v8::FunctionCallbackInfo<v8::Value>& info) {
     Text(info);
@@ -57,10 +79,11 @@ void ReturnObject(const v8::FunctionCallbackInfo<v8::Value>& info) {
     info.GetReturnValue().Set(object);
 }
 
-/// One internal field, and an object of four numbers as result.
-void FourResults(const v8::FunctionCallbackInfo<v8::Value>& info) {
+/// One internal field, and an object of numbers as result.
+template <int count>
+void Results(const v8::FunctionCallbackInfo<v8::Value>& info) {
     ReadField(info);
-    ReturnObject<4>(info);
+    ReturnObject<count>(info);
 }
 
 /// A text, and an object of two numbers as result.
@@ -103,7 +126,11 @@ void Init(v8::Local<v8::Object> exports) {
     AddMethod(made, "fourProperties", FourProperties);
     AddMethod(made, "text", Text);
     AddMethod(made, "textAndPlace", TextAndPlace);
-    AddMethod(made, "fourResults", FourResults);
+    AddMethod(made, "twoTexts", TwoTexts);
+    AddMethod(made, "textAndText", TextAndText);
+    AddMethod(made, "objectAndPlace", ObjectAndPlace);
+    AddMethod(made, "threeResults", Results<3>);
+    AddMethod(made, "fourResults", Results<4>);
     AddMethod(made, "textAndTwoResults", TextAndTwoResults);
     AddMethod(made, "answer", Answer);
     Nan::Set(exports, Nan::New("Bare").ToLocalChecked(), Nan::GetFunction(made).ToLocalChecked())

@@ -17,8 +17,11 @@ struct Call {
     Call(napi_env environment, napi_callback_info info) : env(environment) {
         size_t count = 4;
         napi_get_cb_info(env, info, &count, arguments, &self, nullptr);
+        field(self);
+    }
+    void field(napi_value object) const {
         void* native = nullptr;
-        napi_unwrap(env, self, &native);
+        napi_unwrap(env, object, &native);
         sink = *static_cast<uint32_t*>(native);
     }
     void number(napi_value value) const {
@@ -26,10 +29,10 @@ struct Call {
         napi_get_value_uint32(env, value, &read);
         sink = read;
     }
-    void text() const {
+    void text(size_t index = 0) const {
         char buffer[256];
         size_t length = 0;
-        napi_get_value_string_utf8(env, arguments[0], buffer, sizeof buffer, &length);
+        napi_get_value_string_utf8(env, arguments[index], buffer, sizeof buffer, &length);
         sink = static_cast<uint32_t>(length);
     }
     napi_value object(int count) const {
@@ -73,7 +76,32 @@ napi_value TextAndPlace(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
-napi_value FourResults(napi_env env, napi_callback_info info) { return Call(env, info).object(4); }
+napi_value TwoTexts(napi_env env, napi_callback_info info) {
+    const Call call(env, info);
+    call.text();
+    call.text(1);
+    return nullptr;
+}
+
+napi_value TextAndText(napi_env env, napi_callback_info info) {
+    Call(env, info).text();
+    napi_value result = nullptr;
+    napi_create_string_utf8(env, "value", NAPI_AUTO_LENGTH, &result);
+    return result;
+}
+
+napi_value ObjectAndPlace(napi_env env, napi_callback_info info) {
+    const Call call(env, info);
+    call.field(call.arguments[0]);
+    call.number(call.arguments[1]);
+    call.number(call.arguments[2]);
+    return nullptr;
+}
+
+template <int count>
+napi_value Results(napi_env env, napi_callback_info info) {
+    return Call(env, info).object(count);
+}
 
 napi_value TextAndTwoResults(napi_env env, napi_callback_info info) {
     const Call call(env, info);
@@ -105,11 +133,16 @@ napi_value Init(napi_env env, napi_value exports) {
                                                 method("fourProperties", FourProperties),
                                                 method("text", Text),
                                                 method("textAndPlace", TextAndPlace),
-                                                method("fourResults", FourResults),
+                                                method("twoTexts", TwoTexts),
+                                                method("textAndText", TextAndText),
+                                                method("objectAndPlace", ObjectAndPlace),
+                                                method("threeResults", Results<3>),
+                                                method("fourResults", Results<4>),
                                                 method("textAndTwoResults", TextAndTwoResults),
                                                 method("answer", Answer)};
     napi_value made = nullptr;
-    napi_define_class(env, "Bare", NAPI_AUTO_LENGTH, New, nullptr, 7, methods, &made);
+    napi_define_class(env, "Bare", NAPI_AUTO_LENGTH, New, nullptr, sizeof methods / sizeof *methods,
+                      methods, &made);
     napi_set_named_property(env, exports, "Bare", made);
     return exports;
 }

@@ -3,13 +3,10 @@
 // What a script call costs: a canvas call over a porting layer that does nothing, beside callbacks
 // that only read the same values: a bare one of the engine, and one of the stable interface.
 
-const path = require('path');
-const { spawnSync } = require('child_process');
 const { contest, ratio, rowsOf } = require('../lib/contest');
+const { promised } = require('../lib/promised');
+const { loadAddon, overEmptyLayer } = require('../lib/emptyLayer');
 const { printRow, readOptions, writeRows } = require('../lib/table');
-
-const build = process.env.QUIRAVENT_BUILD || path.join(__dirname, '..', '..', 'build', 'release');
-const layer = path.join(build, 'bench');
 
 const CALLS = 10000;
 const TEXT = 'The quick brown fox';
@@ -17,7 +14,7 @@ const RECT = { x: 10, y: 20, w: 30, h: 40 };
 const COLOR = { x: 1, y: 2, w: 3, h: 4, r: 1, g: 2, b: 3, a: 255 };
 
 /** name, the most times a bare callback, our call, the callback's */
-function calls(canvas) {
+function calls({ canvas, other, store, player }) {
   return [
     [
       'fillRect(x, y, w, h)',
@@ -44,6 +41,18 @@ function calls(canvas) {
       (bare) => bare.text('#102030')
     ],
     [
+      "setColor('red')",
+      undefined,
+      (i) => canvas.setColor(i & 1 ? 'red' : 'white'),
+      (bare, i) => bare.text(i & 1 ? 'red' : 'white')
+    ],
+    [
+      'compose(canvas, x, y)',
+      undefined,
+      (i) => canvas.compose(other, i, 20),
+      (bare, i) => bare.objectAndPlace(bare, i, 20)
+    ],
+    [
       'drawText(text, x, y)',
       undefined,
       (i) => canvas.drawText(TEXT, i, 20),
@@ -56,7 +65,15 @@ function calls(canvas) {
       (bare) => bare.textAndTwoResults(TEXT)
     ],
     ['getClip()', undefined, () => canvas.getClip(), (bare) => bare.fourResults()],
-    ['isInvalid()', undefined, () => canvas.isInvalid(), (bare) => bare.answer()]
+    ['isInvalid()', undefined, () => canvas.isInvalid(), (bare) => bare.answer()],
+    ['player.getTime()', undefined, () => player.getTime(), (bare) => bare.threeResults()],
+    ['persistent.get(key)', undefined, () => store.get('key'), (bare) => bare.textAndText('key')],
+    [
+      'persistent.set(key, value)',
+      undefined,
+      () => store.set('key', 'value'),
+      (bare) => bare.twoTexts('key', 'value')
+    ]
   ];
 }
 
@@ -71,7 +88,7 @@ function contestant(name, call, target) {
   return { name, frame: () => loop(call, target, CALLS) };
 }
 
-const WIDTHS = [24, 9, 8, 9, 6, 7, 6];
+const WIDTHS = [27, 9, 8, 9, 6, 7, 6];
 const nanoseconds = (result) => ((result.median * 1e6) / CALLS).toFixed(1);
 
 async function measure([name, aim, own, bare], addons, options) {
@@ -99,27 +116,30 @@ async function measure([name, aim, own, bare], addons, options) {
   return rowsOf('script-calls', name, results, CALLS);
 }
 
+/** Objects of ours, whose methods are called. */
+async function openTargets() {
+  const { dataServices, graphicServices, mediaServices } = require('../..');
+  const bounds = { x: 0, y: 0, w: 1, h: 1 };
+  return {
+    canvas: graphicServices.getTargetCanvas(),
+    other: graphicServices.createCanvas(1, 1),
+    store: dataServices.getPersistent('bench'),
+    player: await promised((done) => mediaServices.getPlayer('', bounds, done))
+  };
+}
+
 async function main() {
   const options = readOptions(process.argv.slice(2));
-  const { graphicServices } = require('../..');
-  const load = (name) => new (require(path.join(layer, name)).Bare)();
-  const addons = { engine: load('bare_callbacks.node'), nodeApi: load('node_api_callbacks.node') };
-  if (options.cpuTime) options.clock = require(path.join(layer, 'memory_limit.node')).threadTime;
+  const load = (name) => new (loadAddon(name).Bare)();
+  const addons = { engine: load('bare_callbacks'), nodeApi: load('node_api_callbacks') };
+  if (options.cpuTime) options.clock = loadAddon('memory_limit').threadTime;
   const rows = [];
   printRow(['ns per call', 'ours', 'engine', 'Node-API', ': eng.', 'aim', ': N.-A.'], WIDTHS);
-  for (const call of calls(graphicServices.getTargetCanvas())) {
+  for (const call of calls(await openTargets())) {
     if (options.only && call[0].indexOf(options.only) < 0) continue;
     rows.push(...(await measure(call, addons, options)));
   }
   writeRows(options, rows);
 }
 
-if (process.env.LD_LIBRARY_PATH === layer) {
-  main();
-} else {
-  // The loader reads the library path when the process starts.
-  const env = Object.assign({}, process.env, { LD_LIBRARY_PATH: layer });
-  const words = [__filename].concat(process.argv.slice(2));
-  const child = spawnSync(process.execPath, words, { env, stdio: 'inherit' });
-  process.exit(child.status === null ? 1 : child.status);
-}
+overEmptyLayer(__filename, main);

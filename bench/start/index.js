@@ -45,13 +45,14 @@ function browserLike(name) {
 /** Runs one process; answers milliseconds and MiB. */
 function runOnce(contestant, stage) {
   const body = stage === 'require' ? 'done();' : contestant[stage];
-  const script = `const begin = process.hrtime();
+  const script = `const cpuBegin = process.cpuUsage();
+    const begin = process.hrtime();
     const m = require(${JSON.stringify(contestant.module)});
     const files = ${JSON.stringify(filesOf('poster'))};
     function done() {
       const took = process.hrtime(begin);
       const memory = process.memoryUsage().rss / 1048576;
-      const cpu = process.cpuUsage();
+      const cpu = process.cpuUsage(cpuBegin);
       process.stdout.write(JSON.stringify({ time: took[0] * 1e3 + took[1] / 1e6, memory,
         cpu: (cpu.user + cpu.system) / 1e3 }) + '\\n', () => process.exit(0));
     }

@@ -70,13 +70,50 @@ function reasonIn(errors) {
   return line || errors.trim().split('\n')[0] || 'it ended without a word';
 }
 
-/** Loads the module in a process of its own, with the environment that an application gets. */
-function tryModule(file) {
-  const answer = spawnSync(process.execPath, ['-e', `require(${JSON.stringify(file)})`], {
+/**
+ * Runs a script in a process of its own, with the environment that an application gets; `quiravent`
+ * is the module.
+ */
+function runWith(file, script) {
+  const begin = `const quiravent = require(${JSON.stringify(file)});`;
+  return spawnSync(process.execPath, ['-e', begin + script], {
     encoding: 'utf8',
-    env: Object.assign(moduleEnvironment(process.env), { QUIRAVENT_DISPLAY: 'headless' })
+    env: Object.assign(moduleEnvironment(process.env), {
+      QUIRAVENT_AUDIO: 'null',
+      QUIRAVENT_DISPLAY: 'headless',
+      QUIRAVENT_LOG: 'warning'
+    })
   });
+}
+
+/** Why the module can't be loaded; null when it can. */
+function tryModule(file) {
+  const answer = runWith(file, '');
   return answer.status === 0 ? null : reasonIn(answer.stderr);
+}
+
+/** What the device opens when it is first wanted: its use, a script that wants it, its package. */
+const LATE_LIBRARIES = [
+  {
+    name: 'media',
+    script: `quiravent.mediaServices.getPlayer('/', { x: 0, y: 0, w: 1, h: 1 },
+      () => process.exit(0));`,
+    libraries: 'ffmpeg'
+  },
+  {
+    name: 'network',
+    script: "quiravent.graphicServices.loadImage('http://127.0.0.1:1/', () => process.exit(0));",
+    libraries: 'libcurl3-gnutls'
+  }
+];
+
+/** Whether the libraries are there that an application without media or network does without. */
+function checkLateLibraries(file) {
+  return LATE_LIBRARIES.map((one) => {
+    const reason = /can't be used: ([^;\n]*)/.exec(runWith(file, one.script).stderr);
+    const detail = reason ? reason[1] : 'its libraries are found';
+    return check(one.name, reason === null, false, detail, `${INSTALL} ${one.libraries}`);
+  });
 }
 
 function checkBuild() {
@@ -93,7 +130,7 @@ function checkBuild() {
   return [
     check('native module', reason === null, true, reason || file, mend),
     check('device', fs.existsSync(device), true, device, mend)
-  ];
+  ].concat(reason === null ? checkLateLibraries(file) : []);
 }
 
 function checkDisplay() {

@@ -56,6 +56,7 @@ class PlayerPage {
       this.hasPlayed = true;
       this.showControls();
     }
+    if (this.playback.isOver) this.menu = null;
     this.app.changed();
   }
 
@@ -137,7 +138,7 @@ class PlayerPage {
   }
 
   openMenu() {
-    if (!this.playback.isOver) this.menu = new LanguageMenu(this.playback);
+    if (this.playback.isOpen) this.menu = new LanguageMenu(this.playback);
   }
 
   changeVolume(key) {

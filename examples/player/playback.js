@@ -81,6 +81,11 @@ class Playback {
     return ['ended', 'failed', 'taken away'].indexOf(this.phase) >= 0;
   }
 
+  /** Whether there is a film that can be told something. */
+  get isOpen() {
+    return this.player !== null && !this.isOver;
+  }
+
   get isWaiting() {
     if (this.phase === 'playing') return !this.isPaused && this.stood > 2;
     return ['opening', 'loading', 'ready', 'buffering'].indexOf(this.phase) >= 0;
@@ -119,14 +124,14 @@ class Playback {
   }
 
   pause() {
-    if (!this.player || this.isOver) return;
+    if (!this.isOpen) return;
     this.isPaused = true;
     this.player.pause();
   }
 
   /** Goes on at normal speed, from where it is. */
   play() {
-    if (!this.player || this.isOver) return;
+    if (!this.isOpen) return;
     this.speed = this.player.setPlaybackSpeed(1);
     this.isPaused = false;
     this.player.resume();
@@ -134,7 +139,7 @@ class Playback {
 
   /** direction: "forward" or "rewind"; each further press is faster, up to what the device can. */
   hurry(direction) {
-    if (!this.player || this.isOver) return;
+    if (!this.isOpen) return;
     const next = speeds[direction].find((speed) => Math.abs(speed) > Math.abs(this.speed));
     const isSameWay = speeds[direction].indexOf(this.speed) >= 0;
     const wanted = isSameWay ? next || this.speed : speeds[direction][0];
@@ -146,7 +151,7 @@ class Playback {
 
   /** By so many ms, backwards where negative. */
   seekBy(ms) {
-    if (!this.player || this.isOver) return;
+    if (!this.isOpen) return;
     const { begin, now, end } = this.time;
     this.player.seek(Math.max(begin, Math.min(now + ms, end)));
   }
@@ -164,6 +169,7 @@ class Playback {
 
   /** id: of a track, or undefined for no subtitles. */
   choose(kind, id) {
+    if (!this.isOpen) return;
     this.chosen[kind] = id;
     this.player.selectTrack(kind, id === undefined ? noTrack : id);
   }

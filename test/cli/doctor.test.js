@@ -3,6 +3,8 @@
 const fs = require('fs');
 const path = require('path');
 const test = require('tape');
+const { spoilLibraries } = require('../device/support/broken-libraries');
+const { buildFolder } = require('../script/support/build');
 const { inFolder, launch } = require('./support/launcher');
 
 /** The findings by name, and the exit status. */
@@ -69,3 +71,21 @@ test('the readable report names each command once, what is needed first', (t) =>
       }
     )
   ));
+
+test('libraries that the device opens late are tried', (t) =>
+  inFolder((folder) => {
+    spoilLibraries(folder, (file) => fs.writeFileSync(file, ''));
+    return examine({ LD_LIBRARY_PATH: buildFolder })
+      .then((found) => {
+        t.deepEqual(essence(found.media), [true, false, null], found.media.detail);
+        t.deepEqual(essence(found.network), [true, false, null], found.network.detail);
+        return examine({ LD_LIBRARY_PATH: [folder, buildFolder].join(path.delimiter) });
+      })
+      .then((found) => {
+        t.equal(found.status, 0);
+        t.deepEqual(essence(found.media), [false, false, 'sudo apt-get install ffmpeg']);
+        t.ok(/libavformat\.so\.\d+: file too short$/.test(found.media.detail), found.media.detail);
+        t.deepEqual(essence(found.network), [false, false, 'sudo apt-get install libcurl3-gnutls']);
+        t.ok(/libcurl.*: file too short$/.test(found.network.detail), found.network.detail);
+      });
+  }));

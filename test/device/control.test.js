@@ -37,11 +37,7 @@ platformServices.initProperties();
 `;
 
 function start(t, source, variables) {
-  const application = new Application(t, source, variables);
-  return application
-    .connect()
-    .then((control) => application.untilListening(control))
-    .then((control) => ({ application, control }));
+  return new Application(t, source, variables).connect().then((made) => made.untilListening());
 }
 
 /** What a later process finds in the application's store. */
@@ -60,17 +56,15 @@ function inTurn(steps) {
 test('what is made from the list of keys is as the device knows them', (t) => {
   t.deepEqual(staleProducts(), [], 'run node tools/keys.js');
   const expected = Object.keys(keys).map((name) => [name, keys[name]]);
-  start(t, APPLICATION)
-    .then(({ control }) => control.ask('keys'))
+  return start(t, APPLICATION)
+    .then((application) => application.ask('keys'))
     .then((answer) => {
       const known = answer.keys.map((key) => [key.name, key.code]);
       t.deepEqual(known.sort(), expected.sort());
-    })
-    .then(() => t.end(), t.end);
+    });
 });
 
 test('keys and states reach the application in their order', (t) => {
-  const ask = (control) => (step) => () => control.ask(step[0], step[1]);
   const steps = [
     ['press', { key: 'ArrowLeft' }],
     ['press', { key: 'vk_red' }],
@@ -81,109 +75,73 @@ test('keys and states reach the application in their order', (t) => {
     ['keyUp', { key: '457' }],
     ['press', { key: 'Home' }]
   ];
-  const keyEvents = [
-    'keypress 37',
-    'keyrelease 37',
-    'keypress 403',
-    'keyrelease 403',
-    'keypress 40',
-    'keypress 40',
-    'keypress 40',
-    'keyrelease 40',
-    'keypress 9999',
-    'keyrelease 9999',
-    'keypress 457',
-    'keyrelease 457',
-    'keyrelease 2'
-  ];
+  const keyEvents =
+    'keypress 37, keyrelease 37, keypress 403, keyrelease 403, keypress 40, keypress 40, ' +
+    'keypress 40, keyrelease 40, keypress 9999, keyrelease 9999, keypress 457, keyrelease 457, ' +
+    'keyrelease 2';
   const stateEvents = ['runtimestatechange overlay', 'runtimestatechange low_profile'];
   const isState = (line) => line.startsWith('runtimestatechange');
-  start(t, APPLICATION)
-    .then(({ application, control }) =>
-      inTurn(steps.map(ask(control)))
-        .then(() => application.until(control, keyEvents.length + stateEvents.length))
-        .then((said) => {
-          t.deepEqual(
-            said.filter((line) => !isState(line)),
-            keyEvents
-          );
-          t.deepEqual(said.filter(isState), stateEvents);
-          return control.ask('state');
-        })
-        .then((answer) => t.equal(answer.state, 'low_profile'))
-    )
-    .then(() => t.end(), t.end);
+  return start(t, APPLICATION).then((application) =>
+    inTurn(steps.map((step) => () => application.ask(step[0], step[1])))
+      .then(() => application.until(keyEvents.split(', ').length + stateEvents.length))
+      .then((said) => {
+        t.equal(said.filter((line) => !isState(line)).join(', '), keyEvents);
+        t.deepEqual(said.filter(isState), stateEvents);
+        return application.ask('state');
+      })
+      .then((answer) => t.equal(answer.state, 'low_profile'))
+  );
 });
 
-test('the frame that follows a key can be waited for and looked at', (t) => {
-  start(t, APPLICATION)
-    .then(({ application, control }) =>
-      inTurn([
-        () => control.ask('frame'),
-        (before) => {
-          t.equal(before.frame, 0);
-          return control.ask('press', { key: 'Enter' });
-        },
-        () => application.until(control, 2),
-        () => control.ask('waitFlush', { after: 0 }),
-        (shown) => {
-          t.equal(shown.frame, 1);
-          return control.ask('capture', { file: 'screen.png' });
-        },
-        (captured) => {
-          t.deepEqual(captured, {
-            ok: true,
-            file: fs.realpathSync(application.file('screen.png')),
-            frame: 1,
-            width: 1280,
-            height: 720
-          });
-          const picture = readPicture(captured.file);
-          t.deepEqual(Array.from(picture.colors.keys()), ['#336699']);
-          return control.ask('info');
-        },
-        (info) => {
-          t.equal(info.pid, application.child.pid);
-          t.equal(info.display, 'headless');
-        }
-      ])
-    )
-    .then(() => t.end(), t.end);
-});
+test('the frame that follows a key can be waited for and looked at', (t) =>
+  start(t, APPLICATION).then((application) =>
+    inTurn([
+      () => application.ask('frame'),
+      (before) => {
+        t.equal(before.frame, 0);
+        return application.ask('press', { key: 'Enter' });
+      },
+      () => application.until(2),
+      () => application.ask('waitFlush', { after: 0 }),
+      (shown) => {
+        t.equal(shown.frame, 1);
+        return application.ask('capture', { file: 'screen.png' });
+      },
+      (captured) => {
+        const file = fs.realpathSync(application.file('screen.png'));
+        t.deepEqual(captured, { ok: true, file, frame: 1, width: 1280, height: 720 });
+        t.deepEqual(Array.from(readPicture(file).colors.keys()), ['#336699']);
+        return application.ask('info');
+      },
+      (info) => t.deepEqual([info.pid, info.display], [application.child.pid, 'headless'])
+    ])
+  ));
 
 test('quit, exit and restart end the process in good order', (t) => {
+  // [command and parameters, variables, how the process ends, what it stored]
   const cases = [
-    { title: 'quit', ask: ['quit'], end: { code: null, signal: 'SIGTERM' } },
-    {
-      title: 'exit',
-      ask: ['keyDown', { key: 'Exit' }],
-      end: { code: 0, signal: null },
-      stored: 'stored'
-    },
-    {
-      title: 'restart under the launcher',
-      ask: ['keyDown', { key: 'GoBack' }],
-      variables: { QUIRAVENT_LAUNCHER: '1' },
-      end: { code: 83, signal: null }
-    }
+    [['quit'], {}, { code: null, signal: 'SIGTERM' }, undefined],
+    [['keyDown', { key: 'Exit' }], {}, { code: 0, signal: null }, 'stored'],
+    [
+      ['keyDown', { key: 'GoBack' }],
+      { QUIRAVENT_LAUNCHER: '1' },
+      { code: 83, signal: null },
+      undefined
+    ]
   ];
   const run = (each) => () => {
-    const variables = Object.assign({ QUIRAVENT_SCREENSHOT: 'end.png' }, each.variables);
-    return start(t, APPLICATION, variables).then(({ application, control }) => {
-      control.ask(each.ask[0], each.ask[1]);
+    const variables = Object.assign({ QUIRAVENT_SCREENSHOT: 'end.png' }, each[1]);
+    return start(t, APPLICATION, variables).then((application) => {
+      application.ask(each[0][0], each[0][1]);
       return application.end.then((end) => {
-        t.deepEqual(end, each.end, each.title);
-        t.equal(
-          fs.existsSync(application.file('end.png')),
-          true,
-          'the picture of the end is there'
-        );
-        t.equal(fs.existsSync(application.file('control')), false, 'the socket is gone');
-        t.equal(storedValue(application), each.stored, 'what it stored');
+        t.deepEqual(end, each[2], JSON.stringify(each[0]));
+        t.ok(fs.existsSync(application.file('end.png')), 'the picture of the end is there');
+        t.notOk(fs.existsSync(application.file('control')), 'the socket is gone');
+        t.equal(storedValue(application), each[3], 'what it stored');
       });
     });
   };
-  inTurn(cases.map(run)).then(() => t.end(), t.end);
+  return inTurn(cases.map(run));
 });
 
 test('restart begins the same process anew, with what it was started with', (t) => {
@@ -193,20 +151,19 @@ test('restart begins the same process anew, with what it was started with', (t) 
     process.title = 'changed';
     process.chdir('/');
   `;
-  start(t, source + APPLICATION, { PROBE: 'kept' })
-    .then(({ application, control }) => {
-      const begun = () => application.said().filter((line) => line.startsWith('pid'));
-      const hasBegunAgain = () => begun().length === 2;
-      control.ask('keyDown', { key: 'GoBack' });
-      return new Promise((resolve) => control.socket.on('close', resolve))
-        .then(() => application.connect())
-        .then((again) => application.nudgeUntil(again, hasBegunAgain).then(() => again.ask('quit')))
-        .then(() => application.end)
-        .then(() => {
-          const first = begun()[0];
-          t.deepEqual(begun(), [first, first]);
-          t.ok(first.indexOf(`pid ${application.child.pid} kept`) === 0, first);
-        });
-    })
-    .then(() => t.end(), t.end);
+  return start(t, source + APPLICATION, { PROBE: 'kept' }).then((application) => {
+    const begun = () => application.said().filter((line) => line.startsWith('pid'));
+    const { socket } = application.control;
+    application.ask('keyDown', { key: 'GoBack' });
+    return new Promise((resolve) => socket.on('close', resolve))
+      .then(() => application.connect())
+      .then(() => application.nudgeUntil(() => begun().length === 2))
+      .then(() => application.ask('quit'))
+      .then(() => application.end)
+      .then(() => {
+        const first = begun()[0];
+        t.deepEqual(begun(), [first, first]);
+        t.ok(first.indexOf(`pid ${application.child.pid} kept`) === 0, first);
+      });
+  });
 });

@@ -106,6 +106,22 @@ test('the examples of players tell what happens', (t) => {
   t.end();
 });
 
+test('a film that isn’t there yet can be told anything', (t) => {
+  const script = `const { PlayerPage } = require('./examples/player/page');
+    const app = { settings: { accent: '#ffffff' }, close() {}, changed() {} };
+    const keys = 'up down enter back subtitle enter right enter left forward rewind play pause mute';
+    const page = new PlayerPage(app, { url: '/nowhere.mp4', breaks: [] });
+    keys.split(' ').forEach((key) => page.handleKey(key));
+    page.leave();`;
+  const run = runNode(makeFolder(t), ['-e', script]);
+  t.deepEqual(
+    [run.status, run.stderr.replace(/^.*nowhere.*\n/gm, '')],
+    [0, ''],
+    'no key is too much'
+  );
+  t.end();
+});
+
 test('the application guide shows an example that runs', (t) => {
   const guide = fs.readFileSync(path.join(root, 'docs', 'application-guide.md'), 'utf8');
   const example = fs.readFileSync(path.join(root, 'examples', 'play-video', 'index.js'), 'utf8');

@@ -2,19 +2,17 @@
 
 // Who has the output: what a script is told when something else takes it from its players.
 
-const path = require('path');
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const { Application } = require('./support/controlled');
-
-const build = process.env.QUIRAVENT_BUILD || path.join(__dirname, '..', '..', 'build', 'release');
-const film = path.join(build, 'test', 'native', 'media', 'media', 'film.mp4');
+const { medium } = require('./support/files');
 
 /**
  * Plays a film and an advertisement, and says their events. A key pauses the film, switches live
  * television, resumes both.
  */
 const SOURCE = `
-const url = ${JSON.stringify(film)};
+const url = ${JSON.stringify(medium('film.mp4'))};
 const follow = (name, player) => {
   player.registerListener((event) => event !== 'fetch_in_progress' && say(name + ' ' + event));
   // An event that finds its worker not yet waiting lies until the next one.
@@ -77,10 +75,7 @@ class Script {
   }
 
   start() {
-    return this.application.connect().then((control) => {
-      this.control = control;
-      return this.application.untilListening(control);
-    });
+    return this.application.connect().then((application) => application.untilListening());
   }
 
   events() {
@@ -90,7 +85,7 @@ class Script {
   /** Resolves with the events since the last call, once there are so many. */
   next(count) {
     return this.application
-      .nudgeUntil(this.control, () => this.events().length >= this.heard + count)
+      .nudgeUntil(() => this.events().length >= this.heard + count)
       .then(() => {
         const all = this.events().slice(this.heard);
         this.heard += all.length;
@@ -102,15 +97,14 @@ class Script {
   ask(command) {
     const keys = () => this.application.said().filter((line) => line.startsWith('key')).length;
     const before = keys();
-    return this.control.ask(command[0], command[1]).then((answer) => {
+    return this.application.ask(command[0], command[1]).then((answer) => {
       if (!answer.ok) throw new Error(answer.error);
       const isKey = command[0] === 'press';
-      return isKey && this.application.nudgeUntil(this.control, () => keys() > before);
+      return isKey && this.application.nudgeUntil(() => keys() > before);
     });
   }
 }
 
-/** A script whose players both play. */
 function startPlaying(t) {
   const script = new Script(t);
   return script
@@ -122,15 +116,13 @@ function startPlaying(t) {
 
 test('players are suspended while something else has the output', (t) =>
   startPlaying(t).then((script) =>
-    SUSPENSIONS.reduce(
-      (before, step) =>
-        before
-          .then(() => script.ask(step[0]))
-          .then(() => script.next(step[1].length))
-          .then((events) =>
-            t.deepEqual(events, step[1].slice().sort(), step[0][1].state || step[0][1].key)
-          ),
-      Promise.resolve()
+    inSequence(SUSPENSIONS, (step) =>
+      script
+        .ask(step[0])
+        .then(() => script.next(step[1].length))
+        .then((events) =>
+          t.deepEqual(events, step[1].slice().sort(), step[0][1].state || step[0][1].key)
+        )
     )
   ));
 

@@ -5,21 +5,21 @@
 const fs = require('fs');
 const path = require('path');
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const { captureFilm, describe, isRight } = require('../../tools/lib/film-picture');
 const { numberAt } = require('../../tools/media/frame-counter');
 const { drawArtwork } = require('../../tools/artwork/draw');
 const { makeMedia } = require('../../tools/media/make');
 const { Application } = require('./support/controlled');
+const { root } = require('./support/files');
 const { readPicture } = require('./support/png');
 
-const root = path.join(__dirname, '..', '..');
 const film = 1;
 const advertisement = 2;
 
 /** For how long something is waited for, on a busy machine; in ms. */
 const timeout = 30000;
 
-/** An example under control. */
 class Viewer {
   constructor(t, example, variables) {
     const settings = { NODE_PATH: path.join(root, 'cli', 'modules'), UV_THREADPOOL_SIZE: '8' };
@@ -28,27 +28,19 @@ class Viewer {
   }
 
   start() {
-    return this.application.connect().then((control) => {
-      this.control = control;
-      return this;
-    });
+    return this.application.connect().then(() => this);
   }
 
   /** Rejects where the device refuses. */
   request(command, parameters) {
-    return this.control.ask(command, parameters).then((answer) => {
+    return this.application.ask(command, parameters).then((answer) => {
       if (!answer.ok) throw new Error(answer.error);
       return answer;
     });
   }
 
   press(keys) {
-    return keys
-      .split(' ')
-      .reduce(
-        (before, key) => before.then(() => this.request('press', { key })),
-        Promise.resolve()
-      );
+    return inSequence(keys.split(' '), (key) => this.request('press', { key }));
   }
 
   waitFor(player, state, position) {
@@ -67,7 +59,7 @@ class Viewer {
   /** Presses a key on which the player ends; resolves with how it did. */
   leave(key) {
     // There may be nobody left to answer.
-    this.control.ask('keyDown', { key });
+    this.application.ask('keyDown', { key });
     return this.application.end;
   }
 
@@ -117,11 +109,9 @@ test('at each time the screen shows the picture of that time', (t) =>
 /** How often a tone of the last `seconds` of a WAV file of 16 bits in stereo swings in a second. */
 function lastTone(file, seconds) {
   const data = fs.readFileSync(file);
-  const [channels, rate, bits] = [
-    data.readUInt16LE(22),
-    data.readUInt32LE(24),
-    data.readUInt16LE(34)
-  ];
+  const channels = data.readUInt16LE(22);
+  const rate = data.readUInt32LE(24);
+  const bits = data.readUInt16LE(34);
   if (channels !== 2 || bits !== 16) throw new Error(`${file} has ${channels} of ${bits} bits`);
   const count = Math.floor(seconds * rate);
   const first = data.length - count * 4;
@@ -252,14 +242,15 @@ test('the keys of the remote control change speed, place and volume', (t) =>
       ['AudioVolumeUp', (player) => player.volume === 100],
       ['AudioVolumeUp', (player) => player.volume === 200]
     ];
-    return steps
-      .reduce(
-        (before, step) =>
-          before
-            .then(() => viewer.press(step[0]))
+    return viewer
+      .waitFor(film, 'playing')
+      .then(() =>
+        inSequence(steps, (step) =>
+          viewer
+            .press(step[0])
             .then(() => viewer.until(step[1]))
-            .then(() => t.pass(step[0])),
-        viewer.waitFor(film, 'playing')
+            .then(() => t.pass(step[0]))
+        )
       )
       .then(() => viewer.leave('GoBack'))
       .then((end) => t.deepEqual(end, { code: 0, signal: null }, 'back leaves the player'));

@@ -39,43 +39,41 @@ const onKeys = (actions) => new quiravent.InputWorker((name, code) => {
 
 const sound = { QUIRAVENT_AUDIO: 'null', UV_THREADPOOL_SIZE: '8' };
 
-function start(t, source, variables) {
+/**
+ * Starts an application in which `file` is known, takes steps(app) once its device is there, and ends
+ * it; resolves with the application.
+ */
+function run(t, source, steps, variables) {
   const begin = `${BEGIN}const file = ${JSON.stringify(multiplex)};\n`;
-  return new Application(t, begin + source, Object.assign({}, sound, variables));
+  const app = new Application(t, begin + source, Object.assign({}, sound, variables));
+  return app
+    .connect()
+    .then(steps)
+    .then(() => app.ask('quit'))
+    .then(() => app);
 }
 
-/** Asks again until the answer is so. */
 function askUntil(ask, isSo) {
   return ask().then((answer) => (isSo(answer) ? answer : askUntil(ask, isSo)));
 }
 
-function lookAt(app, control, bounds) {
+function lookAt(app, bounds) {
   const file = app.file('screen.png');
-  return control.ask('capture', { file }).then(() => readMark(readPicture(file), bounds));
+  return app.ask('capture', { file }).then(() => readMark(readPicture(file), bounds));
 }
 
 /** Resolves with the mark of a picture of that service, once it is seen within the bounds. */
-function untilSeen(app, control, service, bounds) {
+function untilSeen(app, service, bounds) {
   return askUntil(
-    () => lookAt(app, control, bounds || SCREEN),
+    () => lookAt(app, bounds || SCREEN),
     (mark) => mark !== undefined && mark.service === service
-  );
-}
-
-const press = (control, key) => control.ask('press', { key, hold: 0 });
-
-function ending(t, promise, control) {
-  return promise.then(
-    () => control().ask('quit'),
-    (error) => t.fail(error.stack)
   );
 }
 
 test('each service has its own picture, within its bounds, above what was made before', (t) => {
   const corner = { x: 40, y: 40, w: 320, h: 180 };
-  const app = start(
-    t,
-    `tune(file);
+  const source = `
+    tune(file);
     let one = play(256, 257, 256);
     let two;
     onKeys({
@@ -83,77 +81,61 @@ test('each service has its own picture, within its bounds, above what was made b
       50: () => one.stop(),
       51: () => one.start(),
       52: () => two.release()
-    });`
-  );
-  let control;
-  const steps = app
-    .connect()
-    .then((connected) => (control = connected))
-    .then(() => app.untilListening(control))
-    .then(() => untilSeen(app, control, 1))
-    .then(() => press(control, '1'))
-    .then(() => untilSeen(app, control, 2, corner))
-    .then(() => t.pass('the second service lies in a corner of the first'))
-    .then(() => press(control, '2'))
-    .then(() =>
-      askUntil(
-        () => control.ask('capture', { file: app.file('screen.png') }),
-        () => readPicture(app.file('screen.png')).colorAt(640, 600) === '#000000'
+    });`;
+  return run(t, source, (app) =>
+    app
+      .untilListening()
+      .then(() => untilSeen(app, 1))
+      .then(() => app.press('1'))
+      .then(() => untilSeen(app, 2, corner))
+      .then(() => t.pass('the second service lies in a corner of the first'))
+      .then(() => app.press('2'))
+      .then(() =>
+        askUntil(
+          () => app.ask('capture', { file: app.file('screen.png') }),
+          () => readPicture(app.file('screen.png')).colorAt(640, 600) === '#000000'
+        )
       )
-    )
-    .then(() => untilSeen(app, control, 2, corner))
-    .then(() => t.pass('a stopped player shows nothing, the other one goes on'))
-    .then(() => press(control, '3'))
-    .then(() => press(control, '4'))
-    .then(() => untilSeen(app, control, 1))
-    .then(() => t.pass('it can be started again'));
-  return ending(t, steps, () => control).then(() => t.end());
+      .then(() => untilSeen(app, 2, corner))
+      .then(() => t.pass('a stopped player shows nothing, the other one goes on'))
+      .then(() => app.press('3'))
+      .then(() => app.press('4'))
+      .then(() => untilSeen(app, 1))
+      .then(() => t.pass('it can be started again'))
+  );
 });
 
 test('captions are read as text, and subtitles are counted', (t) => {
-  const app = start(
-    t,
-    `tune(file);
+  const source = `
+    tune(file);
     const one = play(256, 257, 256);
     const two = play(272, 273, 272);
     onKeys({ 49: () => one.toggleClosedCaption('1'), 50: () => one.toggleClosedCaption(false),
-      51: () => two.toggleClosedCaption('274') });`
-  );
-  let control;
-  const captions = () => control.ask('captions').then((answer) => answer.players);
-  const steps = app
-    .connect()
-    .then((connected) => (control = connected))
-    .then(() => app.untilListening(control))
-    .then(captions)
-    .then((players) =>
-      t.deepEqual(
-        players.map((each) => [each.captions, each.lines]),
-        [
-          [0, []],
-          [0, []]
-        ],
-        'captions are off at first'
-      )
-    )
-    .then(() => press(control, '1'))
-    .then(() => control.ask('captions', { text: 'Bom', timeout: 20000 }))
-    .then((answer) => t.deepEqual(answer.players[0].lines, ['Bom dia']))
-    .then(() => press(control, '2'))
-    .then(() => askUntil(captions, (players) => players[0].captions === 0))
-    .then((players) => t.deepEqual(players[0].lines, [], 'switched off'))
-    .then(() => press(control, '3'))
-    .then(() => askUntil(captions, (players) => players[1].pictures === 1))
-    .then((players) => t.equal(players[1].captions, 274))
-    .then(() => control.ask('captions', { text: 'never', timeout: 1 }))
-    .then((answer) => t.ok(/no caption with "never" was seen within 1 ms/.test(answer.error)));
-  return ending(t, steps, () => control).then(() => t.end());
+      51: () => two.toggleClosedCaption('274') });`;
+  return run(t, source, (app) => {
+    const captions = () => app.ask('captions').then((answer) => answer.players);
+    const isOff = (player) => player.captions === 0 && player.lines.length === 0;
+    return app
+      .untilListening()
+      .then(captions)
+      .then((players) => t.ok(players.length === 2 && players.every(isOff), 'off at first'))
+      .then(() => app.press('1'))
+      .then(() => app.ask('captions', { text: 'Bom', timeout: 20000 }))
+      .then((answer) => t.deepEqual(answer.players[0].lines, ['Bom dia']))
+      .then(() => app.press('2'))
+      .then(() => askUntil(captions, (players) => players[0].captions === 0))
+      .then((players) => t.deepEqual(players[0].lines, [], 'switched off'))
+      .then(() => app.press('3'))
+      .then(() => askUntil(captions, (players) => players[1].pictures === 1))
+      .then((players) => t.equal(players[1].captions, 274))
+      .then(() => app.ask('captions', { text: 'never', timeout: 1 }))
+      .then((answer) => t.ok(/no caption with "never" was seen within 1 ms/.test(answer.error)));
+  });
 });
 
 test('what is not there is not played, and nothing ends the application', (t) => {
-  const app = start(
-    t,
-    `tune(file);
+  const source = `
+    tune(file);
     say('refused ' + play(8192, 8191, 8191) + ' ' + play(-1, 0, 0));
     const players = [[8191, 8191, 8191], [1000, 257, 256], [257, 256, 256], [256, 1000, 8191],
       [0, 0, 0], [256, 256, 256]].map((pids) => play(pids[0], pids[1], pids[2]));
@@ -164,22 +146,16 @@ test('what is not there is not played, and nothing ends the application', (t) =>
     });
     players.forEach((player, index) => { if (index !== 3) player.release(); });
     players[3].setBounds({ x: 0, y: 0, w: 1280, h: 720 });
-    players[0].start();`
+    players[0].start();`;
+  return run(t, source, (app) =>
+    untilSeen(app, 1).then(() => t.deepEqual(app.said()[0], 'refused undefined undefined'))
   );
-  let control;
-  const steps = app
-    .connect()
-    .then((connected) => (control = connected))
-    .then(() => untilSeen(app, control, 1))
-    .then(() => t.deepEqual(app.said()[0], 'refused undefined undefined'));
-  return ending(t, steps, () => control).then(() => t.end());
 });
 
 test('live television lies below everything, and the runtime state tells of it', (t) => {
   const corner = { x: 900, y: 40, w: 320, h: 180 };
-  const app = start(
-    t,
-    `platformServices.initProperties();
+  const source = `
+    platformServices.initProperties();
     const status = () => say('live ' + platformServices.getLiveDTVStatus());
     status();
     const two = play(272, 273, 272);
@@ -188,46 +164,35 @@ test('live television lies below everything, and the runtime state tells of it',
       49: () => { platformServices.toggleLiveDTV(true); status(); },
       50: () => platformServices.enableDTVEvents(),
       51: () => { platformServices.toggleLiveDTV(false); status(); }
-    });`,
-    { QUIRAVENT_LIVE_TELEVISION: multiplex }
-  );
-  let control;
-  const told = () => app.said().filter((line) => !/^key/.test(line));
-  const steps = app
-    .connect()
-    .then((connected) => (control = connected))
-    .then(() => app.untilListening(control))
-    .then(() => press(control, '1'))
-    .then(() => untilSeen(app, control, 1))
-    .then(() => untilSeen(app, control, 2, corner))
-    .then(() => t.pass('the first service is seen, below the player that was there before'))
-    .then(() => press(control, '2'))
-    .then(() => app.nudgeUntil(control, () => told().length >= 3))
-    .then(() => press(control, '3'))
-    .then(() => app.nudgeUntil(control, () => told().length >= 5))
-    .then(() =>
-      t.deepEqual(told().sort(), [
-        'live false',
-        'live false',
-        'live true',
-        'runtimestatechange overlay',
-        'runtimestatechange running'
-      ])
-    )
-    .then(() =>
-      askUntil(
-        () => control.ask('tuner'),
-        (answer) => answer.tuner.state === 'idle'
-      )
-    )
-    .then(() => t.pass('the device gives its tuner back'));
-  return ending(t, steps, () => control).then(() => t.end());
+    });`;
+  const steps = (app) => {
+    const told = () => app.said().filter((line) => !/^key/.test(line));
+    return app
+      .untilListening()
+      .then(() => app.press('1'))
+      .then(() => untilSeen(app, 1))
+      .then(() => untilSeen(app, 2, corner))
+      .then(() => t.pass('the first service is seen, below the player that was there before'))
+      .then(() => app.press('2'))
+      .then(() => app.nudgeUntil(() => told().length >= 3))
+      .then(() => app.press('3'))
+      .then(() => app.nudgeUntil(() => told().length >= 5))
+      .then(() => {
+        const states = 'runtimestatechange overlay, runtimestatechange running';
+        t.equal(told().sort().join(', '), `live false, live false, live true, ${states}`);
+        return askUntil(
+          () => app.ask('tuner'),
+          (answer) => answer.tuner.state === 'idle'
+        );
+      })
+      .then(() => t.pass('the device gives its tuner back'));
+  };
+  return run(t, source, steps, { QUIRAVENT_LIVE_TELEVISION: multiplex });
 });
 
 test('a live player takes the output from a film, until it is stopped', (t) => {
-  const app = start(
-    t,
-    `tune(file);
+  const source = `
+    tune(file);
     let live;
     quiravent.mediaServices.getPlayer(file, { x: 0, y: 0, w: 320, h: 180 }, (error, film) => {
       film.registerListener((name) => { if (/^playback/.test(name)) say(name); });
@@ -236,23 +201,19 @@ test('a live player takes the output from a film, until it is stopped', (t) => {
         49: () => { live = play(256, 257, 256); },
         50: () => { live.stop(); film.resume(); }
       });
-    });`
-  );
-  let control;
-  const told = () => app.said().filter((line) => /^playback/.test(line));
-  const untilTold = (count) => app.nudgeUntil(control, () => told().length >= count);
-  const steps = app
-    .connect()
-    .then((connected) => (control = connected))
-    .then(() => untilTold(1))
-    .then(() => press(control, '1'))
-    .then(() => untilTold(2))
-    .then(() => press(control, '2'))
-    .then(() => untilTold(3))
-    .then(() =>
-      t.deepEqual(told().slice(0, 3), ['playback_ready', 'playback_suspend', 'playback_ready'])
-    );
-  return ending(t, steps, () => control).then(() => t.end());
+    });`;
+  return run(t, source, (app) => {
+    const told = () => app.said().filter((line) => /^playback/.test(line));
+    const untilTold = (count) => app.nudgeUntil(() => told().length >= count);
+    return untilTold(1)
+      .then(() => app.press('1'))
+      .then(() => untilTold(2))
+      .then(() => app.press('2'))
+      .then(() => untilTold(3))
+      .then(() =>
+        t.deepEqual(told().slice(0, 3), ['playback_ready', 'playback_suspend', 'playback_ready'])
+      );
+  });
 });
 
 /** Loudest sample of a WAV file of 16 bits. */
@@ -267,33 +228,24 @@ function loudest(file) {
 test('the volume is that of the broadcast at 1.0, and nothing is heard at 0', (t) => {
   const played = (volume) => {
     const file = path.join(folder, `volume-${volume}.wav`);
-    const app = start(
-      t,
-      `tune(file);
+    const source = `
+      tune(file);
       const player = tunerServices.getPlayer(256, 257, 256);
       player.setVolume(${volume});
-      player.start();`,
-      { QUIRAVENT_AUDIO: 'wav', QUIRAVENT_AUDIO_FILE: file }
-    );
-    let control;
-    const steps = app
-      .connect()
-      .then((connected) => (control = connected))
-      // A picture of the second loop: by then a second of sound has been heard at least.
-      .then(() =>
-        askUntil(
-          () => lookAt(app, control, SCREEN),
-          (mark) => mark && mark.number > 60
-        )
+      player.start();`;
+    // A picture of the second loop: by then a second of sound has been heard at least.
+    const steps = (app) =>
+      askUntil(
+        () => lookAt(app, SCREEN),
+        (mark) => mark && mark.number > 60
       );
-    return ending(t, steps, () => control)
-      .then(() => app.end)
+    return run(t, source, steps, { QUIRAVENT_AUDIO: 'wav', QUIRAVENT_AUDIO_FILE: file })
+      .then((app) => app.end)
       .then(() => loudest(file));
   };
   return Promise.all([played(1), played(0.5), played(0)]).then((levels) => {
     t.ok(levels[0] > 1000, `a sound is heard: ${levels[0]}`);
     t.ok(Math.abs(levels[1] * 2 - levels[0]) < levels[0] / 10, `half as loud: ${levels[1]}`);
     t.equal(levels[2], 0);
-    t.end();
   });
 });

@@ -3,8 +3,8 @@
 const test = require('tape');
 const recorder = require('./support/recorder');
 const { newCanvas, newFont } = require('./support/graphics');
+const { row, rect } = require('./support/rows');
 
-const rect = (x, y, w, h) => ({ x, y, w, h });
 const SIZE = { w: 7, h: 9 };
 const NO_SIZE = { w: 0, h: 0 };
 const NO_TEXT = { width: 0, height: 0 };
@@ -98,43 +98,22 @@ test('without a font no text call does anything', (t) => {
 test('an alignment reaches the porting layer when one of its words changes', (t) => {
   const { canvas, handle } = newCanvas();
   const rows = [
-    [[], null, 'two empty words are the start'],
-    [[5, {}], null, 'what is no text leaves the empty word'],
-    [
-      ['left', 'baseline'],
-      [0, 0]
-    ],
-    [['left', 'baseline'], null],
-    [
-      ['center', 'baseline'],
-      [1, 0]
-    ],
-    [
-      ['right', 'top'],
-      [2, 1]
-    ],
-    [
-      ['right', 'middle'],
-      [2, 2]
-    ],
-    [
-      ['right', 'bottom'],
-      [2, 3]
-    ],
-    [['right'], [2, 0]],
-    [['right', ''], null],
-    [
-      [undefined, 'top'],
-      [0, 1]
-    ],
-    [[null, 'top'], null],
-    [['Right', 'Top'], [0, 0], 'words are exact'],
-    [['Right', 'Top'], null, 'an unknown word is remembered as given'],
-    [['', ''], [0, 0], 'the words are compared, not their codes'],
-    [
-      ['middle', 'center'],
-      [0, 0]
-    ]
+    row([], null, 'two empty words are the start'),
+    row([5, {}], null, 'what is no text leaves the empty word'),
+    row(['left', 'baseline'], [0, 0]),
+    row(['left', 'baseline'], null),
+    row(['center', 'baseline'], [1, 0]),
+    row(['right', 'top'], [2, 1]),
+    row(['right', 'middle'], [2, 2]),
+    row(['right', 'bottom'], [2, 3]),
+    row(['right'], [2, 0]),
+    row(['right', ''], null),
+    row([undefined, 'top'], [0, 1]),
+    row([null, 'top'], null),
+    row(['Right', 'Top'], [0, 0], 'words are exact'),
+    row(['Right', 'Top'], null, 'an unknown word is remembered as given'),
+    row(['', ''], [0, 0], 'the words are compared, not their codes'),
+    row(['middle', 'center'], [0, 0])
   ];
   return newFont().then((font) => {
     canvas.setFont(font);

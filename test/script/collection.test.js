@@ -4,14 +4,10 @@ const test = require('tape');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { newCanvas, newUnkeptCanvas, newFont, loadUnkept, handleOf } = require('./support/graphics');
-const { collect } = require('./support/collection');
+const { collect, released } = require('./support/collection');
 
-function released() {
-  return recorder
-    .argsOf('pl_gfx_ReleaseCanvas')
-    .map((args) => args[0])
-    .sort((a, b) => a - b);
-}
+const CANVAS = 'pl_gfx_ReleaseCanvas';
+const LIVE_PLAYER = 'pl_dtv_Action_releasePlayer';
 
 /** Makes canvases and drops them; gives their handles. */
 function dropCanvases(count, use) {
@@ -27,10 +23,10 @@ function dropCanvases(count, use) {
 test('each dropped canvas is released once, on the script thread', (t) => {
   const handles = dropCanvases(30, () => {});
   recorder.clear();
-  return collect(() => released().length >= handles.length)
+  return collect(() => released(CANVAS).length >= handles.length)
     .then(() => collect())
     .then(() => {
-      t.deepEqual(released(), handles);
+      t.deepEqual(released(CANVAS), handles);
       t.ok(recorder.calls().every((call) => call.thread === 'script'));
     });
 });
@@ -41,17 +37,17 @@ test('a canvas that a script has released is not released again', (t) => {
   });
   recorder.clear();
   const remaining = handles.filter((handle, index) => index % 2 === 0);
-  return collect(() => released().length >= remaining.length)
+  return collect(() => released(CANVAS).length >= remaining.length)
     .then(() => collect())
-    .then(() => t.deepEqual(released(), remaining));
+    .then(() => t.deepEqual(released(CANVAS), remaining));
 });
 
 test('a dropped canvas that has a font is released, and the font stays usable', (t) => {
   return newFont().then((font) => {
     const handles = dropCanvases(10, (canvas) => canvas.setFont(font));
     recorder.clear();
-    return collect(() => released().length >= handles.length).then(() => {
-      t.deepEqual(released(), handles);
+    return collect(() => released(CANVAS).length >= handles.length).then(() => {
+      t.deepEqual(released(CANVAS), handles);
       t.deepEqual(recorder.calls('pl_gfx_ReleaseFont'), []);
       const { canvas } = newCanvas();
       canvas.setFont(font);
@@ -68,7 +64,9 @@ test('a dropped image is released', (t) => {
       return handle;
     })
     .then((handle) => {
-      return collect(() => released().length > 0).then(() => t.deepEqual(released(), [handle]));
+      return collect(() => released(CANVAS).length > 0).then(() =>
+        t.deepEqual(released(CANVAS), [handle])
+      );
     });
 });
 
@@ -83,22 +81,25 @@ test('the target outlives its script objects', (t) => {
     t.equal(target.isInvalid(), false);
     target.setColor('red');
     t.deepEqual(recorder.calls('pl_gfx_Canvas_SetColor'), [], 'with what was set on it');
+    target.fillRect(1, 2, 3, 4);
+    t.equal(recorder.calls('pl_gfx_Canvas_FillRect').length, 1);
   });
 });
 
 test('a dropped live player is released once, unless a script has done so', (t) => {
-  const handles = [101, 102, 103, 104];
+  recorder.reset();
+  const handles = Array.from({ length: 60 }, (each, index) => 1000 + index);
   handles.forEach((handle) => {
     recorder.once('pl_dtv_Action_getPlayer', { outputs: { handle } });
     const player = quiravent.tunerServices.getPlayer(1, 2, 3);
-    if (handle > 102) player.release();
+    if (handle % 2) player.release();
   });
-  const releases = () => recorder.argsOf('pl_dtv_Action_releasePlayer').map((args) => args[0]);
-  t.deepEqual(releases(), [103, 104]);
-  recorder.clear();
-  return collect(() => releases().length >= 2)
+  return collect(() => released(LIVE_PLAYER).length >= handles.length)
     .then(() => collect())
-    .then(() => t.deepEqual(releases().sort(), [101, 102]));
+    .then(() => {
+      t.deepEqual(released(LIVE_PLAYER), handles);
+      t.ok(recorder.calls(LIVE_PLAYER).every((call) => call.thread === 'script'));
+    });
 });
 
 /** Resolves once a player of each kind has been made and dropped. */

@@ -54,7 +54,6 @@ const EXPORTS = [
 const namespaces = EXPORTS.filter((entry) => entry.members);
 const classes = EXPORTS.filter((entry) => entry.methods);
 
-/** Tells whether a property is a plain one: writable, enumerable and configurable. */
 function isPlain(object, name) {
   const property = Object.getOwnPropertyDescriptor(object, name);
   return Boolean(property.writable && property.enumerable && property.configurable);
@@ -85,6 +84,7 @@ test('a class has its name, and its methods in order on the prototype', (t) => {
     const constructor = quiravent[entry.name];
     t.equal(typeof constructor, 'function', entry.name);
     t.equal(constructor.name, entry.name);
+    t.equal(Object.getPrototypeOf(constructor.prototype), Object.prototype, 'and no other methods');
     const own = Object.getOwnPropertyNames(constructor.prototype);
     t.deepEqual(
       own.filter((name) => name !== 'constructor'),

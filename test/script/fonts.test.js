@@ -1,9 +1,12 @@
 'use strict';
 
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const recorder = require('./support/recorder');
 const { keep, newCanvas, newUnkeptCanvas, load, loadUnkept } = require('./support/graphics');
-const { collect } = require('./support/collection');
+const { collect, released } = require('./support/collection');
+
+const FONT = 'pl_gfx_ReleaseFont';
 
 /** Loads fonts; resolves with [{ font, handle }]. */
 function loadFonts(count) {
@@ -20,14 +23,6 @@ function loadFonts(count) {
   });
 }
 
-/** The handles that were released, in rising order. */
-function released() {
-  return recorder
-    .argsOf('pl_gfx_ReleaseFont')
-    .map((args) => args[0])
-    .sort((a, b) => a - b);
-}
-
 const isBound = (canvas) => canvas.measureText('a').width > 0;
 
 test('a size arrives as one byte', (t) => {
@@ -41,16 +36,14 @@ test('a size arrives as one byte', (t) => {
     [-1, 255]
   ];
   recorder.clear();
-  return rows
-    .reduce((before, row) => before.then(() => load('loadFont', 'path', row[0])), Promise.resolve())
-    .then(() => {
-      const calls = recorder.calls();
-      t.ok(calls.every((call) => call.fn === 'pl_gfx_LoadFont' && call.thread === 'pool'));
-      t.deepEqual(
-        calls.map((call) => call.args),
-        rows.map((row) => ['path', row[1], 'out'])
-      );
-    });
+  return inSequence(rows, (row) => load('loadFont', 'path', row[0])).then(() => {
+    const calls = recorder.calls();
+    t.ok(calls.every((call) => call.fn === 'pl_gfx_LoadFont' && call.thread === 'pool'));
+    t.deepEqual(
+      calls.map((call) => call.args),
+      rows.map((row) => ['path', row[1], 'out'])
+    );
+  });
 });
 
 test('a dropped font is released once, and unbinds every canvas', (t) => {
@@ -65,11 +58,11 @@ test('a dropped font is released once, and unbinds every canvas', (t) => {
       const kept = keep(fonts[1]);
       const dropped = fonts[0].handle;
       fonts.length = 0;
-      return collect(() => released().length > 0).then(() => ({ kept, dropped }));
+      return collect(() => released(FONT).length > 0).then(() => ({ kept, dropped }));
     })
     .then((fonts) => {
-      t.deepEqual(released(), [fonts.dropped]);
-      t.ok(recorder.calls('pl_gfx_ReleaseFont').every((call) => call.thread === 'script'));
+      t.deepEqual(released(FONT), [fonts.dropped]);
+      t.ok(recorder.calls(FONT).every((call) => call.thread === 'script'));
       t.deepEqual(recorder.calls('pl_gfx_Canvas_SetFont'), [], 'the porting layer isn’t told');
       t.notOk(isBound(first), 'the canvas of the font');
       t.notOk(isBound(second), 'the canvas of another font');
@@ -81,7 +74,7 @@ test('a dropped font is released once, and unbinds every canvas', (t) => {
         'the other font can be bound again'
       );
       t.ok(isBound(second));
-      return collect().then(() => t.deepEqual(released(), []));
+      return collect().then(() => t.deepEqual(released(FONT), []));
     });
 });
 
@@ -91,7 +84,7 @@ test('a canvas keeps no font alive', (t) => {
     canvas.setFont(outcome.result);
     outcome.result = null;
     recorder.clear();
-    return collect(() => released().length > 0).then((gone) => {
+    return collect(() => released(FONT).length > 0).then((gone) => {
       t.ok(gone);
       t.notOk(isBound(canvas));
     });
@@ -106,7 +99,9 @@ test('a released canvas is no hindrance to the end of its font', (t) => {
     const handle = fonts[0].handle;
     fonts.length = 0;
     recorder.clear();
-    return collect(() => released().length > 0).then(() => t.deepEqual(released(), [handle]));
+    return collect(() => released(FONT).length > 0).then(() =>
+      t.deepEqual(released(FONT), [handle])
+    );
   });
 });
 
@@ -121,12 +116,12 @@ test('fonts and their canvases may end together', (t) => {
       });
       fonts.length = 0;
       recorder.clear();
-      return collect(() => released().length >= handles.length);
+      return collect(() => released(FONT).length >= handles.length);
     })
     .then(() => collect())
     .then(() => {
       t.deepEqual(
-        released(),
+        released(FONT),
         handles.sort((a, b) => a - b)
       );
     });

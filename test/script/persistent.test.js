@@ -3,7 +3,6 @@
 const test = require('tape');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
-const { runScript } = require('./support/process');
 
 const services = quiravent.dataServices;
 const open = (context) => services.getPersistent(context);
@@ -181,20 +180,3 @@ test('getAll gives every text as it is stored, in the order of keys', (t) => {
   t.equal(store.get('b'), undefined, 'although getAll gives its text');
   t.end();
 });
-
-['{ toString() { throw new Error("no"); } }', 'Symbol("s")', 'Object.create(null)'].forEach(
-  (value) => {
-    test(`fatal: ${value} as value`, (t) => {
-      const source = `
-        const store = quiravent.dataServices.getPersistent('app');
-        recorder.echo();
-        store.set('key', ${value});
-        say('survived');`;
-      return runScript(source).then((result) => {
-        t.equal(result.signal, 'SIGABRT');
-        t.equal(result.stdout, '', 'nothing was stored');
-        t.ok(/logic_error/.test(result.stderr), 'by an exception that nobody catches');
-      });
-    });
-  }
-);

@@ -8,7 +8,7 @@ const test = require('tape');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { buildFolder } = require('./support/build');
-const { runScript } = require('./support/process');
+const { runScript, says } = require('./support/process');
 
 const services = quiravent.platformServices;
 
@@ -163,16 +163,6 @@ test('enableDTVEvents is the porting layer’s', (t) => {
   t.end();
 });
 
-test('the functions may be detached', (t) => {
-  recorder.reset();
-  const state = services.getRuntimeState;
-  const set = services.setRuntimeState;
-  t.equal(set('overlay'), true);
-  t.equal(state.call(5), 'overlay');
-  set.call(null, 'running');
-  t.end();
-});
-
 // [argument as source, timestamp]
 const TIMESTAMPS = [
   ['1234567890', 1234567890],
@@ -200,12 +190,9 @@ test('setReferenceDate traces and passes on what it is given', (t) => {
     const results = given.map((each) => quiravent.platformServices.setReferenceDate(each, 1));
     say(JSON.stringify([results.every((each) => each === undefined), recorder.sequence()]));`;
   const fn = 'pl_platform_SetReferenceDate';
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    const told = TIMESTAMPS.map((row) => `${traceOf(row[1])}${fn}\n`);
-    const sequence = TIMESTAMPS.map((row) => [fn, row[1]]);
-    t.equal(result.stdout, told.join('') + JSON.stringify([true, sequence]));
-  });
+  const told = TIMESTAMPS.map((row) => `${traceOf(row[1])}${fn}\n`);
+  const sequence = TIMESTAMPS.map((row) => [fn, row[1]]);
+  return says(t, source, told.join('') + JSON.stringify([true, sequence]));
 });
 
 ['', 'undefined'].forEach((argument) => {
@@ -220,10 +207,7 @@ test('setReferenceDate traces and passes on what it is given', (t) => {
         say([error.constructor === TypeError, error.message, recorder.calls()[0].args].join());
       }`;
     const text = "setReferenceDate() error. Expected 'timestamp' uint32_t";
-    return runScript(source).then((result) => {
-      t.equal(result.code, 0, result.stderr);
-      t.equal(result.stdout, `${traceOf(0)}pl_platform_SetReferenceDate\ntrue,${text},0`);
-    });
+    return says(t, source, `${traceOf(0)}pl_platform_SetReferenceDate\ntrue,${text},0`);
   });
 });
 
@@ -232,8 +216,5 @@ test('without a channel, exit leaves at once', (t) => {
     recorder.clear();
     say(String(quiravent.platformServices.exit(1)));
     say(JSON.stringify(recorder.sequence()));`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, 'undefined[["pl_platform_Exit"]]');
-  });
+  return says(t, source, 'undefined[["pl_platform_Exit"]]');
 });

@@ -3,6 +3,7 @@
 const test = require('tape');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
+const { row } = require('./support/rows');
 
 const services = quiravent.tunerServices;
 const GET_PLAYER = 'pl_dtv_Action_getPlayer';
@@ -54,39 +55,21 @@ test('getPlayer refuses what is no number', (t) => {
 
 // [arguments, packet identifiers that arrive]
 const IDENTIFIERS = [
-  [
-    [256, 257, 258],
-    [256, 257, 258]
-  ],
-  [
-    [0, 8191, 65535],
-    [0, 8191, 65535]
-  ],
-  [
-    [-1, 65536, 65537],
-    [65535, 0, 1]
-  ],
-  [
-    [256.9, -1.9, 0.5],
-    [256, 65535, 0]
-  ],
-  [
-    [NaN, Infinity, 4294967295],
-    [0, 0, 65535]
-  ],
-  [
-    [1, 2, 3, 4],
-    [1, 2, 3]
-  ]
+  row([256, 257, 258], [256, 257, 258]),
+  row([0, 8191, 65535], [0, 8191, 65535]),
+  row([-1, 65536, 65537], [65535, 0, 1]),
+  row([256.9, -1.9, 0.5], [256, 65535, 0]),
+  row([NaN, Infinity, 4294967295], [0, 0, 65535]),
+  row([1, 2, 3, 4], [1, 2, 3])
 ];
 
 test('getPlayer passes 16 bits of each identifier', (t) => {
-  IDENTIFIERS.forEach((row) => {
+  IDENTIFIERS.forEach((each) => {
     recorder.reset();
-    const player = services.getPlayer.apply(null, row[0]);
+    const player = services.getPlayer.apply(null, each[0]);
     t.ok(player instanceof quiravent.dtvplayer);
     t.deepEqual(Object.getOwnPropertyNames(player), []);
-    t.deepEqual(recorder.sequence(), [[GET_PLAYER].concat(row[1], 'out')]);
+    t.deepEqual(recorder.sequence(), [[GET_PLAYER].concat(each[1], 'out')]);
     t.equal(recorder.calls()[0].thread, 'script');
     player.release();
   });

@@ -1,6 +1,7 @@
 'use strict';
 
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { openTuner, endAll } = require('./support/workers');
@@ -16,84 +17,30 @@ function selected() {
   return recorder.waitForCalls(SELECT).then(quiet);
 }
 
-test('the device has no callback before the first worker', (t) => {
-  return recorder.fire(dtv(0)).then((count) => t.equal(count, 0));
-});
-
-test('the life of a worker is a selection', (t) => {
-  recorder.reset();
-  const tuner = openTuner('channel 7', 'fast');
-  t.ok(tuner.object instanceof quiravent.TunerWorker);
-  t.deepEqual(Object.getOwnPropertyNames(tuner.object), []);
-  return selected()
-    .then(() => {
-      t.deepEqual(recorder.sequence(), [[SELECT, 'channel 7', 'fast', 'function']]);
-      t.equal(tuner.object.closeTuner(1), undefined);
-      return recorder.waitUntil(() => tuner.isComplete(), 'the completion');
-    })
-    .then(() => {
-      t.deepEqual(tuner.log, [['complete']], 'without a report to wake it');
-      t.deepEqual(
-        recorder.calls().map((call) => [call.fn, call.thread]),
-        [
-          [SELECT, 'pool'],
-          [UNSELECT, 'pool']
-        ]
-      );
-    });
-});
-
-// [arguments, texts that arrive]
+// [selector, option, texts that arrive]
 const TEXTS = [
-  [
-    ['a', ''],
-    ['a', null]
-  ],
-  [
-    ['', ''],
-    ['', null]
-  ],
-  [
-    ['', 'b'],
-    ['', 'b']
-  ],
-  [
-    ['a', undefined],
-    ['a', 'undefined']
-  ],
-  [
-    [undefined, null],
-    ['undefined', 'null']
-  ],
-  [
-    [5.5, true],
-    ['5.5', 'true']
-  ],
-  [
-    [[1, 2], {}],
-    ['1,2', '[object Object]']
-  ],
-  [
-    ['ação', '日本'],
-    ['ação', '日本']
-  ],
-  [
-    ['a\0b', '\0b'],
-    ['a', null]
-  ]
+  ['a', '', 'a', null],
+  ['', '', '', null],
+  ['', 'b', '', 'b'],
+  ['a', undefined, 'a', 'undefined'],
+  [undefined, null, 'undefined', 'null'],
+  [5.5, true, '5.5', 'true'],
+  [[1, 2], {}, '1,2', '[object Object]'],
+  ['ação', '日本', 'ação', '日本'],
+  ['a\0b', '\0b', 'a', null]
 ];
 
 test('any value is taken as its text, and an empty option as none', (t) => {
   const check = (row) => {
     recorder.reset();
-    const tuner = openTuner(row[0][0], row[0][1]);
+    const tuner = openTuner(row[0], row[1]);
     return selected()
       .then(() => endAll([tuner]))
       .then(() => {
-        t.deepEqual(recorder.argsOf(SELECT), [row[1].concat('function')], JSON.stringify(row));
+        t.deepEqual(recorder.sequence()[0], [SELECT, row[2], row[3], 'function'], row.join());
       });
   };
-  return TEXTS.reduce((before, row) => before.then(() => check(row)), Promise.resolve());
+  return inSequence(TEXTS, check);
 });
 
 test('texts are read from the selector on', (t) => {
@@ -145,45 +92,7 @@ test('every report is an event, without a filter', (t) => {
     });
 });
 
-test('the status of the selection is not looked at', (t) => {
-  recorder.reset();
-  const tuner = openTuner('a', '');
-  return selected()
-    .then(() => endAll([tuner]))
-    .then(() => {
-      recorder.reset();
-      recorder.once(SELECT, { status: 6 });
-      recorder.once(UNSELECT, { status: 6 });
-      const refused = openTuner('a', '');
-      return selected()
-        .then(() => {
-          t.equal(refused.isComplete(), false, 'it waits all the same');
-          t.deepEqual(refused.log, []);
-          return endAll([refused]);
-        })
-        .then(() => t.equal(recorder.calls(UNSELECT).length, 1));
-    });
-});
-
-test('what is reported from within the selection stays until the next report', (t) => {
-  recorder.reset();
-  recorder.once(SELECT, { inside: [dtv(7), dtv(0)] });
-  const tuner = openTuner('a', 'b');
-  return selected()
-    .then(() => {
-      t.deepEqual(tuner.log, [], 'nobody woke the worker');
-      return tuner.report(dtv(9));
-    })
-    .then((events) => {
-      t.deepEqual(
-        events.map((event) => event[1]),
-        ['0,Sem Sinal', '1,', '0,Mídia não encontrada']
-      );
-      return endAll([tuner]);
-    });
-});
-
-test('and is not heard at all when the next is closeTuner', (t) => {
+test('what is reported from within the selection is not heard when closeTuner comes next', (t) => {
   recorder.reset();
   recorder.once(SELECT, { inside: [dtv(7), dtv(0)] });
   const tuner = openTuner('a', 'b');
@@ -218,65 +127,6 @@ test('the unselection comes before the completion', (t) => {
     })
     .then(quiet)
     .then(() => t.deepEqual(tuner.log, [['complete']]));
-});
-
-test('closed while it selects, a worker unselects at once', (t) => {
-  recorder.reset();
-  const held = recorder.hold(SELECT);
-  const tuner = openTuner('a', 'b');
-  return held
-    .blocked()
-    .then(() => {
-      tuner.close();
-      t.deepEqual(recorder.calls(UNSELECT), []);
-      held.open();
-      return recorder.waitUntil(() => tuner.isComplete(), 'the completion');
-    })
-    .then(() => {
-      t.deepEqual(tuner.log, [['complete']]);
-      t.deepEqual(
-        recorder.calls().map((call) => call.fn),
-        [SELECT, UNSELECT]
-      );
-    });
-});
-
-test('closed before a pool thread takes it, a worker selects all the same', (t) => {
-  const source = `
-    process.env.UV_THREADPOOL_SIZE = '1';
-    const held = recorder.hold('pl_media_CreateUrlPlayer');
-    quiravent.mediaServices.getPlayer('url', {}, () => say('player '));
-    held.blocked().then(() => {
-      const log = (text) => () => say(text);
-      new quiravent.TunerWorker('a', 'b', log('data '), log('complete ')).closeTuner();
-      say(recorder.calls('${SELECT}').length + ' ');
-      held.open();
-    });
-    process.on('exit', () => say(String(recorder.calls().map((call) => call.fn).slice(-2))));`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, `0 player complete ${SELECT},${UNSELECT}`);
-  });
-});
-
-test('after the end, reports and closing do nothing', (t) => {
-  recorder.reset();
-  const tuner = openTuner('a', 'b');
-  return selected()
-    .then(() => endAll([tuner]))
-    .then(() => {
-      const calls = recorder.calls().length;
-      const length = tuner.log.length;
-      for (let count = 0; count < 100; count += 1) tuner.close();
-      return recorder
-        .fire(recorder.rising(dtv(0), 100))
-        .then((count) => t.equal(count, 100, 'the device may still report'))
-        .then(quiet)
-        .then(() => {
-          t.equal(tuner.log.length, length);
-          t.equal(recorder.calls().length, calls);
-        });
-    });
 });
 
 test('a second worker takes the reports, and each unselects for itself', (t) => {
@@ -316,31 +166,6 @@ test('a second worker takes the reports, and each unselects for itself', (t) => 
     });
 });
 
-test('called plainly, TunerWorker makes an object all the same', (t) => {
-  recorder.reset();
-  const log = [];
-  const note = (role) =>
-    function () {
-      log.push([role].concat(Array.prototype.slice.call(arguments)));
-      recorder.recheck();
-    };
-  const TunerWorker = quiravent.TunerWorker;
-  const tuner = TunerWorker('a', 'b', note('data'), note('complete'), note('error'));
-  t.ok(tuner instanceof TunerWorker);
-  return selected()
-    .then(() => recorder.fire(dtv(0)))
-    .then(() => recorder.waitUntil(() => log.length > 0, 'the report'))
-    .then(quiet)
-    .then(() => {
-      tuner.closeTuner();
-      return recorder.waitUntil(() => log.length > 1, 'the completion');
-    })
-    .then(() => {
-      t.deepEqual(log, [['data', 'tunerlock', '1,'], ['complete']]);
-      t.deepEqual(recorder.argsOf(SELECT), [['a', 'b', 'function']]);
-    });
-});
-
 test('without arguments, the word undefined is selected, twice', (t) => {
   const source = `
     recorder.clear();
@@ -353,52 +178,5 @@ test('without arguments, the word undefined is selected, twice', (t) => {
     t.equal(result.code, 5, result.stderr);
     const call = JSON.stringify([SELECT, 'undefined', 'undefined', 'function']);
     t.equal(result.stdout, `[${call},${call}]`);
-  });
-});
-
-test('a worker outlives its script object', (t) => {
-  const source = `
-    const tuner = support('workers').openTuner('a', 'b');
-    tuner.object = null;
-    recorder.waitForCalls('${SELECT}')
-      .then(() => support('collection').collect())
-      .then(() => tuner.report(recorder.event('dtv', 7)))
-      .then((events) => {
-        say(events.join() + ' ' + recorder.calls('${UNSELECT}').length);
-        process.exit(0);
-      });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, 'tunerlock,0,Sem Sinal 0');
-  });
-});
-
-test('listeners that are no functions are noticed when they are called', (t) => {
-  const source = `
-    process.on('uncaughtException', (error) => say(error.name + ' '));
-    const tuner = new quiravent.TunerWorker('a', 'b', 5);
-    recorder.waitForCalls('${SELECT}').then(support('threads').quiet)
-      .then(() => recorder.fire(recorder.event('dtv', 0)))
-      .then(support('threads').quiet)
-      .then(() => {
-        say('closing ');
-        tuner.closeTuner();
-      });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, 'TypeError closing TypeError ');
-  });
-});
-
-['{ toString() { throw new Error("no"); } }', 'Symbol("s")'].forEach((value) => {
-  test(`fatal: ${value} as selector`, (t) => {
-    const source = `
-      recorder.echo();
-      new quiravent.TunerWorker(${value}, 'b');
-      say('survived');`;
-    return runScript(source).then((result) => {
-      t.equal(result.signal, 'SIGABRT');
-      t.equal(result.stdout, '');
-    });
   });
 });

@@ -6,7 +6,7 @@ const quiravent = require('./support/module');
 const { openInput, openTuner, newPlayer, follow, endAll } = require('./support/workers');
 const { quiet, threadNames, descriptorCount } = require('./support/threads');
 const { load } = require('./support/pace');
-const { runScript } = require('./support/process');
+const { runScript, says } = require('./support/process');
 
 const SENDERS = 4;
 const EVENTS_EACH = load(62500);
@@ -264,10 +264,7 @@ test('events of one turn after a throwing one are heard all the same', (t) => {
         worker.closeInput();
         return fire(1);
       });`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, '5,6,six,7,8,9,5,5');
-  });
+  return says(t, source, '5,6,six,7,8,9,5,5');
 });
 
 test('process.exit ends a process with open workers of all kinds', (t) => {
@@ -294,8 +291,5 @@ test('an open worker keeps the process, and one that has ended doesn’t', (t) =
     const tuner = new quiravent.TunerWorker('a', 'b', () => {}, () => say('complete '));
     tuner.closeTuner();
     process.on('exit', () => say('exit'));`;
-  return runScript(source).then((result) => {
-    t.equal(result.code, 0, result.stderr);
-    t.equal(result.stdout, 'complete exit');
-  });
+  return says(t, source, 'complete exit');
 });

@@ -6,6 +6,7 @@
 const fs = require('fs');
 const path = require('path');
 const { build } = require('./build');
+const { numberIn } = require('./counts');
 const { mustRun, root, run } = require('./run');
 const { setup } = require('./setup');
 
@@ -68,11 +69,6 @@ function wordsFor(target, options) {
   const folders = [folder('corpus', target), folder('seeds', target)];
   const kept = path.join(source, 'seeds', target);
   return words.concat(folders, fs.existsSync(kept) ? kept : []);
-}
-
-function numberIn(text, pattern) {
-  const found = text.match(pattern);
-  return found ? Number(found[1]) : 0;
 }
 
 /** Runs one program for the time given; resolves with whether nothing was found. */

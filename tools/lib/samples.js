@@ -47,9 +47,12 @@ function inFolder(use) {
   }
 }
 
+/** Not an example, but run as one. */
+const LATE_LIBRARIES = path.join(root, 'tools', 'samples', 'late-libraries.js');
+
 /**
- * Runs an example with the module that a folder holds; answers as run does. prefix: words before the
- * runtime's program.
+ * Runs an example, or a file by its full path, with the module that a folder holds; answers as run
+ * does. prefix: words before the runtime's program.
  */
 function runExample(runtime, folder, words, variables, prefix) {
   const env = Object.assign({}, process.env, {
@@ -62,7 +65,7 @@ function runExample(runtime, folder, words, variables, prefix) {
   });
   const command = (prefix || []).concat(
     [runtime.program, '-r', path.join(root, 'tools', 'samples', 'frozen-date.js')],
-    [path.join(root, 'examples', words[0])],
+    [path.resolve(root, 'examples', words[0])],
     words.slice(1)
   );
   return run(command[0], command.slice(1), { capture: true, env: Object.assign(env, variables) });
@@ -108,7 +111,7 @@ const WINDOW = {
 const HEADLESS = { prefix: [], variables: {} };
 
 /** What the libraries of a device, given by its porting layer, take of the runtime's own. */
-function takenBy(layer, runtime, screen) {
+function takenBy(layer, runtime, screen, words) {
   return inFolder((folder) => {
     fs.symlinkSync(layer, path.join(folder, 'libquiravent_porting_layer.so'));
     fs.symlinkSync(device, path.join(folder, 'libquiravent_desktop.so'));
@@ -118,7 +121,7 @@ function takenBy(layer, runtime, screen) {
       screen.variables,
       logVariables(log)
     );
-    const result = runExample(runtime, folder, ['hello', '0'], variables, screen.prefix);
+    const result = runExample(runtime, folder, words, variables, screen.prefix);
     if (result.status !== 0) throw new Failure(`ended with ${result.status}: ${result.stderr}`);
     return takenFrom(runtime.program, log);
   });
@@ -127,8 +130,13 @@ function takenBy(layer, runtime, screen) {
 /** The device as it is opened takes nothing; if it were linked plainly it would. */
 function bindingFault(runtime) {
   const layer = path.join(desktop, 'libquiravent_porting_layer.so');
-  const taken = takenBy(layer, runtime, HEADLESS).concat(takenBy(layer, runtime, WINDOW));
-  const plainly = takenBy(device, runtime, HEADLESS);
+  const hello = ['hello', '0'];
+  const taken = [].concat(
+    takenBy(layer, runtime, HEADLESS, hello),
+    takenBy(layer, runtime, WINDOW, hello),
+    takenBy(layer, runtime, HEADLESS, [LATE_LIBRARIES])
+  );
+  const plainly = takenBy(device, runtime, HEADLESS, hello);
   console.log(
     `# ${runtime.name}: the device takes ${taken.length} symbols from the runtime; opened plainly it ` +
       `would take ${plainly.length}`

@@ -2,10 +2,9 @@
 
 // The suites of tests. Each runs by itself and answers how many of its cases passed and failed.
 
-const fs = require('fs');
 const path = require('path');
 const { build } = require('./build');
-const { countsOf, numberIn, sum } = require('./counts');
+const { countsOf } = require('./counts');
 const { fuzz, targets } = require('./fuzz');
 const { checkCounts } = require('./instructions');
 const { root, run } = require('./run');
@@ -14,22 +13,16 @@ const { SanitizedRun } = require('./sanitizers');
 const { runScriptTests } = require('./script-tests');
 const { setup } = require('./setup');
 
-/** Runs one GoogleTest program; its output is shown when it fails. */
-function runNativeProgram(program) {
-  const result = run(program, ['--gtest_brief=1'], { capture: true });
-  const passed = numberIn(result.stdout, /\[ {2}PASSED {2}\] (\d+) test/);
-  const failed = numberIn(result.stdout, /(\d+) FAILED TEST/);
-  if (result.status !== 0) process.stdout.write(result.stdout + result.stderr);
-  // A program that crashed, or ran nothing, has failed once.
-  const broken = (result.status !== 0 && failed === 0) || passed + failed === 0;
-  return { passed, failed: broken ? failed + 1 : failed };
+/** Runs one of the project's own programs that says last how many cases passed and failed. */
+function runTool(words) {
+  const result = run(process.execPath, words, { stdio: ['ignore', 'pipe', 'inherit'] });
+  process.stdout.write(result.stdout);
+  return countsOf(result);
 }
 
 function runNative(preset) {
   build(preset);
-  const folder = path.join(root, 'build', preset, 'test');
-  const programs = fs.readdirSync(folder).filter((name) => name.endsWith('_test'));
-  return sum(programs.map((name) => runNativeProgram(path.join(folder, name))));
+  return runTool(['test/run-native.js', path.join(root, 'build', preset, 'test')]);
 }
 
 /** Runs a folder of script tests over the porting layer in a folder of the build. */
@@ -57,13 +50,6 @@ function runSanitizedScripts(preset, folder, library) {
   reports.forEach((text) => process.stdout.write(text));
   count.failed += reports.length;
   return count;
-}
-
-function runSoak(minutes) {
-  const words = ['tools/soak.js', '--minutes', String(minutes)];
-  const result = run(process.execPath, words, { stdio: ['ignore', 'pipe', 'inherit'] });
-  process.stdout.write(result.stdout);
-  return countsOf(result);
 }
 
 /** The suites of a folder of script tests, one under each sanitizer. */
@@ -94,8 +80,12 @@ const suites = [
   { name: 'instructions', run: checkCounts },
   { name: 'native-sanitized', run: () => runNative('asan') },
   { name: 'leaks', run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder') },
-  { name: 'fuzz', run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 }) },
-  { name: 'soak', run: () => runSoak(0.5) },
+  {
+    name: 'fuzz',
+    group: 'ci',
+    run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 })
+  },
+  { name: 'soak', group: 'ci', run: () => runTool(['tools/soak.js', '--minutes', '2']) },
   ...sanitizedSuites('script', 'recorder'),
   ...sanitizedSuites('faults', 'recorder'),
   ...sanitizedSuites('device', '.'),

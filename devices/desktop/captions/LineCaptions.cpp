@@ -18,16 +18,16 @@ constexpr Color kWhite{255, 255, 255, 255};
 constexpr Color kBlack{0, 0, 0, 255};
 
 AvCodecContext openDecoder() {
-    const AVCodec* const codec = avcodec_find_decoder(AV_CODEC_ID_EIA_608);
-    AvCodecContext context(codec == nullptr ? nullptr : avcodec_alloc_context3(codec));
+    const AVCodec* const codec = ffmpeg().avcodec_find_decoder(AV_CODEC_ID_EIA_608);
+    AvCodecContext context(codec == nullptr ? nullptr : ffmpeg().avcodec_alloc_context3(codec));
     if (!context) return nullptr;
     context->pkt_timebase = kMicroseconds;
     AVDictionary* options = nullptr;
-    av_dict_set(&options, "real_time", "1", 0);
-    av_dict_set(&options, "real_time_latency_msec", "0", 0);
-    av_dict_set(&options, "data_field", "first", 0);
-    const int opened = avcodec_open2(context.get(), codec, &options);
-    av_dict_free(&options);
+    ffmpeg().av_dict_set(&options, "real_time", "1", 0);
+    ffmpeg().av_dict_set(&options, "real_time_latency_msec", "0", 0);
+    ffmpeg().av_dict_set(&options, "data_field", "first", 0);
+    const int opened = ffmpeg().avcodec_open2(context.get(), codec, &options);
+    ffmpeg().av_dict_free(&options);
     if (opened < 0) return nullptr;
     return context;
 }
@@ -106,20 +106,21 @@ void LineCaptions::accept(const std::vector<CaptionPair>& pairs, int64_t pts) {
         const auto picked = m_channel.pick(pair);
         if (!picked) continue;
         const AvPacket packet = makePacket();
-        if (av_new_packet(packet.get(), 3) < 0) return;
+        if (ffmpeg().av_new_packet(packet.get(), 3) < 0) return;
         packet->data[0] = 0xFC;
         std::copy(picked->bytes.begin(), picked->bytes.end(), packet->data + 1);
         packet->pts = pts;
         AVSubtitle subtitle{};
         int complete = 0;
-        if (avcodec_decode_subtitle2(m_decoder.get(), &subtitle, &complete, packet.get()) < 0)
+        if (ffmpeg().avcodec_decode_subtitle2(m_decoder.get(), &subtitle, &complete, packet.get()) <
+            0)
             continue;
         if (complete == 0) continue;
         const AVSubtitleRect* const last = subtitle.rects[subtitle.num_rects - 1];
         m_cue.placedLines = EventReader(last->ass == nullptr ? "" : last->ass).read();
         m_cue.begin = pts;
         m_cue.end = INT64_MAX;
-        avsubtitle_free(&subtitle);
+        ffmpeg().avsubtitle_free(&subtitle);
     }
 }
 

@@ -35,6 +35,9 @@ struct SampleSteps {
     int64_t stepY;
 };
 
+/// Added to a position, rounds it to a weight of 1/128: its bits 25 to 31.
+static constexpr int64_t kHalfSampleWeight = int64_t{1} << 24;
+
 /// Filter weights of one axis of a scaled picture: each sum of `taps` weights is 1 << shift.
 struct FilterRow {
     const uint32_t* first;   ///< per output pixel, the input pixel of its first weight
@@ -104,7 +107,9 @@ struct Kernels {
     void (*halveRows)(uint32_t* destination, const uint32_t* upper, const uint32_t* lower,
                       size_t count);
 
-    /// Bilinear samples with weights of 1/256; positions outside read the nearest edge.
+    /// Bilinear samples; positions outside read the nearest edge. Positions are rounded to 1/128.
+    /// Columns are mixed first, exactly; then the way from the upper row to the lower is added, and
+    /// the sum made a byte, each rounded to nearest, halves upwards.
     void (*samplePixels)(uint32_t* destination, const SampleSource<uint32_t>& source,
                          const SampleSteps& steps, size_t count);
     void (*sampleCoverage)(uint8_t* destination, const SampleSource<uint8_t>& source,

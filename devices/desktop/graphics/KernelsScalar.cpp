@@ -154,32 +154,46 @@ void halveRows(uint32_t* destination, const uint32_t* upper, const uint32_t* low
     }
 }
 
-/// From a (weight 0) to b (weight 256), halves rounded up.
-uint32_t mix256(uint32_t a, uint32_t b, uint32_t weight) {
-    const uint32_t even =
-        (a & kEvenChannels) * (256 - weight) + (b & kEvenChannels) * weight + 0x00800080U;
-    const uint32_t odd = ((a >> 8) & kEvenChannels) * (256 - weight) +
-                         ((b >> 8) & kEvenChannels) * weight + 0x00800080U;
-    return ((even >> 8) & kEvenChannels) | (odd & ~kEvenChannels);
+/// The channels of pixels that are added up with weights of 1/128, as words.
+struct WideChannels {
+    uint32_t even;
+    uint32_t odd;
+};
+
+/// From a (weight 0) to b (weight 128).
+WideChannels betweenColumns(uint32_t a, uint32_t b, uint32_t weight) {
+    return {(a & kEvenChannels) * (128 - weight) + (b & kEvenChannels) * weight,
+            ((a >> 8) & kEvenChannels) * (128 - weight) + ((b >> 8) & kEvenChannels) * weight};
+}
+
+/// One channel as a byte, from that of `upper` (weight 0) to that of `lower` (weight 128).
+uint32_t betweenRows(uint32_t upper, uint32_t lower, uint32_t weight) {
+    const int32_t way = static_cast<int32_t>(lower & 0xFFFF) - static_cast<int32_t>(upper & 0xFFFF);
+    const int32_t step = (way * static_cast<int32_t>(weight) + 64) >> 7;
+    return (static_cast<uint32_t>(static_cast<int32_t>(upper & 0xFFFF) + step) + 64) >> 7;
+}
+
+uint32_t betweenRows(const WideChannels& upper, const WideChannels& lower, uint32_t weight) {
+    return betweenRows(upper.even, lower.even, weight) |
+           betweenRows(upper.odd, lower.odd, weight) << 8 |
+           betweenRows(upper.even >> 16, lower.even >> 16, weight) << 16 |
+           betweenRows(upper.odd >> 16, lower.odd >> 16, weight) << 24;
 }
 
 /// The two neighbours of a position on one axis, held to the source, and the weight of the second.
 struct Neighbours {
     size_t first;
     size_t second;
-    uint32_t weight;
+    uint32_t weight;  ///< 0 to 127
 };
 
 Neighbours neighboursAt(int64_t position, uint32_t size) {
-    constexpr int64_t kOne = int64_t{1} << 32;
-    const int64_t last = static_cast<int64_t>(size) - 1;
-    if (position <= 0) return {0, 0, 0};
-    if (position >= last * kOne) return {size - 1, size - 1, 0};
-    const int64_t rounded = position + (kOne >> 9);
-    const auto index = static_cast<size_t>(position / kOne);
-    // May reach 256, all of the second, when the position rounds up to it.
-    const auto weight = static_cast<uint32_t>((rounded >> 24) - (static_cast<int64_t>(index) << 8));
-    return {index, index + 1, weight};
+    const int64_t rounded = position + kHalfSampleWeight;
+    const size_t last = size - 1;
+    if (rounded < 0) return {0, 0, 0};
+    const auto index = static_cast<size_t>(rounded >> 32);
+    if (index >= last) return {last, last, 0};
+    return {index, index + 1, static_cast<uint32_t>(rounded >> 25) & 127};
 }
 
 template <typename Value>
@@ -192,9 +206,9 @@ void sampleRow(Value* destination, const SampleSource<Value>& source, const Samp
         const Neighbours down = neighboursAt(y, source.height);
         const Value* upper = source.values + down.first * source.stride;
         const Value* lower = source.values + down.second * source.stride;
-        const uint32_t above = mix256(upper[across.first], upper[across.second], across.weight);
-        const uint32_t below = mix256(lower[across.first], lower[across.second], across.weight);
-        destination[i] = static_cast<Value>(mix256(above, below, down.weight));
+        const auto above = betweenColumns(upper[across.first], upper[across.second], across.weight);
+        const auto below = betweenColumns(lower[across.first], lower[across.second], across.weight);
+        destination[i] = static_cast<Value>(betweenRows(above, below, down.weight));
     }
 }
 

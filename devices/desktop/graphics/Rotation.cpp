@@ -7,10 +7,6 @@ namespace quiravent::desktop {
 
 namespace {
 
-Region grown(const Region& region, double by) {
-    return {region.left - by, region.top - by, region.right + by, region.bottom + by};
-}
-
 /// The share of a pixel that lies inside of an edge `distance` away from its centre.
 double ramp(double distance) { return std::clamp(distance + 0.5, 0.0, 1.0); }
 
@@ -29,6 +25,10 @@ Rotation::Rotation(const Box& frame, Point direction)
       m_center{static_cast<double>(frame.left + frame.right) / 2,
                static_cast<double>(frame.top + frame.bottom) / 2},
       m_halfFrame{static_cast<double>(frame.width()) / 2, static_cast<double>(frame.height()) / 2} {
+}
+
+Region Rotation::grown(const Region& region, double by) {
+    return {region.left - by, region.top - by, region.right + by, region.bottom + by};
 }
 
 Point Rotation::frameAt(int64_t x, int64_t y) const {
@@ -58,10 +58,10 @@ Box Rotation::boundsOf(const Region& region) const {
 }
 
 /// The columns whose centres lie within the region, on its edges included.
-Rotation::Piece Rotation::columnsWithin(const Region& region, const Piece& columns,
-                                        int64_t y) const {
+Rotation::Columns Rotation::columnsWithin(const Region& region, const Columns& columns,
+                                          int64_t y) const {
     const Point start = frameAt(columns.first, y);
-    Piece found = columns;
+    Columns found = columns;
     const auto narrow = [&](double value, double step, double low, double high) {
         const bool outside = step == 0 && (value < low || value > high);
         if (low > high || outside) found.last = found.first;
@@ -81,37 +81,53 @@ Rotation::Piece Rotation::columnsWithin(const Region& region, const Piece& colum
     return found;
 }
 
-Rotation::Pieces Rotation::piecesOf(const Region& region, const Box& limits, int64_t y) const {
-    const Piece all{limits.left, limits.right, false};
-    const Piece touched = columnsWithin(grown(region, 0.5), all, y);
-    if (touched.last <= touched.first) return {};
-    const Piece whole = columnsWithin(grown(region, -0.5), touched, y);
-    if (whole.last <= whole.first) return {{touched, {}, {}}};
-    return {{{touched.first, whole.first, false},
-             {whole.first, whole.last, true},
-             {whole.last, touched.last, false}}};
+Box Rotation::prepare(const Region& region, const Box& limits) {
+    const Box rows = intersection(boundsOf(region), limits);
+    if (!rows.empty()) m_coverage.resize(static_cast<size_t>(rows.width()));
+    return rows;
 }
 
-Rotation::Run Rotation::runOf(const Region& region, const Piece& piece, int64_t y) {
-    const auto length = static_cast<size_t>(piece.last - piece.first);
-    const Point start = frameAt(piece.first, y);
-    if (piece.whole) return {piece.first, y, length, start.x, start.y, nullptr};
-    for (size_t i = 0; i < length; ++i) {
+Rotation::Run Rotation::runOf(const Region& region, const Columns& touched, int64_t y) {
+    const auto length = static_cast<size_t>(touched.last - touched.first);
+    const Columns found = columnsWithin(grown(region, -0.5), touched, y);
+    const Columns whole = found.last > found.first ? found : Columns{touched.last, touched.last};
+    const Point start = frameAt(touched.first, y);
+    const Run run{touched.first,
+                  y,
+                  length,
+                  start.x,
+                  start.y,
+                  static_cast<size_t>(whole.first - touched.first),
+                  static_cast<size_t>(whole.last - touched.first),
+                  m_coverage.data()};
+    coverEdge(region, run, 0, run.wholeFirst);
+    coverEdge(region, run, run.wholeLast, length);
+    return run;
+}
+
+void Rotation::coverEdge(const Region& region, const Run& run, size_t first, size_t last) {
+    for (size_t i = first; i < last; ++i) {
         const double along = static_cast<double>(i);
-        const double x = start.x + along * m_direction.x;
-        const double y2 = start.y - along * m_direction.y;
-        const double share = ramp(x - region.left) * ramp(region.right - x) *
-                             ramp(y2 - region.top) * ramp(region.bottom - y2);
-        m_coverage[i] = static_cast<uint8_t>(std::lround(share * 255));
+        const double x = run.left + along * m_direction.x;
+        const double y = run.top - along * m_direction.y;
+        const double share = ramp(x - region.left) * ramp(region.right - x) * ramp(y - region.top) *
+                             ramp(region.bottom - y);
+        m_coverage[i] = static_cast<uint8_t>(share * 255 + 0.5);
     }
-    return {piece.first, y, length, start.x, start.y, m_coverage.data()};
 }
 
-SampleSteps Rotation::stepsOf(const Run& run, const Region& region, double scaleX,
-                              double scaleY) const {
-    return {toFixed((run.left - region.left) * scaleX - 0.5),
-            toFixed((run.top - region.top) * scaleY - 0.5), toFixed(m_direction.x * scaleX),
-            toFixed(-m_direction.y * scaleY)};
+Rotation::Sampling::Sampling(const Rotation& rotation, const Region& region, double scaleX,
+                             double scaleY)
+    : m_left(region.left),
+      m_top(region.top),
+      m_scaleX(scaleX),
+      m_scaleY(scaleY),
+      m_stepX(toFixed(rotation.m_direction.x * scaleX)),
+      m_stepY(toFixed(-rotation.m_direction.y * scaleY)) {}
+
+SampleSteps Rotation::Sampling::along(const Run& run) const {
+    return {toFixed((run.left - m_left) * m_scaleX - 0.5),
+            toFixed((run.top - m_top) * m_scaleY - 0.5), m_stepX, m_stepY};
 }
 
 }  // namespace quiravent::desktop

@@ -45,7 +45,8 @@ AVMediaType mediaTypeOf(TrackKind kind) {
 }
 
 TrackRef makeTrack(Pid pid, StreamCodec codec, AVCodecID id) {
-    const std::unique_ptr<AVCodecParameters, AvDelete> parameters(avcodec_parameters_alloc());
+    const std::unique_ptr<AVCodecParameters, AvDelete> parameters(
+        ffmpeg().avcodec_parameters_alloc());
     if (!parameters) throw std::bad_alloc();
     auto track = std::make_shared<Track>();
     track->kind = trackKindOf(codec);
@@ -59,7 +60,7 @@ TrackRef makeTrack(Pid pid, StreamCodec codec, AVCodecID id) {
 }  // namespace
 
 void ElementaryStreamParser::Close::operator()(AVCodecParserContext* parser) const {
-    av_parser_close(parser);
+    ffmpeg().av_parser_close(parser);
 }
 
 std::unique_ptr<ElementaryStreamParser> ElementaryStreamParser::make(Pid pid, StreamCodec codec) {
@@ -75,8 +76,8 @@ ElementaryStreamParser::ElementaryStreamParser(TrackRef track, StreamCodec codec
     : m_track(std::move(track)), m_codec(codec) {
     if (m_track->kind == TrackKind::subtitle) return;
     const AVCodecID id = m_track->codec->codec_id;
-    m_context.reset(avcodec_alloc_context3(nullptr));
-    m_parser.reset(av_parser_init(static_cast<int>(id)));
+    m_context.reset(ffmpeg().avcodec_alloc_context3(nullptr));
+    m_parser.reset(ffmpeg().av_parser_init(static_cast<int>(id)));
     if (!m_context || !m_parser) throw std::bad_alloc();
     m_context->codec_id = id;
     m_context->codec_type = m_track->codec->codec_type;
@@ -99,8 +100,8 @@ std::vector<PacketRef> ElementaryStreamParser::parse(const PesUnit& unit, int64_
     while (left > 0) {
         uint8_t* piece = nullptr;
         int size = 0;
-        const int used = av_parser_parse2(m_parser.get(), m_context.get(), &piece, &size, rest,
-                                          left, pts, dts, 0);
+        const int used = ffmpeg().av_parser_parse2(m_parser.get(), m_context.get(), &piece, &size,
+                                                   rest, left, pts, dts, 0);
         rest += used;
         left -= used;
         pts = dts = kNoTime;  // which are those of the first piece that begins in the unit
@@ -125,7 +126,8 @@ PacketRef ElementaryStreamParser::packet(const uint8_t* data, size_t size, int64
                                          int64_t dts) {
     auto result = std::make_shared<Packet>();
     result->data = makePacket();
-    if (av_new_packet(result->data.get(), static_cast<int>(size)) < 0) throw std::bad_alloc();
+    if (ffmpeg().av_new_packet(result->data.get(), static_cast<int>(size)) < 0)
+        throw std::bad_alloc();
     std::copy_n(data, size, result->data->data);
     const bool isAudio = m_track->kind == TrackKind::audio;
     if (isAudio && m_parser->duration > 0 && m_context->sample_rate > 0)
@@ -153,7 +155,8 @@ PacketRef ElementaryStreamParser::subtitle(const PesUnit& unit, int64_t pts) con
     auto result = std::make_shared<Packet>();
     result->data = makePacket();
     const size_t size = unit.data.size() - kHead;
-    if (av_new_packet(result->data.get(), static_cast<int>(size)) < 0) throw std::bad_alloc();
+    if (ffmpeg().av_new_packet(result->data.get(), static_cast<int>(size)) < 0)
+        throw std::bad_alloc();
     std::copy_n(unit.data.data() + kHead, size, result->data->data);
     result->track = m_track->id;
     result->pts = result->dts = result->data->pts = pts;

@@ -12,7 +12,7 @@ class VideoCaptionsOverlay : public PictureCaptions {
 
     void follow(const VideoFrame& frame) override {
         const AVFrameSideData* const data =
-            av_frame_get_side_data(frame.picture.get(), AV_FRAME_DATA_A53_CC);
+            ffmpeg().av_frame_get_side_data(frame.picture.get(), AV_FRAME_DATA_A53_CC);
         m_captions.accept(
             data == nullptr ? std::vector<CaptionPair>{} : captionPairs(data->data, data->size),
             frame.pts);

@@ -5,10 +5,6 @@
 #include <string_view>
 #include <utility>
 
-extern "C" {
-#include <libavutil/log.h>
-}
-
 namespace quiravent::desktop {
 
 namespace {
@@ -35,17 +31,18 @@ void noteMessage(void* context, int level, const char* format, va_list) {
 
 }  // namespace
 
-AvPacket makePacket() { return owned<AvPacket>(av_packet_alloc()); }
+AvPacket makePacket() { return owned<AvPacket>(ffmpeg().av_packet_alloc()); }
 
-AvFrame makeFrame() { return owned<AvFrame>(av_frame_alloc()); }
+AvFrame makeFrame() { return owned<AvFrame>(ffmpeg().av_frame_alloc()); }
 
 std::shared_ptr<const AVCodecParameters> copyOf(const AVCodecParameters& codec) {
-    auto copy = owned<std::unique_ptr<AVCodecParameters, AvDelete>>(avcodec_parameters_alloc());
-    if (avcodec_parameters_copy(copy.get(), &codec) < 0) throw std::bad_alloc();
+    auto copy =
+        owned<std::unique_ptr<AVCodecParameters, AvDelete>>(ffmpeg().avcodec_parameters_alloc());
+    if (ffmpeg().avcodec_parameters_copy(copy.get(), &codec) < 0) throw std::bad_alloc();
     return copy;
 }
 
-void quietAv() { av_log_set_callback(noteMessage); }
+void quietAv() { ffmpeg().av_log_set_callback(noteMessage); }
 
 bool takeCertificateRefusal() { return std::exchange(t_certificateRefused, false); }
 

@@ -4,12 +4,7 @@
 #include <limits>
 #include <memory>
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-#include <libavutil/avutil.h>
-}
-
+#include "media/Ffmpeg.h"
 #include "support/Clock.h"
 
 /// Owners for the objects of the FFmpeg libraries. An owner that a make function gives is never
@@ -17,12 +12,12 @@ extern "C" {
 namespace quiravent::desktop {
 
 struct AvDelete {
-    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
-    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
-    void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
-    void operator()(AVCodecParameters* codec) const { avcodec_parameters_free(&codec); }
-    void operator()(AVFormatContext* format) const { avformat_close_input(&format); }
-    void operator()(AVDictionary* options) const { av_dict_free(&options); }
+    void operator()(AVPacket* packet) const { ffmpeg().av_packet_free(&packet); }
+    void operator()(AVFrame* frame) const { ffmpeg().av_frame_free(&frame); }
+    void operator()(AVCodecContext* context) const { ffmpeg().avcodec_free_context(&context); }
+    void operator()(AVCodecParameters* codec) const { ffmpeg().avcodec_parameters_free(&codec); }
+    void operator()(AVFormatContext* format) const { ffmpeg().avformat_close_input(&format); }
+    void operator()(AVDictionary* options) const { ffmpeg().av_dict_free(&options); }
 };
 
 using AvPacket = std::unique_ptr<AVPacket, AvDelete>;
@@ -38,7 +33,8 @@ std::shared_ptr<const AVCodecParameters> copyOf(const AVCodecParameters& codec);
 constexpr int64_t kNoTime = AV_NOPTS_VALUE;
 constexpr AVRational kMicroseconds{1, 1000000};
 
-/// Keeps the libraries from writing to standard error; call before any other use of them.
+/// Opens the libraries, and keeps them from writing to standard error; call before any other use of
+/// them. Throws DeviceError with the reason where they can't be opened.
 void quietAv();
 
 /// Whether a server's certificate was refused on this thread since the last call. The libraries'

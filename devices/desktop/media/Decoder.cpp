@@ -21,25 +21,25 @@ int threadsFor(const AVCodecParameters& codec) {
 }  // namespace
 
 std::unique_ptr<Decoder> Decoder::open(const Track& track) {
-    const AVCodec* codec = avcodec_find_decoder(track.codec->codec_id);
+    const AVCodec* codec = ffmpeg().avcodec_find_decoder(track.codec->codec_id);
     if (codec == nullptr) return nullptr;
-    AvCodecContext context(avcodec_alloc_context3(codec));
-    if (!context || avcodec_parameters_to_context(context.get(), track.codec.get()) < 0)
+    AvCodecContext context(ffmpeg().avcodec_alloc_context3(codec));
+    if (!context || ffmpeg().avcodec_parameters_to_context(context.get(), track.codec.get()) < 0)
         return nullptr;
     context->pkt_timebase = kMicroseconds;
     context->thread_count = threadsFor(*track.codec);
-    if (avcodec_open2(context.get(), codec, nullptr) < 0) return nullptr;
+    if (ffmpeg().avcodec_open2(context.get(), codec, nullptr) < 0) return nullptr;
     return std::unique_ptr<Decoder>(new Decoder(std::move(context)));
 }
 
 bool Decoder::send(const AVPacket* packet) {
-    const int result = avcodec_send_packet(m_context.get(), packet);
+    const int result = ffmpeg().avcodec_send_packet(m_context.get(), packet);
     return result >= 0 || result == AVERROR_EOF;
 }
 
 AvFrame Decoder::receive() {
     AvFrame frame = makeFrame();
-    if (avcodec_receive_frame(m_context.get(), frame.get()) < 0) return nullptr;
+    if (ffmpeg().avcodec_receive_frame(m_context.get(), frame.get()) < 0) return nullptr;
     return frame;
 }
 

@@ -27,7 +27,7 @@ class Decoder {
     }
 
     /// Forgets what is half decoded.
-    void reset() { avcodec_flush_buffers(m_context.get()); }
+    void reset() { ffmpeg().avcodec_flush_buffers(m_context.get()); }
 
   private:
     explicit Decoder(AvCodecContext context) : m_context(std::move(context)) {}

@@ -5,11 +5,6 @@
 #include <cstring>
 #include <utility>
 
-extern "C" {
-#include <libavutil/imgutils.h>
-#include <libavutil/pixdesc.h>
-}
-
 namespace quiravent::desktop {
 
 namespace {
@@ -20,7 +15,8 @@ constexpr int kAlignment = 32;
 constexpr int kNoise = 2;
 
 bool isPlanar8(int format) {
-    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(format));
+    const AVPixFmtDescriptor* description =
+        ffmpeg().av_pix_fmt_desc_get(static_cast<AVPixelFormat>(format));
     if (description == nullptr || (description->flags & AV_PIX_FMT_FLAG_RGB) != 0) return false;
     if ((description->flags & AV_PIX_FMT_FLAG_PLANAR) == 0) return false;
     return std::all_of(
@@ -92,7 +88,9 @@ bool follows(const VideoFrame& frame, const VideoFrame& before) {
 
 }  // namespace
 
-void Deinterlacer::Free::operator()(AVBufferPool* pool) const { av_buffer_pool_uninit(&pool); }
+void Deinterlacer::Free::operator()(AVBufferPool* pool) const {
+    ffmpeg().av_buffer_pool_uninit(&pool);
+}
 
 bool Deinterlacer::isInterlaced(const VideoFrame& frame) {
     return frame.picture->interlaced_frame != 0 && frame.picture->height >= 2 &&
@@ -101,21 +99,21 @@ bool Deinterlacer::isInterlaced(const VideoFrame& frame) {
 
 AvFrame Deinterlacer::allocate(const AVFrame& like) {
     const auto format = static_cast<AVPixelFormat>(like.format);
-    const int size = av_image_get_buffer_size(format, like.width, like.height, kAlignment);
+    const int size = ffmpeg().av_image_get_buffer_size(format, like.width, like.height, kAlignment);
     if (size <= 0) return nullptr;
     if (m_poolSize != static_cast<size_t>(size)) {
         m_poolSize = static_cast<size_t>(size);
-        m_pool.reset(av_buffer_pool_init(m_poolSize, nullptr));
+        m_pool.reset(ffmpeg().av_buffer_pool_init(m_poolSize, nullptr));
     }
     AvFrame frame = makeFrame();
-    if (!m_pool || av_frame_copy_props(frame.get(), &like) < 0) return nullptr;
+    if (!m_pool || ffmpeg().av_frame_copy_props(frame.get(), &like) < 0) return nullptr;
     frame->format = like.format;
     frame->width = like.width;
     frame->height = like.height;
-    frame->buf[0] = av_buffer_pool_get(m_pool.get());
+    frame->buf[0] = ffmpeg().av_buffer_pool_get(m_pool.get());
     if (frame->buf[0] == nullptr) return nullptr;
-    if (av_image_fill_arrays(frame->data, frame->linesize, frame->buf[0]->data, format, like.width,
-                             like.height, kAlignment) < 0)
+    if (ffmpeg().av_image_fill_arrays(frame->data, frame->linesize, frame->buf[0]->data, format,
+                                      like.width, like.height, kAlignment) < 0)
         return nullptr;
     frame->interlaced_frame = 0;
     return frame;
@@ -126,8 +124,9 @@ VideoFrame Deinterlacer::field(const VideoFrame& frame, const AVFrame* before, i
     AvFrame made = allocate(picture);
     if (!made) return frame;
     const AVPixFmtDescriptor& format =
-        *av_pix_fmt_desc_get(static_cast<AVPixelFormat>(picture.format));
-    for (int plane = 0; plane < av_pix_fmt_count_planes(static_cast<AVPixelFormat>(picture.format));
+        *ffmpeg().av_pix_fmt_desc_get(static_cast<AVPixelFormat>(picture.format));
+    for (int plane = 0;
+         plane < ffmpeg().av_pix_fmt_count_planes(static_cast<AVPixelFormat>(picture.format));
          ++plane) {
         const bool chroma = plane == 1 || plane == 2;
         const int width = AV_CEIL_RSHIFT(picture.width, chroma ? format.log2_chroma_w : 0);

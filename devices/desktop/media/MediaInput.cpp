@@ -16,9 +16,9 @@ namespace {
 class Options {
   public:
     void set(const char* name, const std::string& value) {
-        av_dict_set(&m_dictionary, name, value.c_str(), 0);
+        ffmpeg().av_dict_set(&m_dictionary, name, value.c_str(), 0);
     }
-    ~Options() { av_dict_free(&m_dictionary); }
+    ~Options() { ffmpeg().av_dict_free(&m_dictionary); }
     Options() = default;
     Options(const Options&) = delete;
     Options& operator=(const Options&) = delete;
@@ -65,7 +65,7 @@ int64_t frameDurationOf(const AVStream& stream) {
     if (rate.num <= 0 || rate.den <= 0) rate = stream.r_frame_rate;
     if (rate.num <= 0 || rate.den <= 0) return 0;
     constexpr int64_t kLongest = kSecond;
-    return std::min(av_rescale(kSecond, rate.den, rate.num), kLongest);
+    return std::min(ffmpeg().av_rescale(kSecond, rate.den, rate.num), kLongest);
 }
 
 }  // namespace
@@ -86,9 +86,9 @@ int MediaInput::openPart(AVFormatContext* format, AVIOContext** stream, const ch
     const auto& self = *static_cast<const MediaInput*>(format->opaque);
     Options own;
     AVDictionary** const all = options == nullptr ? own.get() : options;
-    av_dict_set(all, "tls_verify", "1", 0);
+    ffmpeg().av_dict_set(all, "tls_verify", "1", 0);
     if (!self.m_limits.authorities.empty())
-        av_dict_set(all, "ca_file", self.m_limits.authorities.c_str(), 0);
+        ffmpeg().av_dict_set(all, "ca_file", self.m_limits.authorities.c_str(), 0);
     return self.m_openAny(format, stream, url, flags, all);
 }
 
@@ -109,7 +109,7 @@ MediaError MediaInput::openFormat(const std::string& target, bool remote) {
         setNetworkOptions(options, m_limits.timeLimit);
     else
         options.set("protocol_whitelist", "file,crypto,data,http,https,tls,tcp");
-    AVFormatContext* format = avformat_alloc_context();
+    AVFormatContext* format = ffmpeg().avformat_alloc_context();
     if (format == nullptr) return MediaError::noMemory;
     format->interrupt_callback = {&MediaInput::isInterrupted, this};
     m_openAny = format->io_open;
@@ -119,11 +119,11 @@ MediaError MediaInput::openFormat(const std::string& target, bool remote) {
     format->probesize = 2 << 20;
     format->max_analyze_duration = 2 * kSecond;
     // When this fails the context is freed.
-    int result = avformat_open_input(&format, target.c_str(), nullptr, options.get());
+    int result = ffmpeg().avformat_open_input(&format, target.c_str(), nullptr, options.get());
     if (result < 0) return errorOf(result);
     m_format.reset(format);
     chooseVariant(*format, m_limits.bandwidth);
-    result = avformat_find_stream_info(format, nullptr);
+    result = ffmpeg().avformat_find_stream_info(format, nullptr);
     if (result < 0) return errorOf(result);
     return findTracks();
 }
@@ -134,7 +134,7 @@ MediaError MediaInput::findTracks() {
         AVStream& stream = *m_format->streams[index];
         const bool playable = isPlayable(stream);
         const bool decodable =
-            playable && avcodec_find_decoder(stream.codecpar->codec_id) != nullptr;
+            playable && ffmpeg().avcodec_find_decoder(stream.codecpar->codec_id) != nullptr;
         unknownCodec |= playable && !decodable;
         if (decodable)
             m_info.tracks.push_back(trackOf(stream));
@@ -164,7 +164,8 @@ TrackRef MediaInput::trackOf(const AVStream& stream) const {
     Track track;
     track.kind = kindOf(*stream.codecpar);
     track.id = static_cast<uint32_t>(stream.index);
-    const AVDictionaryEntry* language = av_dict_get(stream.metadata, "language", nullptr, 0);
+    const AVDictionaryEntry* language =
+        ffmpeg().av_dict_get(stream.metadata, "language", nullptr, 0);
     track.language = languageCode(language == nullptr ? nullptr : language->value);
     track.codec = copyOf(*stream.codecpar);
     track.frameDuration = frameDurationOf(stream);
@@ -180,14 +181,15 @@ int64_t MediaInput::mediumStart() const {
 
 MediaError MediaInput::seek(int64_t position, uint32_t leading) {
     const AVStream& stream = *m_format->streams[leading];
-    const int64_t time = av_rescale_q(position + mediumStart(), kMicroseconds, stream.time_base);
-    const int result =
-        av_seek_frame(m_format.get(), static_cast<int>(leading), time, AVSEEK_FLAG_BACKWARD);
+    const int64_t time =
+        ffmpeg().av_rescale_q(position + mediumStart(), kMicroseconds, stream.time_base);
+    const int result = ffmpeg().av_seek_frame(m_format.get(), static_cast<int>(leading), time,
+                                              AVSEEK_FLAG_BACKWARD);
     for (Timeline& timeline : m_timelines) timeline.restart(position);
     if (result >= 0) return MediaError::none;
     // A position that the index doesn't reach down to is the beginning.
-    const int again = avformat_seek_file(m_format.get(), static_cast<int>(leading), INT64_MIN, time,
-                                         INT64_MAX, AVSEEK_FLAG_BACKWARD);
+    const int again = ffmpeg().avformat_seek_file(m_format.get(), static_cast<int>(leading),
+                                                  INT64_MIN, time, INT64_MAX, AVSEEK_FLAG_BACKWARD);
     if (again >= 0) return MediaError::none;
     const MediaError error = mediaErrorOf(again);
     return error == MediaError::unknown ? MediaError::notSeekable : error;
@@ -227,7 +229,7 @@ PacketRef MediaInput::readNext(MediaError& error) {
     error = MediaError::none;
     while (true) {
         AvPacket data = makePacket();
-        const int result = av_read_frame(m_format.get(), data.get());
+        const int result = ffmpeg().av_read_frame(m_format.get(), data.get());
         if (result < 0) {
             const int transfer = m_format->pb == nullptr ? 0 : m_format->pb->error;
             if (result != AVERROR_EOF)
@@ -245,7 +247,7 @@ PacketRef MediaInput::readNext(MediaError& error) {
 
 PacketRef MediaInput::toPacket(AvPacket data) {
     const auto index = static_cast<size_t>(data->stream_index);
-    av_packet_rescale_ts(data.get(), m_format->streams[index]->time_base, kMicroseconds);
+    ffmpeg().av_packet_rescale_ts(data.get(), m_format->streams[index]->time_base, kMicroseconds);
     if (data->pts != AV_NOPTS_VALUE) data->pts -= mediumStart();
     if (data->dts != AV_NOPTS_VALUE) data->dts -= mediumStart();
     const bool sparse = m_format->streams[index]->codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE;

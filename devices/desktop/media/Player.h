@@ -40,7 +40,8 @@ class Player {
     Player(const Player&) = delete;
     Player& operator=(const Player&) = delete;
 
-    /// Replaces the handler; events from before aren't told again.
+    /// Replaces the handler; events from before aren't told again. The first one is told what was
+    /// in the second before, and each is told nothing until its caller can be listening.
     void setEventHandler(EventHandler handler);
 
     e_pl_status fetch();

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "media/PlayerSession.h"
+#include "support/listening.h"
 
 // What callers ask of a session.
 namespace quiravent::desktop {
@@ -25,7 +26,11 @@ void PlayerSession::post(std::function<void()> command) {
 
 void PlayerSession::setEventHandler(Player::EventHandler handler) {
     const Lock lock(m_mutex);
-    if (!m_closed) m_handler = std::move(handler);
+    if (m_closed) return;
+    m_handler = std::move(handler);
+    ++m_registration;
+    m_tellFrom = clock::now() + kUntilListening;
+    m_wakeup.signal();
 }
 
 e_pl_status PlayerSession::fetch() {

@@ -18,6 +18,10 @@ constexpr int64_t kUnprimedInterval = 100 * kMillisecond;
 /// A medium that ends so much before its stated end is truncated.
 constexpr int64_t kTruncation = kSecond;
 
+/// Who makes a player registers the handler at once, but by another thread than that which goes on
+/// to fetch: so long an event waits for the first handler.
+constexpr int64_t kKept = kSecond;
+
 constexpr double kSlowestWithSound = 0.5;
 constexpr double kFastestWithSound = 2;
 
@@ -79,8 +83,7 @@ void PlayerSession::run() {
             if (m_closed) break;
         }
         const int64_t next = step();
-        deliverEvents();
-        m_wakeup.waitUntil(next);
+        m_wakeup.waitUntil(std::min(next, deliverEvents()));
     }
     if (m_demuxer) m_demuxer->cancel();
     m_playback->setRunning(false);
@@ -100,20 +103,38 @@ void PlayerSession::runCommands() {
 }
 
 void PlayerSession::tell(e_pl_media_event event, uint8_t value) {
-    m_events.push_back({event, value});
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_events.push_back({clock::now(), m_registration, event, value});
+    }
+    // What is told may be followed by more at once.
+    m_wakeup.signal();
 }
 
-void PlayerSession::deliverEvents() {
-    std::vector<Event> events;
-    events.swap(m_events);
-    for (const Event& event : events) {
-        Player::EventHandler handler;
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            handler = m_handler;
-        }
+/// Null where nobody is told of it. due: when that is settled.
+Player::EventHandler PlayerSession::handlerOf(const Event& event, int64_t& due) const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_registration == 0) {
+        due = event.time + kKept;
+        return nullptr;
+    }
+    if (!m_handler || (event.registration != 0 && event.registration != m_registration))
+        return nullptr;
+    due = m_tellFrom;
+    return m_handler;
+}
+
+/// The time at which it has to be called again.
+int64_t PlayerSession::deliverEvents() {
+    while (!m_events.empty()) {
+        const Event event = m_events.front();
+        int64_t due = 0;
+        const Player::EventHandler handler = handlerOf(event, due);
+        if (clock::now() < due) return due;
+        m_events.pop_front();
         if (handler) handler(event.event, event.value);
     }
+    return Wakeup::kNever;
 }
 
 int64_t PlayerSession::step() {
@@ -139,7 +160,7 @@ int64_t PlayerSession::step() {
     if (m_playback->isStarving() && m_playback->clock().isRunning())
         next = std::min(next, std::max(m_playback->clock().timeOf(status.end - kNearlyNothing),
                                        now + kStarvingInterval));
-    return m_events.empty() ? next : std::min(next, clock::now());
+    return next;
 }
 
 void PlayerSession::beginFetch() {

@@ -70,6 +70,8 @@ class PlayerSession {
         failed,
     };
     struct Event {
+        int64_t time;
+        uint32_t registration;  ///< of the handler that is told; 0: of the first
         e_pl_media_event event;
         uint8_t value;
     };
@@ -85,7 +87,8 @@ class PlayerSession {
     // Of the session's thread, without the lock.
     void run();
     void runCommands();
-    void deliverEvents();
+    Player::EventHandler handlerOf(const Event& event, int64_t& due) const;
+    int64_t deliverEvents();
     void tell(e_pl_media_event event, uint8_t value = 0);
     int64_t step();
     void beginFetch();
@@ -121,6 +124,8 @@ class PlayerSession {
     MediaInfo m_info;  ///< written by the session's thread only, once
     std::array<TrackRef, kTrackKinds> m_selected;
     Player::EventHandler m_handler;
+    uint32_t m_registration = 0;  ///< how many handlers there have been
+    int64_t m_tellFrom = 0;       ///< the handler is told nothing before
     std::deque<std::function<void()>> m_commands;
 
     // Of the session's thread alone.
@@ -136,7 +141,7 @@ class PlayerSession {
     FetchProgress m_progress;
     StallPolicy m_stalls;
     Watchdog m_watchdog;
-    std::vector<Event> m_events;
+    std::deque<Event> m_events;
 
     std::unique_ptr<Playback> m_playback;
     std::thread m_thread;

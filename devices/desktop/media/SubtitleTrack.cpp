@@ -65,24 +65,26 @@ std::vector<std::string> subtitleLines(const std::string& event) {
 }
 
 SubtitleTrack::SubtitleTrack(const Track& track) {
-    const AVCodec* codec = avcodec_find_decoder(track.codec->codec_id);
+    const AVCodec* codec = ffmpeg().avcodec_find_decoder(track.codec->codec_id);
     if (codec == nullptr) return;
-    AvCodecContext context(avcodec_alloc_context3(codec));
-    if (!context || avcodec_parameters_to_context(context.get(), track.codec.get()) < 0) return;
+    AvCodecContext context(ffmpeg().avcodec_alloc_context3(codec));
+    if (!context || ffmpeg().avcodec_parameters_to_context(context.get(), track.codec.get()) < 0)
+        return;
     context->pkt_timebase = kMicroseconds;
-    if (avcodec_open2(context.get(), codec, nullptr) >= 0) m_context = std::move(context);
+    if (ffmpeg().avcodec_open2(context.get(), codec, nullptr) >= 0) m_context = std::move(context);
 }
 
 void SubtitleTrack::decode(const Packet& packet) {
     if (!m_context) return;
-    const AvPacket data(av_packet_clone(packet.data.get()));
+    const AvPacket data(ffmpeg().av_packet_clone(packet.data.get()));
     if (!data) return;
     AVSubtitle subtitle{};
     int complete = 0;
-    if (avcodec_decode_subtitle2(m_context.get(), &subtitle, &complete, data.get()) < 0) return;
+    if (ffmpeg().avcodec_decode_subtitle2(m_context.get(), &subtitle, &complete, data.get()) < 0)
+        return;
     if (complete == 0) return;
     add(subtitle, packet);
-    avsubtitle_free(&subtitle);
+    ffmpeg().avsubtitle_free(&subtitle);
 }
 
 void SubtitleTrack::add(const AVSubtitle& subtitle, const Packet& packet) {

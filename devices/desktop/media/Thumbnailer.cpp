@@ -17,7 +17,7 @@ InputLimits withTimeLimit(InputLimits limits) {
 }  // namespace
 
 Thumbnailer::Thumbnailer(std::string location, InputLimits limits)
-    : m_location(std::move(location)), m_limits(withTimeLimit(limits)) {}
+    : m_location(std::move(location)), m_limits(withTimeLimit(std::move(limits))) {}
 
 MediaError Thumbnailer::open() {
     auto input = std::make_unique<MediaInput>(m_limits, m_cancelled);

@@ -12,7 +12,7 @@ namespace {
 
 /// Bits per second that the playlist states; 0 where it states none.
 uint64_t statedRate(const AVDictionary* metadata) {
-    const AVDictionaryEntry* entry = av_dict_get(metadata, "variant_bitrate", nullptr, 0);
+    const AVDictionaryEntry* entry = ffmpeg().av_dict_get(metadata, "variant_bitrate", nullptr, 0);
     return entry == nullptr ? 0 : std::strtoull(entry->value, nullptr, 10);
 }
 
@@ -44,7 +44,8 @@ void chooseRepresentations(AVFormatContext& format, uint64_t bandwidth) {
     for (unsigned index = 0; index < format.nb_streams; ++index) {
         AVStream* stream = format.streams[index];
         if (stream->discard == AVDISCARD_ALL || statedRate(stream->metadata) == 0) continue;
-        const AVDictionaryEntry* language = av_dict_get(stream->metadata, "language", nullptr, 0);
+        const AVDictionaryEntry* language =
+            ffmpeg().av_dict_get(stream->metadata, "language", nullptr, 0);
         groups[{stream->codecpar->codec_type, language == nullptr ? "" : language->value}]
             .push_back(stream);
     }

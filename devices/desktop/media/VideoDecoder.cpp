@@ -42,6 +42,9 @@ void VideoDecoder::begin(const Segment& segment) {
         m_decoder->leaveOutUnreferenced(false);
         return;
     }
+    // What was wrong with the track before is no fault of this one.
+    m_fruitlessPackets = 0;
+    m_error = MediaError::none;
     m_decoder = Decoder::open(*segment.track);
     m_opened = m_decoder ? segment.track : nullptr;
     if (!m_decoder) fail(MediaError::unknownCodec);

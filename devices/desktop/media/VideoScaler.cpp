@@ -6,11 +6,6 @@
 #include <array>
 #include <cmath>
 
-extern "C" {
-#include <libavutil/pixdesc.h>
-#include <libswscale/swscale.h>
-}
-
 namespace quiravent::desktop {
 
 namespace {
@@ -72,7 +67,7 @@ Box fittedBox(uint32_t width, uint32_t height, const VideoFrame& frame) {
 VideoScaler::VideoScaler() = default;
 VideoScaler::~VideoScaler() = default;
 
-void VideoScaler::Free::operator()(SwsContext* context) const { sws_freeContext(context); }
+void VideoScaler::Free::operator()(SwsContext* context) const { ffmpeg().sws_freeContext(context); }
 
 std::shared_ptr<Surface> VideoScaler::scale(const VideoFrame& frame, uint32_t width,
                                             uint32_t height, SurfacePool& pool) {
@@ -119,18 +114,20 @@ bool VideoScaler::convertI420(const AVFrame& picture, Surface& surface, const Bo
 bool VideoScaler::convertOther(const AVFrame& picture, Surface& surface, const Box& box) {
     const auto w = static_cast<int>(box.width());
     const auto h = static_cast<int>(box.height());
-    m_context.reset(sws_getCachedContext(m_context.release(), picture.width, picture.height,
-                                         static_cast<AVPixelFormat>(picture.format), w, h,
-                                         AV_PIX_FMT_RGB32, SWS_BILINEAR, nullptr, nullptr,
-                                         nullptr));
+    m_context.reset(
+        ffmpeg().sws_getCachedContext(m_context.release(), picture.width, picture.height,
+                                      static_cast<AVPixelFormat>(picture.format), w, h,
+                                      AV_PIX_FMT_RGB32, SWS_BILINEAR, nullptr, nullptr, nullptr));
     if (!m_context) return false;
-    const int* matrix = sws_getCoefficients(isBt709(picture) ? SWS_CS_ITU709 : SWS_CS_ITU601);
-    sws_setColorspaceDetails(m_context.get(), matrix, isFullRange(picture) ? 1 : 0,
-                             sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, 1 << 16, 1 << 16);
+    const int* matrix =
+        ffmpeg().sws_getCoefficients(isBt709(picture) ? SWS_CS_ITU709 : SWS_CS_ITU601);
+    ffmpeg().sws_setColorspaceDetails(m_context.get(), matrix, isFullRange(picture) ? 1 : 0,
+                                      ffmpeg().sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, 1 << 16,
+                                      1 << 16);
     std::array<uint8_t*, 4> data{bytesAt(surface, box)};
     const std::array<int, 4> strides{static_cast<int>(surface.stride() * 4)};
-    if (sws_scale(m_context.get(), picture.data, picture.linesize, 0, picture.height, data.data(),
-                  strides.data()) != h)
+    if (ffmpeg().sws_scale(m_context.get(), picture.data, picture.linesize, 0, picture.height,
+                           data.data(), strides.data()) != h)
         return false;
     // A picture's own transparency has nothing to show through to.
     for (int64_t y = box.top; y < box.bottom; ++y) {

@@ -1,7 +1,5 @@
 #include "HttpFetch.h"
 
-#include <curl/curl.h>
-
 #include <algorithm>
 #include <array>
 #include <climits>
@@ -9,21 +7,29 @@
 #include <memory>
 #include <new>
 
+#include "resources/Curl.h"
 #include "resources/LimitText.h"
+#include "support/DeviceError.h"
+#include "support/Text.h"
 
 namespace quiravent::desktop {
 
 namespace {
 
 struct CleanUp {
-    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+    void operator()(CURL* handle) const { curl().easy_cleanup(handle); }
 };
 using Easy = std::unique_ptr<CURL, CleanUp>;
 
-/// Made once and kept: the library's counterpart isn't safe while other threads run.
-bool libraryIsReady() {
-    static const bool ready = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
-    return ready;
+Result<Easy> makeEasy() {
+    constexpr const char* kFailure = "the HTTP client can't be used";
+    try {
+        Easy easy(curl().easy_init());
+        if (!easy) return Failure{kFailure};
+        return easy;
+    } catch (const DeviceError& error) {
+        return Failure{joined(kFailure, ": ", error.what())};
+    }
 }
 
 struct Transfer {
@@ -53,7 +59,7 @@ size_t receive(char* data, size_t, size_t count, void* user) {
 
 template <typename Value>
 void setOption(const Easy& easy, CURLoption option, Value value) {
-    curl_easy_setopt(easy.get(), option, value);
+    curl().easy_setopt(easy.get(), option, value);
 }
 
 void setUp(const Easy& easy, const std::string& url, const ResourceLimits& limits,
@@ -87,21 +93,22 @@ Failure reasonFor(const Easy& easy, CURLcode code, const ResourceLimits& limits,
         return {"more than " + std::to_string(limits.maxRedirects) + " redirects"};
     if (code == CURLE_HTTP_RETURNED_ERROR) {
         long status = 0;
-        curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &status);
+        curl().easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &status);
         return {"the server answered with status " + std::to_string(status)};
     }
     const std::string detail = transfer.errorText.data();
-    return {detail.empty() ? curl_easy_strerror(code) : detail};
+    return {detail.empty() ? curl().easy_strerror(code) : detail};
 }
 
 }  // namespace
 
 Result<Bytes> fetchHttp(const std::string& url, const ResourceLimits& limits) {
-    const Easy easy(libraryIsReady() ? curl_easy_init() : nullptr);
-    if (!easy) return Failure{"the HTTP client can't be started"};
+    const Result<Easy> made = makeEasy();
+    if (!made) return Failure{made.reason()};
+    const Easy& easy = *made;
     Transfer transfer(limits.maxBytes);
     setUp(easy, url, limits, transfer);
-    const CURLcode code = curl_easy_perform(easy.get());
+    const CURLcode code = curl().easy_perform(easy.get());
     if (code != CURLE_OK) return reasonFor(easy, code, limits, transfer);
     return std::move(transfer.body);
 }

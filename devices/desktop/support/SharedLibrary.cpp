@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include "support/DeviceError.h"
+#include "support/Text.h"
 
 namespace quiravent::desktop {
 
@@ -19,16 +20,24 @@ constexpr int kBinding = RTLD_DEEPBIND;
 }  // namespace
 
 SharedLibrary::SharedLibrary(const std::string& name)
-    : m_handle(dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE | kBinding)) {
+    : m_name(name),
+      m_handle(dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE | kBinding)) {
     if (m_handle == nullptr) throw DeviceError(e_pl_status_unavailable, dlerror());
 }
 
 SharedLibrary SharedLibrary::loaded(const std::string& name) {
-    return SharedLibrary(dlopen(name.c_str(), RTLD_NOW | RTLD_NOLOAD));
+    return {name, dlopen(name.c_str(), RTLD_NOW | RTLD_NOLOAD)};
 }
 
 void* SharedLibrary::symbol(const char* name) const {
     return isOpen() ? dlsym(m_handle, name) : nullptr;
+}
+
+void* SharedLibrary::requiredSymbol(const char* name) const {
+    void* const found = symbol(name);
+    if (found == nullptr)
+        throw DeviceError(e_pl_status_unavailable, joined(m_name, " has no ", name));
+    return found;
 }
 
 }  // namespace quiravent::desktop

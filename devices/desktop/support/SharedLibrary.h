@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 namespace quiravent::desktop {
 
@@ -24,11 +25,20 @@ class SharedLibrary {
         return reinterpret_cast<Function*>(symbol(name));
     }
 
+    /// The same, as a pointer of the type that the headers give; throws DeviceError when the
+    /// library has none.
+    template <class Pointer>
+    Pointer require(const char* name) const {
+        return reinterpret_cast<Pointer>(requiredSymbol(name));
+    }
+
   private:
-    explicit SharedLibrary(void* handle) : m_handle(handle) {}
+    SharedLibrary(std::string name, void* handle) : m_name(std::move(name)), m_handle(handle) {}
 
     void* symbol(const char* name) const;
+    void* requiredSymbol(const char* name) const;
 
+    std::string m_name;
     void* m_handle;
 };
 

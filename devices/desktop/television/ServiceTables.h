@@ -54,7 +54,7 @@ class ServiceTables {
         std::optional<ProgramMap> map;
     };
     struct NamedService {
-        uint8_t type;
+        uint8_t type = 0;
         Texts provider;
         Texts name;
     };

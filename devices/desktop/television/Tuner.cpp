@@ -7,16 +7,13 @@
 #include "support/Clock.h"
 #include "support/DeviceError.h"
 #include "support/Log.h"
+#include "support/listening.h"
 #include "television/TuneRequest.h"
 #include "television/TunerError.h"
 
 namespace quiravent::desktop {
 
 namespace {
-
-/// Who selects goes on to wait for reports after the call, and one that comes before that would
-/// lie there until the next one: so the first takes this long at least.
-constexpr int64_t kFirstReport = 40 * kMillisecond;
 
 /// How long the end of the process waits for a receiver.
 constexpr int64_t kPatience = kSecond;
@@ -43,7 +40,7 @@ void Tuner::select(const std::string& selector, const std::string& option,
         const std::lock_guard<std::mutex> lock(m_mutex);
         number = ++m_lastNumber;
         m_selection = Selection{number, callback, selector, option, {}, {}, nullptr};
-        m_tellFrom = clock::now() + kFirstReport;
+        m_tellFrom = clock::now() + kUntilListening;
     }
     try {
         startReceiver(number, selector, option);

@@ -36,7 +36,6 @@ function onLines(stream, use) {
   });
 }
 
-/** A connection to the control channel. */
 class Control {
   constructor(socket) {
     this.socket = socket;
@@ -45,7 +44,6 @@ class Control {
     socket.on('error', () => {});
   }
 
-  /** Resolves with the answer. */
   ask(command, parameters) {
     return new Promise((resolve) => {
       this.waiting.push(resolve);
@@ -84,13 +82,24 @@ class Application {
     return path.join(this.folder, name);
   }
 
-  /** Resolves with a Control once the device is there. */
+  /** Resolves with this once the device is there and can be asked. */
   connect() {
     return new Promise((resolve, reject) => {
       const socket = net.connect(this.file('control'));
-      socket.once('connect', () => resolve(new Control(socket)));
+      socket.once('connect', () => {
+        this.control = new Control(socket);
+        resolve(this);
+      });
       socket.once('error', reject);
     }).catch(() => delay(20).then(() => this.connect()));
+  }
+
+  ask(command, parameters) {
+    return this.control.ask(command, parameters);
+  }
+
+  press(key) {
+    return this.ask('press', { key, hold: 0 });
   }
 
   /** What the script has said, but for the nudges. */
@@ -102,22 +111,19 @@ class Application {
    * Resolves once isReached() is true. An event that comes while its worker is away lies until the
    * next one comes, so keys are pressed until then.
    */
-  nudgeUntil(control, isReached) {
-    if (isReached()) return Promise.resolve();
-    return control
-      .ask('press', { key: NUDGE, hold: 0 })
-      .then(() => this.nudgeUntil(control, isReached));
+  nudgeUntil(isReached) {
+    if (isReached()) return Promise.resolve(this);
+    return this.press(NUDGE).then(() => this.nudgeUntil(isReached));
   }
 
   /** Resolves when the script has said so many lines: what it said. */
-  until(control, count) {
-    return this.nudgeUntil(control, () => this.said().length >= count).then(() => this.said());
+  until(count) {
+    return this.nudgeUntil(() => this.said().length >= count).then(() => this.said());
   }
 
-  /** Resolves when the script has been told of a key. */
-  untilListening(control) {
-    const hasHeard = () => this.lines.some((line) => line.endsWith(' ' + NUDGE_CODE));
-    return this.nudgeUntil(control, hasHeard).then(() => control);
+  /** Resolves with this when the script has been told of a key. */
+  untilListening() {
+    return this.nudgeUntil(() => this.lines.some((line) => line.endsWith(' ' + NUDGE_CODE)));
   }
 
   clear() {

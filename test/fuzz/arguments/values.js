@@ -11,66 +11,17 @@ function fail() {
   throw new ThrownByValue('thrown by a value');
 }
 
-const NUMBERS = [
-  0,
-  -0,
-  1,
-  -1,
-  0.5,
-  -1.5,
-  NaN,
-  Infinity,
-  -Infinity,
-  255,
-  256,
-  65535,
-  65536,
-  1280,
-  2147483647,
-  2147483648,
-  -2147483648,
-  4294967295,
-  4294967296,
-  9007199254740992,
-  1e308,
-  5e-324
-];
+const NUMBERS = [NaN, Infinity, -Infinity].concat([
+  0, -0, 1, -1, 0.5, -1.5, 255, 256, 65535, 65536, 1280, 2147483647, 2147483648, -2147483648,
+  4294967295, 4294967296, 9007199254740992, 1e308, 5e-324
+]);
 
-const TEXTS = [
-  '',
-  'a',
-  'red',
-  'ReD',
-  '#fff',
-  '#12345678',
-  '#-1+f 7',
-  '#zzzzzz',
-  '#zzz',
-  '#é',
-  'center',
-  'middle',
-  'SrcOver',
-  'src_over',
-  'fill',
-  'null',
-  'undefined',
-  'running',
-  'overlay',
-  'video',
-  '12',
-  '1e3',
-  '-0',
-  '\0a',
-  'a\0b',
-  '\ud800',
-  '😀',
-  '__proto__',
-  '%s%n%x',
-  '$(id)',
-  '../../../../etc/passwd',
-  'http://host.invalid/x',
-  'x'.repeat(70000)
-];
+const WORDS = `a red ReD #fff #12345678 #zzzzzz #zzz #é center middle SrcOver src_over fill null
+  undefined running overlay video 12 1e3 -0 😀 __proto__ %s%n%x $(id) ../../../../etc/passwd
+  http://host.invalid/x`;
+const TEXTS = ['', '#-1+f 7', '\0a', 'a\0b', '\ud800', 'x'.repeat(70000)].concat(
+  WORDS.split(/\s+/)
+);
 
 const RECTANGLE = ['x', 'y', 'w', 'h'];
 const NAMES = RECTANGLE.concat(
@@ -95,7 +46,6 @@ class Values {
     );
   }
 
-  /** A value of any kind. */
   any() {
     if (this.depth > 2) return this.next();
     this.depth += 1;

@@ -2,14 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <condition_variable>
 #include <cstdlib>
 #include <memory>
-#include <mutex>
 #include <random>
 #include <set>
 
 #include "common/ChildProcess.h"
+#include "common/Watched.h"
 #include "common/XServer.h"
 #include "common/XWindow.h"
 #include "display/Screen.h"
@@ -42,8 +41,7 @@ class Viewer {
   public:
     /// Sets what stands for a key of the remote control; everything does where it is empty.
     void bind(const std::set<std::string>& names) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_bound = names;
+        m_bound.change([&](auto& bound) { bound = names; });
     }
 
     DisplayInput input() {
@@ -59,31 +57,26 @@ class Viewer {
     }
 
     /// All there is once there are so many, or after a minute.
-    Events events(size_t count) {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        m_added.wait_for(lock, std::chrono::minutes(1), [&] { return m_events.size() >= count; });
-        return m_events;
+    Events events(size_t count) const {
+        m_events.waitUntil([=](const Events& all) { return all.size() >= count; },
+                           std::chrono::minutes(1));
+        return m_events.get();
     }
 
   private:
-    bool isBound(const std::string& name) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_bound.empty() || m_bound.count(name) != 0;
+    bool isBound(const std::string& name) const {
+        const auto bound = m_bound.get();
+        return bound.empty() || bound.count(name) != 0;
     }
 
     void add(const std::string& event) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_events.push_back(event);
-        m_added.notify_all();
+        m_events.change([&](Events& all) { all.push_back(event); });
     }
 
-    std::mutex m_mutex;
-    std::condition_variable m_added;
-    std::set<std::string> m_bound;
-    Events m_events;
+    test::Watched<std::set<std::string>> m_bound;
+    test::Watched<Events> m_events;
 };
 
-/// A screen in a window.
 struct Television {
     explicit Television(int depth = 24)
         : server(depth),
@@ -153,7 +146,8 @@ TEST(Window, ShowsThePixelsOfTheScreenAndNoOthers) {
 /// The picture of the screen scaled to a view in a black window.
 Pixels inWindow(const Screen& screen, unsigned width, unsigned height, const Box& view) {
     const auto picture = screen.compose();
-    Scaler scaler(viewOf(*picture), {kAll, view}, view);
+    ScaleFilters filters;
+    Scaler scaler(viewOf(*picture), {kAll, view}, view, filters);
     Pixels pixels(size_t{width} * height);
     for (int64_t y = view.top; y < view.bottom; ++y) {
         uint32_t* const row = pixels.data() + y * width + view.left;

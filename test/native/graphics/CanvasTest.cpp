@@ -272,5 +272,33 @@ TEST(Canvas, DrawsPicturesOfAnySizeFromAnyPart) {
     for (const uint32_t pixel : pixelsOf(*surface)) EXPECT_EQ(pixel >> 24, 255U);
 }
 
+/// Pictures large enough for two threads.
+TEST(Canvas, DrawsTheSameWhicheverThreadDraws) {
+    const auto source = newSurface(420, 300);
+    const auto opaque = newSurface(420, 300);
+    RandomPixels random;
+    random.fill(*source, false);
+    random.fill(*opaque, true);
+    const auto drawnBy = [&](uint32_t threads) {
+        const auto surface = newSurface(500, 400, kBackground);
+        Canvas canvas(surface, std::make_shared<CanvasShare>(size_t{16} << 20, threads));
+        std::vector<std::vector<uint32_t>> steps;
+        for (const double degrees : {0.0, 33.0, 250.0}) {
+            for (const double opacity : {1.0, 0.4}) {
+                for (const auto& picture : {source, opaque}) {
+                    for (const uint32_t width : {210U, 270U, 480U, 210U}) {
+                        canvas.setRotation(degrees);
+                        canvas.setOpacity(opacity);
+                        canvas.composeScaled(*picture, {minus(9), 7, width, width * 5 / 7});
+                        steps.push_back(pixelsOf(*surface));
+                    }
+                }
+            }
+        }
+        return steps;
+    };
+    EXPECT_TRUE(drawnBy(1) == drawnBy(2));
+}
+
 }  // namespace
 }  // namespace quiravent::desktop::test

@@ -16,7 +16,6 @@ constexpr size_t kMargin = 24;  // on either side; what may be read past the end
 constexpr size_t kWidest = 70;
 constexpr size_t kSourceWidth = 400;
 
-/// One set of random arguments for all operations.
 struct Arguments {
     size_t width;
     size_t shift;  // of the row from an aligned address, in pixels
@@ -29,8 +28,8 @@ struct Arguments {
 
     Arguments(RandomPixels& random, size_t rowWidth)
         : width(rowWidth), shift(random.below(8)), color(random.next()) {
-        static constexpr uint32_t kOpacities[] = {255, 128, 1, 0, 77};
-        opacity = kOpacities[random.below(5)];
+        static constexpr uint32_t kOpacities[] = {255, 128, 0};
+        opacity = random.below(2) == 0 ? kOpacities[random.below(3)] : random.below(256);
         for (size_t i = 0; i < 2 * kSourceWidth; ++i) source.push_back(random.next());
         if (random.below(3) == 0) {
             for (uint32_t& pixel : source) pixel |= 0xFF000000;

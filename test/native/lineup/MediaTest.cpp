@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "common/filmNumber.h"
 #include "lineup/TestLineup.h"
 
 namespace quiravent::desktop::lineup {
@@ -13,15 +14,11 @@ std::string withMedia(const std::string& file, const std::string& service) {
            file + "\"," + service + "}]}";
 }
 
-/// The number that the film's pictures carry in twelve blocks, the lowest bit first.
 int numberOf(const AVFrame& picture) {
-    int number = 0;
-    for (int i = 0; i < 12; ++i) {
-        const int x = picture.width * (2 * i + 1) / 24;
-        const int y = picture.height / 24;
-        number |= (picture.data[0][y * picture.linesize[0] + x] > 128 ? 1 : 0) << i;
-    }
-    return number;
+    return filmNumber(static_cast<uint32_t>(picture.width), static_cast<uint32_t>(picture.height),
+                      [&](uint32_t x, uint32_t y) {
+                          return picture.data[0][static_cast<int>(y) * picture.linesize[0] + x];
+                      });
 }
 
 std::vector<int> numbersOf(const Bytes& video, const char* name) {

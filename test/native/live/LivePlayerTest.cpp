@@ -48,8 +48,8 @@ class LivePlayerTest : public testing::Test {
             const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
             while (!isSo(m_player->captions())) {
                 if (std::chrono::steady_clock::now() > deadline) return false;
-                const size_t count = output->marks().size();
-                output->waitForPictures(count + 1);
+                const size_t count = output->seen().size();
+                output->waitForCount(count + 1);
             }
             return true;
         }
@@ -71,13 +71,13 @@ TEST_F(LivePlayerTest, ShowsTheLastKeyPictureAtOnceAndThenGoesOn) {
         Watched player(*this, streams);
         player->start();
         // Nothing more is received yet.
-        ASSERT_TRUE(player.output->waitForPictures(1));
-        EXPECT_EQ(player.output->marks()[0].service, service);
+        ASSERT_TRUE(player.output->waitForCount(1));
+        EXPECT_EQ(player.output->seen()[0].service, service);
     }
     m_broadcast.play();
     Watched player(*this, kService1);
     player->start();
-    ASSERT_TRUE(player.output->waitForPictures(20));
+    ASSERT_TRUE(player.output->waitForCount(20));
     m_broadcast.stop();
 }
 
@@ -121,8 +121,8 @@ TEST_F(LivePlayerTest, PlaysWhatNoTableTellsOfAndWithoutAClock) {
     m_broadcast.play();
     for (size_t index = 0; index < players.size(); ++index) {
         MarkedOutput& output = *players[index]->output;
-        ASSERT_TRUE(output.waitForPictures(30)) << cases[index].what;
-        EXPECT_EQ(output.marks()[0].service, cases[index].service) << cases[index].what;
+        ASSERT_TRUE(output.waitForCount(30)) << cases[index].what;
+        EXPECT_EQ(output.seen()[0].service, cases[index].service) << cases[index].what;
     }
     m_broadcast.stop();
 }
@@ -134,9 +134,9 @@ TEST_F(LivePlayerTest, ShowsNothingWithoutAPictureStream) {
     Watched sound(*this, {0x1234, kAudio1, kVideo1, kNullPid});
     Watched swapped(*this, {kAudio1, kVideo1, kVideo1, kNullPid});
     for (Watched* player : {&sound, &swapped, &control}) (*player)->start();
-    ASSERT_TRUE(control.output->waitForPictures(1));
-    EXPECT_EQ(sound.output->marks().size(), 0U);
-    EXPECT_EQ(swapped.output->marks().size(), 0U);
+    ASSERT_TRUE(control.output->waitForCount(1));
+    EXPECT_EQ(sound.output->seen().size(), 0U);
+    EXPECT_EQ(swapped.output->seen().size(), 0U);
 }
 
 TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
@@ -144,18 +144,18 @@ TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
     m_broadcast.receivePast(3 * kSecond);
     Watched player(*this, kService1);
     player->start();
-    ASSERT_TRUE(player.output->waitForPictures(1));
+    ASSERT_TRUE(player.output->waitForCount(1));
     player->stop();
     ASSERT_TRUE(player.output->waitUntilHidden());
     player->start();
-    ASSERT_TRUE(player.output->waitForPictures(2));
+    ASSERT_TRUE(player.output->waitForCount(2));
 
     m_broadcast.setSignal(false);
     ASSERT_TRUE(player.output->waitUntilHidden());
     m_broadcast.setSignal(true);
     player.output->forget();
     m_broadcast.receivePast(3 * kSecond);
-    ASSERT_TRUE(player.output->waitForPictures(1));
+    ASSERT_TRUE(player.output->waitForCount(1));
 
     m_broadcast.multiplex().end();
     ASSERT_TRUE(player.output->waitUntilHidden());
@@ -163,7 +163,7 @@ TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
     m_broadcast.publishTables();
     player.output->forget();
     m_broadcast.receivePast(3 * kSecond);
-    ASSERT_TRUE(player.output->waitForPictures(1));
+    ASSERT_TRUE(player.output->waitForCount(1));
 }
 
 TEST_F(LivePlayerTest, ShowsCaptionsThatCanBeRead) {
@@ -245,7 +245,7 @@ TEST_F(LivePlayerTest, FiveHundredChannelChangesLeaveNothingBehind) {
         {
             Watched player(*this, change % 2 == 0 ? kService1 : kService2);
             player->start();
-            ASSERT_TRUE(change % 10 != 0 || player.output->waitForPictures(1));
+            ASSERT_TRUE(change % 10 != 0 || player.output->waitForCount(1));
         }
         if (change != 20 && change != 499) continue;
         ASSERT_TRUE(m_engine.reaper().waitUntilIdle());

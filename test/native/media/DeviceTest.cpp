@@ -3,11 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <map>
 #include <string>
 
 #include "common/PngFile.h"
+#include "common/Watched.h"
+#include "common/filmNumber.h"
 #include "device/Station.h"
 #include "porting/pl_functions.h"
 
@@ -16,28 +17,22 @@ namespace {
 const std::string kFilm = TEST_MEDIA "/film.mp4";
 
 /// The last event of each handle. The C interface gives its callbacks nothing of the caller's.
-struct Told {
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::map<uint32_t, e_pl_media_event> last;
-};
-Told& told() {
-    static Told events;
+auto& told() {
+    static quiravent::test::Watched<std::map<uint32_t, e_pl_media_event>> events;
     return events;
 }
 
 void remember(uint32_t player, e_pl_media_event event, unsigned char) {
-    const std::lock_guard<std::mutex> lock(told().mutex);
-    told().last[player] = event;
-    told().changed.notify_all();
+    told().change([=](auto& last) { last[player] = event; });
 }
 
 bool waitForLast(uint32_t player, e_pl_media_event event) {
-    std::unique_lock<std::mutex> lock(told().mutex);
-    return told().changed.wait_for(lock, std::chrono::seconds(15), [&] {
-        const auto found = told().last.find(player);
-        return found != told().last.end() && found->second == event;
-    });
+    return told().waitUntil(
+        [=](const auto& last) {
+            const auto found = last.find(player);
+            return found != last.end() && found->second == event;
+        },
+        std::chrono::seconds(15));
 }
 
 uint32_t urlPlayer(const std::string& url, const s_pl_media_bounds& bounds) {
@@ -54,11 +49,10 @@ void playLastPart(uint32_t player) {
 }
 
 /// The number that the picture carries in that part of the screen; see make-media.sh.
-int pictureNumber(const PngFile& screen, size_t x, size_t y, size_t width) {
-    int number = 0;
-    for (size_t bit = 0; bit < 12; ++bit)
-        if (screen.rgba(x + width * (2 * bit + 1) / 24, y + 5) >> 24 > 128) number |= 1 << bit;
-    return number;
+int pictureNumber(const PngFile& screen, size_t x, size_t y, uint32_t width) {
+    return filmNumber(width, 9 * width / 16, [&](uint32_t left, uint32_t down) {
+        return screen.rgba(x + left, y + down) >> 24;
+    });
 }
 
 TEST(MediaDevice, ShowsVideoBelowTheGraphicsInTheOrderOfCreation) {

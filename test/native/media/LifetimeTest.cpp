@@ -2,8 +2,11 @@
 #include <malloc.h>
 
 #include <filesystem>
+#include <future>
 #include <iostream>
 #include <iterator>
+#include <thread>
+#include <vector>
 
 #include "media/Count.h"
 #include "media/MediaServer.h"
@@ -80,25 +83,36 @@ TEST(Unload, IsQuietInEveryPhase) {
 
 TEST(Unload, MayComeFromTheEventHandler) {
     TestPlayer player(mediaFile("film.mp4"));
-    std::mutex mutex;
-    std::condition_variable told;
-    int events = 0;
+    Watched<int> events;
     player->setEventHandler([&](e_pl_media_event, uint8_t) {
         player->unload();
-        const std::lock_guard<std::mutex> lock(mutex);
-        ++events;
-        told.notify_all();
+        events.change([](int& count) { ++count; });
     });
     ASSERT_EQ(player->start(), e_pl_status_ok);
-    {
-        std::unique_lock<std::mutex> lock(mutex);
-        ASSERT_TRUE(told.wait_for(lock, std::chrono::seconds(10), [&] { return events > 0; }));
-    }
+    ASSERT_TRUE(events.waitUntil([](int count) { return count > 0; }));
     player.engine().reaper().waitUntilIdle();
-    EXPECT_EQ(events, 1);
+    EXPECT_EQ(events.get(), 1);
 }
 
-/// What a process holds.
+TEST(Events, WaitForTheFirstHandler) {
+    desktop::MediaEngine engine(testSettings(), std::make_unique<desktop::NullSink>());
+    desktop::Player player(engine, "/nowhere.mp4", TestPlayer::kBounds,
+                           std::make_shared<TestOutput>());
+    ASSERT_EQ(player.start(), e_pl_status_ok);
+    // By then there is nothing more to tell, and nobody has heard it.
+    while (player.report().state != desktop::PlayerReport::State::failed) std::this_thread::yield();
+    std::vector<e_pl_media_event> told;
+    std::promise<void> failed;
+    player.setEventHandler([&](e_pl_media_event event, uint8_t) {
+        told.push_back(event);
+        if (event == e_pl_media_event_playback_error) failed.set_value();
+    });
+    ASSERT_EQ(failed.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
+    EXPECT_EQ(told, (std::vector<e_pl_media_event>{e_pl_media_event_fetch_in_progress,
+                                                   e_pl_media_event_fetch_error,
+                                                   e_pl_media_event_playback_error}));
+}
+
 struct Holdings {
     size_t threads;
     size_t descriptors;

@@ -30,53 +30,61 @@ TestPlayer::TestPlayer(const std::string& location, desktop::MediaSettings setti
     : m_engine(std::move(settings), std::move(sink), std::move(faults)),
       m_player(m_engine, location, kBounds, m_output) {
     m_player.setEventHandler([this](e_pl_media_event event, uint8_t value) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_events.push_back({event, value, desktop::clock::now()});
-        m_told.notify_all();
+        m_events.change([=](auto& events) {
+            events.push_back({event, value, desktop::clock::now()});
+        });
     });
-}
-
-std::vector<SeenEvent> TestPlayer::events() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_events;
 }
 
 size_t TestPlayer::count(e_pl_media_event event) const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return static_cast<size_t>(
-        std::count_if(m_events.begin(), m_events.end(),
-                      [event](const SeenEvent& seen) { return seen.event == event; }));
+    const std::vector<SeenEvent> all = events();
+    return static_cast<size_t>(std::count_if(
+        all.begin(), all.end(), [event](const SeenEvent& seen) { return seen.event == event; }));
 }
 
 int TestPlayer::waitFor(e_pl_media_event event, size_t times, int seconds) {
-    std::unique_lock<std::mutex> lock(m_mutex);
     int value = -1;
-    m_told.wait_for(lock, std::chrono::seconds(seconds), [&] {
-        size_t told = 0;
-        for (const SeenEvent& seen : m_events) {
-            if (seen.event != event) continue;
-            if (++told == times) value = seen.value;
-        }
-        return told >= times;
-    });
+    m_events.waitUntil(
+        [&](const std::vector<SeenEvent>& events) {
+            size_t told = 0;
+            for (const SeenEvent& seen : events)
+                if (seen.event == event && ++told == times) value = seen.value;
+            return told >= times;
+        },
+        std::chrono::seconds(seconds));
     return value;
 }
 
 bool TestPlayer::waitUntil(const std::function<bool()>& isSo) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    size_t known = 0;
-    while (!isSo()) {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        if (!m_told.wait_until(lock, deadline, [&] { return m_events.size() > known; }))
+    for (size_t known = events().size(); !isSo(); known = events().size()) {
+        const auto hasMore = [=](const auto& events) { return events.size() > known; };
+        if (std::chrono::steady_clock::now() > deadline || !m_events.waitUntil(hasMore))
             return false;
-        known = m_events.size();
     }
     return true;
+}
+
+bool TestPlayer::fetch() {
+    return m_player.fetch() == e_pl_status_ok && waitFor(e_pl_media_event_fetch_ready) == 0;
 }
 
 bool TestPlayer::play() {
     return m_player.start() == e_pl_status_ok && waitFor(e_pl_media_event_playback_ready) == 0 &&
            m_output->waitForCount(1);
+}
+
+bool TestPlayer::playAndPause() { return play() && m_player.pause() == e_pl_status_ok; }
+
+bool TestPlayer::playToEnd(int64_t from) {
+    constexpr int kPatience = 30;
+    return (from == 0 || m_player.seek(from) == e_pl_status_ok) &&
+           m_player.start() == e_pl_status_ok &&
+           waitFor(e_pl_media_event_playback_completed, 1, kPatience) == 0;
+}
+
+bool TestPlayer::seekTo(int64_t position, int number) {
+    return m_player.seek(position) == e_pl_status_ok && m_output->waitForNumber(number);
 }
 
 }  // namespace quiravent::test

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -43,7 +41,7 @@ class TestPlayer {
     desktop::Player& player() { return m_player; }
     TestOutput& output() { return *m_output; }
     desktop::MediaEngine& engine() { return m_engine; }
-    std::vector<SeenEvent> events() const;
+    std::vector<SeenEvent> events() const { return m_events.get(); }
     size_t count(e_pl_media_event event) const;
 
     /// Waits for the event to have been told so often; its last value, or -1 when it hasn't within
@@ -54,13 +52,16 @@ class TestPlayer {
     /// seconds.
     bool waitUntil(const std::function<bool()>& isSo);
 
-    /// Begins to play and waits for the first picture.
-    bool play();
+    /// Each does what it says and waits until it is done; false where that is refused or takes too
+    /// long.
+    bool fetch();
+    bool play();  ///< up to the first picture
+    bool playAndPause();
+    bool playToEnd(int64_t from = 0);
+    bool seekTo(int64_t position, int number);  ///< to the picture of that number
 
   private:
-    mutable std::mutex m_mutex;
-    std::condition_variable m_told;
-    std::vector<SeenEvent> m_events;
+    Watched<std::vector<SeenEvent>> m_events;
     std::shared_ptr<TestOutput> m_output = std::make_shared<TestOutput>();
     desktop::MediaEngine m_engine;
     desktop::Player m_player;

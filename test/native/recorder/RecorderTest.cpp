@@ -2,40 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <atomic>
 #include <thread>
 
-#include "DeviceThreads.h"
 #include "porting/pl_functions.h"
 
 using namespace quiravent::recorder;
 
 namespace {
-
-/// Waits for conditions that change when the recorder says so.
-class Changes {
-  public:
-    Changes() {
-        Recorder::instance().setChangeListener([this] {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_changed.notify_all();
-        });
-    }
-    ~Changes() { Recorder::instance().setChangeListener(nullptr); }
-    Changes(const Changes&) = delete;
-    Changes& operator=(const Changes&) = delete;
-
-    template <class Condition>
-    bool waitFor(Condition condition) {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        return m_changed.wait_for(lock, std::chrono::seconds(10), condition);
-    }
-
-  private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-};
 
 Behaviour answering(int32_t status, Record outputs = {}) {
     Behaviour behaviour;
@@ -136,82 +109,6 @@ TEST_F(RecorderTest, WritesNoMoreRecordsThanTheArrayHolds) {
     EXPECT_EQ(times[2].end, 2U);
     EXPECT_EQ(times[3].end, 0U);
     EXPECT_EQ(array, times);
-}
-
-TEST_F(RecorderTest, HoldsACallUntilItsGateOpens) {
-    Changes changes;
-    Behaviour held;
-    held.gate = "g";
-    m_recorder.answerOnce("pl_platform_Restart", held);
-    std::atomic<bool> returned{false};
-    std::thread caller([&] {
-        pl_platform_Restart();
-        returned = true;
-    });
-    EXPECT_TRUE(changes.waitFor([&] { return m_recorder.waitingAt("g") == 1; }));
-    EXPECT_STREQ(lastCall().fn, "pl_platform_Restart") << "a call that waits is in the log";
-    EXPECT_FALSE(returned);
-    m_recorder.openGate("g");
-    caller.join();
-    EXPECT_EQ(m_recorder.waitingAt("g"), 0U);
-
-    held.gate = "never opened";
-    held.patience = std::chrono::milliseconds(1);
-    m_recorder.answerOnce("pl_platform_Restart", held);
-    pl_platform_Restart();
-}
-
-std::atomic<int> keySum{0};
-
-TEST_F(RecorderTest, DeliversEventsFromManyThreads) {
-    Changes changes;
-    DeviceThreads& threads = DeviceThreads::instance();
-    const auto overWith = [&](uint64_t burst, uint32_t count) {
-        return changes.waitFor([&] { return threads.delivered(burst) == count; });
-    };
-    EXPECT_TRUE(overWith(threads.fire("kept", {{"runtimeState", {1}}}), 0)) << "no callback yet";
-
-    pl_input_SetCallback_KeyPress([](pl_input_keycode code) {
-        keySum += code;
-        pl_platform_SetRuntimeState(e_pl_platform_runtime_state_low_profile);
-    });
-    const std::vector<Event> events(100, Event{"keyPress", {3}});
-    std::vector<uint64_t> bursts;
-    for (const char* thread : {"one", "two", "", ""})
-        bursts.push_back(threads.fire(thread, events));
-    for (const uint64_t burst : bursts) EXPECT_TRUE(overWith(burst, 100));
-    EXPECT_EQ(keySum, 4 * 100 * 3);
-    EXPECT_TRUE(overWith(threads.fire("one", {{"keyPress", {1000}, 3}}), 3));
-    EXPECT_EQ(keySum, 4 * 100 * 3 + 1000 + 1001 + 1002) << "a repeated event's argument rises";
-    EXPECT_EQ(lastCall().thread, "device");
-}
-
-TEST_F(RecorderTest, CallsBackFromInsideACall) {
-    static std::atomic<int> told{0};
-    Behaviour answersInside;
-    answersInside.inside = {{"dtv", {7}}, {"dtv", {0}}};
-    m_recorder.answerOnce("pl_dtv_Action_selectTransportStream", answersInside);
-    pl_dtv_Action_selectTransportStream(
-        "", "", [](e_pl_dtv_error error) { told += 1 + static_cast<int>(error); });
-    EXPECT_EQ(told, 9);
-}
-
-TEST_F(RecorderTest, KeepsStoresByContext) {
-    unsigned int first = 0;
-    unsigned int second = 0;
-    unsigned int other = 0;
-    pl_persistent_GetPersistent(&first, "app");
-    pl_persistent_GetPersistent(&second, "app");
-    pl_persistent_GetPersistent(&other, "other");
-    pl_persistent_SetValue(first, "key", "value");
-    std::string value = "untouched";
-    EXPECT_NE(pl_persistent_GetValue(other, "key", value), 0);
-    EXPECT_EQ(value, "untouched");
-    EXPECT_EQ(pl_persistent_GetValue(second, "key", value), 0);
-    EXPECT_EQ(value, "value");
-    std::map<std::string, std::string> all;
-    pl_persistent_GetAllValues(second, all);
-    EXPECT_EQ(all, (std::map<std::string, std::string>{{"key", "value"}}));
 }
 
 }  // namespace

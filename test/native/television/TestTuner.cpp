@@ -7,9 +7,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <thread>
+
+#include "common/Watched.h"
 
 namespace quiravent::test {
 
@@ -18,25 +18,17 @@ namespace {
 constexpr std::chrono::seconds kPatience{15};
 
 struct Reports {
-    std::mutex mutex;
-    std::condition_variable changed;
     std::vector<int> codes;
     std::function<void(int)> use;
 };
-Reports& all() {
-    static Reports reports;
+Watched<Reports>& all() {
+    static Watched<Reports> reports;
     return reports;
 }
 
 void onReport(e_pl_dtv_error code) {
-    std::function<void(int)> use;
-    {
-        const std::lock_guard<std::mutex> lock(all().mutex);
-        all().codes.push_back(static_cast<int>(code));
-        use = all().use;
-    }
-    if (use) use(static_cast<int>(code));
-    all().changed.notify_all();
+    all().change([=](Reports& reports) { reports.codes.push_back(static_cast<int>(code)); });
+    if (const auto use = all().get().use) use(static_cast<int>(code));
 }
 
 sockaddr_in addressOf(const std::string& address, uint16_t port) {
@@ -51,9 +43,7 @@ sockaddr_in addressOf(const std::string& address, uint16_t port) {
 
 TestTuner::TestTuner(const desktop::Configuration::Television& configuration)
     : m_tuner(configuration) {
-    const std::lock_guard<std::mutex> lock(all().mutex);
-    all().codes.clear();
-    all().use = nullptr;
+    all().change([](Reports& reports) { reports = {}; });
 }
 
 void TestTuner::select(const std::string& selector, const std::string& option) {
@@ -61,19 +51,15 @@ void TestTuner::select(const std::string& selector, const std::string& option) {
 }
 
 std::vector<int> TestTuner::waitForReports(size_t count) {
-    std::unique_lock<std::mutex> lock(all().mutex);
-    all().changed.wait_for(lock, kPatience, [&] { return all().codes.size() >= count; });
-    return all().codes;
+    all().waitUntil([=](const Reports& reports) { return reports.codes.size() >= count; },
+                    kPatience);
+    return reports();
 }
 
-std::vector<int> TestTuner::reports() const {
-    const std::lock_guard<std::mutex> lock(all().mutex);
-    return all().codes;
-}
+std::vector<int> TestTuner::reports() const { return all().get().codes; }
 
 void TestTuner::onReport(std::function<void(int)> use) {
-    const std::lock_guard<std::mutex> lock(all().mutex);
-    all().use = std::move(use);
+    all().change([&](Reports& reports) { reports.use = std::move(use); });
 }
 
 bool waitUntil(const std::function<bool()>& isSo) {

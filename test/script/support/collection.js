@@ -1,5 +1,7 @@
 'use strict';
 
+const recorder = require('./recorder');
+
 /** Rounds of collection after which something that still lives is taken to live for good. */
 const ROUNDS = 20;
 
@@ -23,4 +25,12 @@ function collect(condition) {
   });
 }
 
-module.exports = { collect };
+/** The handles that a function of the porting layer released, in rising order. */
+function released(fn) {
+  return recorder
+    .argsOf(fn)
+    .map((args) => args[0])
+    .sort((a, b) => a - b);
+}
+
+module.exports = { collect, released };

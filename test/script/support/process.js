@@ -46,4 +46,12 @@ function runScript(source, watch, variables) {
   });
 }
 
-module.exports = { runScript };
+/** Expects that source writes `stdout` to standard output and that its process then ends well. */
+function says(t, source, stdout, message) {
+  return runScript(source).then((result) => {
+    t.equal(result.code, 0, result.stderr);
+    t.equal(result.stdout, stdout, message);
+  });
+}
+
+module.exports = { runScript, says };

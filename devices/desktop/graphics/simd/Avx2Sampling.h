@@ -6,82 +6,127 @@
 #include <cstdint>
 
 #include "graphics/Kernels.h"
+#include "graphics/simd/InnerSamples.h"
 #include "graphics/simd/X86Scaling.h"
 
 namespace quiravent::desktop {
 
-// Bilinear samples four at a time, in two vectors whose lanes hold one each; internal linkage for
-// the reason given in PixelMath.h. A position is a lane's x and y, each in 32.32 fixed point.
+// Bilinear samples eight at a time: of the vectors of bytes and words, each holds one of the first
+// four samples in its lower lane and one of the last four in the upper. Internal linkage for the
+// reason given in PixelMath.h.
 
-static inline __m256i roundedLanes(__m256i sums) {
-    return _mm256_srli_epi16(_mm256_add_epi16(sums, _mm256_set1_epi16(128)), 8);
-}
+/// One axis of eight positions, in 32.32 fixed point.
+class EightPositions {
+  public:
+    EightPositions(int64_t start, int64_t step)
+        : m_first(_mm256_setr_epi64x(start, start + step, start + 4 * step, start + 5 * step)),
+          m_second(_mm256_add_epi64(m_first, _mm256_set1_epi64x(2 * step))),
+          m_eight(_mm256_set1_epi64x(8 * step)) {}
 
-/// Words 256 - weight (of 256, for the second neighbour) in the lower and weight in the upper half
-/// of each 32 bits of x and of y.
-static inline __m256i weightPairs(__m256i positions) {
-    const __m256i fractions = _mm256_and_si256(positions, _mm256_set1_epi64x(0xFFFFFFFF));
-    const __m256i weights =
-        _mm256_srli_epi64(_mm256_add_epi64(fractions, _mm256_set1_epi64x(1 << 23)), 24);
-    return _mm256_or_si256(_mm256_sub_epi64(_mm256_set1_epi64x(256), weights),
-                           _mm256_slli_epi64(weights, 16));
-}
-
-/// Repeats the pair of a lane's `axis` (0 or 1): the first word four times, then the second.
-template <int axis>
-static inline __m256i spreadPair(__m256i pairs) {
-    constexpr char kA = 8 * axis;
-    constexpr char kB = kA + 2;
-    const __m128i order = _mm_setr_epi8(kA, kA + 1, kA, kA + 1, kA, kA + 1, kA, kA + 1, kB, kB + 1,
-                                        kB, kB + 1, kB, kB + 1, kB, kB + 1);
-    return _mm256_shuffle_epi8(pairs, _mm256_broadcastsi128_si256(order));
-}
-
-/// The samples of two positions, as four words in the lower half of each lane.
-static inline __m256i sampledPair(const SampleSource<uint32_t>& source, __m256i positions,
-                                  __m256i strides) {
-    const __m256i places = _mm256_mul_epu32(_mm256_srli_epi64(positions, 32), strides);
-    const __m256i offsets = _mm256_add_epi64(places, _mm256_shuffle_epi32(places, 0x4E));
-    const uint32_t* first = source.values + _mm_cvtsi128_si64(_mm256_castsi256_si128(offsets));
-    const uint32_t* second =
-        source.values + _mm_cvtsi128_si64(_mm256_extracti128_si256(offsets, 1));
-    const __m256i upper = _mm256_cvtepu8_epi16(loadPairs(first, second));
-    const __m256i lower =
-        _mm256_cvtepu8_epi16(loadPairs(first + source.stride, second + source.stride));
-    const __m256i pairs = weightPairs(positions);
-    const __m256i across = spreadPair<0>(pairs);
-    const __m256i above = _mm256_mullo_epi16(upper, across);
-    const __m256i below = _mm256_mullo_epi16(lower, across);
-    const __m256i columns = roundedLanes(
-        _mm256_add_epi16(_mm256_unpacklo_epi64(above, below), _mm256_unpackhi_epi64(above, below)));
-    const __m256i mixed = _mm256_mullo_epi16(columns, spreadPair<1>(pairs));
-    return roundedLanes(_mm256_add_epi16(mixed, _mm256_unpackhi_epi64(mixed, mixed)));
-}
-
-/// As many of the samples as are a multiple of four, whose neighbours must all lie inside; how
-/// many.
-static inline size_t sampleInFours(uint32_t* destination, const SampleSource<uint32_t>& source,
-                                   const SampleSteps& steps, size_t count) {
-    const __m128i start = _mm_set_epi64x(steps.y, steps.x);
-    const __m128i step = _mm_set_epi64x(steps.stepY, steps.stepX);
-    const __m128i third = _mm_add_epi64(start, _mm_add_epi64(step, step));
-    __m256i even = _mm256_setr_m128i(start, third);
-    __m256i odd = _mm256_setr_m128i(_mm_add_epi64(start, step), _mm_add_epi64(third, step));
-    const __m256i four = _mm256_slli_epi64(_mm256_broadcastsi128_si256(step), 2);
-    const __m256i strides = _mm256_setr_epi64x(1, static_cast<long long>(source.stride), 1,
-                                               static_cast<long long>(source.stride));
-    size_t i = 0;
-    for (; i + 4 <= count; i += 4) {
-        const __m256i words = _mm256_unpacklo_epi64(sampledPair(source, even, strides),
-                                                    sampledPair(source, odd, strides));
-        const __m256i bytes = _mm256_packus_epi16(words, words);
-        const __m256i pixels = _mm256_permute4x64_epi64(bytes, 0x08);  // quarters 0 and 2
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(destination + i),
-                         _mm256_castsi256_si128(pixels));
-        even = _mm256_add_epi64(even, four);
-        odd = _mm256_add_epi64(odd, four);
+    __m256i whole() const { return halves<0xDD>(); }
+    /// Bits below the point, as far as 32 hold them.
+    __m256i fractions() const { return halves<0x88>(); }
+    void advance() {
+        m_first = _mm256_add_epi64(m_first, m_eight);
+        m_second = _mm256_add_epi64(m_second, m_eight);
     }
-    return i;
+
+  private:
+    template <int order>
+    __m256i halves() const {
+        return _mm256_castps_si256(
+            _mm256_shuffle_ps(_mm256_castsi256_ps(m_first), _mm256_castsi256_ps(m_second), order));
+    }
+
+    __m256i m_first;   // of the samples 0, 1, 4 and 5
+    __m256i m_second;  // of the others
+    __m256i m_eight;
+};
+
+/// The word that is the lower half of the index-th 32 bits of each lane, eight times.
+template <int index>
+static inline __m256i repeatedWord(__m256i words) {
+    constexpr int16_t kOrder = 4 * index | (4 * index + 1) << 8;
+    return _mm256_shuffle_epi8(words, _mm256_set1_epi16(kOrder));
+}
+
+/// The words of two indices, four times each.
+template <int first>
+static inline __m256i repeatedWords(__m256i words) {
+    constexpr int16_t kFirst = 4 * first | (4 * first + 1) << 8;
+    constexpr int16_t kSecond = kFirst + 0x0404;
+    const __m128i order =
+        _mm_setr_epi16(kFirst, kFirst, kFirst, kFirst, kSecond, kSecond, kSecond, kSecond);
+    return _mm256_shuffle_epi8(words, _mm256_broadcastsi128_si256(order));
+}
+
+/// What eight samples are made of: the places of their upper left neighbours, and their weights.
+struct EightSamples {
+    const uint32_t* upper;
+    const uint32_t* lower;
+    int32_t offsets[8];
+    __m256i across;  ///< in each 32 bits the bytes 128 - weight and weight
+    __m256i down;    ///< in each 32 bits the weight times 256
+
+    /// The columns of the samples `index` and index + 4 mixed: four words of the upper row, then
+    /// four of the lower.
+    template <int index>
+    __m256i mixedColumns() const {
+        const int32_t first = offsets[index];
+        const int32_t second = offsets[index + 4];
+        const __m256i pixels = _mm256_setr_m128i(loadPairs(upper + first, lower + first),
+                                                 loadPairs(upper + second, lower + second));
+        const __m256i order = _mm256_broadcastsi128_si256(
+            _mm_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15));
+        return _mm256_abs_epi16(
+            _mm256_maddubs_epi16(_mm256_shuffle_epi8(pixels, order), repeatedWord<index>(across)));
+    }
+
+    /// Two samples of each half, as words.
+    template <int index>
+    __m256i mixedRows() const {
+        const __m256i first = mixedColumns<index>();
+        const __m256i second = mixedColumns<index + 1>();
+        const __m256i above = _mm256_unpacklo_epi64(first, second);
+        const __m256i way = _mm256_sub_epi16(_mm256_unpackhi_epi64(first, second), above);
+        const __m256i sums =
+            _mm256_add_epi16(above, _mm256_mulhrs_epi16(way, repeatedWords<index>(down)));
+        return _mm256_srli_epi16(_mm256_add_epi16(sums, _mm256_set1_epi16(64)), 7);
+    }
+};
+
+[[gnu::always_inline]] static inline void storeEightSamples(uint32_t* destination,
+                                                            const SampleSource<uint32_t>& source,
+                                                            const EightPositions& x,
+                                                            const EightPositions& y) {
+    EightSamples samples;
+    samples.upper = source.values;
+    samples.lower = source.values + source.stride;
+    const __m256i stride = _mm256_set1_epi32(static_cast<int>(source.stride));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(samples.offsets),
+                        _mm256_add_epi32(x.whole(), _mm256_mullo_epi32(y.whole(), stride)));
+    const __m256i weight = _mm256_srli_epi32(x.fractions(), 25);
+    samples.across = _mm256_add_epi16(_mm256_mullo_epi16(weight, _mm256_set1_epi16(255)),
+                                      _mm256_set1_epi16(128));
+    samples.down = _mm256_slli_epi32(_mm256_srli_epi32(y.fractions(), 25), 8);
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(destination),
+                        _mm256_packus_epi16(samples.mixedRows<0>(), samples.mixedRows<2>()));
+}
+
+/// Samples whose neighbours all lie inside; at least eight.
+static inline void sampleInEights(uint32_t* destination, const SampleSource<uint32_t>& source,
+                                  const SampleSteps& steps, size_t count) {
+    const size_t last = count - 8;
+    EightPositions x(steps.x, steps.stepX);
+    EightPositions y(steps.y, steps.stepY);
+    for (size_t i = 0; i < last; i += 8) {
+        storeEightSamples(destination + i, source, x, y);
+        x.advance();
+        y.advance();
+    }
+    const SampleSteps end = stepsFrom(steps, last);
+    storeEightSamples(destination + last, source, EightPositions(end.x, end.stepX),
+                      EightPositions(end.y, end.stepY));
 }
 
 }  // namespace quiravent::desktop

@@ -4,6 +4,7 @@
 #include "graphics/simd/PartBytes.h"
 #include "graphics/simd/VectorKernels.h"
 #include "graphics/simd/VectorRows.h"
+#include "graphics/simd/X86Ratios.h"
 #include "graphics/simd/X86Sampling.h"
 #include "graphics/simd/X86Scaling.h"
 
@@ -27,6 +28,10 @@ __m256i wordsBy255(__m256i words) {
 
 __m256i lowWords(__m256i bytes) { return _mm256_unpacklo_epi8(bytes, _mm256_setzero_si256()); }
 __m256i highWords(__m256i bytes) { return _mm256_unpackhi_epi8(bytes, _mm256_setzero_si256()); }
+
+__m256i wordsBetween(__m256i from, __m256i to, __m256i ratio) {
+    return _mm256_add_epi16(from, _mm256_mulhrs_epi16(_mm256_sub_epi16(to, from), ratio));
+}
 
 __m256i spreadBytes(__m128i eightBytes) {
     const __m256i order = _mm256_setr_epi8(0, 0, 0, 0, 4, 4, 4, 4, 8, 8, 8, 8, 12, 12, 12, 12, 0, 0,
@@ -112,6 +117,17 @@ struct Avx2 {
                                               _mm256_mullo_epi16(highWords(b), highWords(v)));
         return _mm256_packus_epi16(wordsBy255(low), wordsBy255(high));
     }
+    /// Words, see X86Ratios.h.
+    using Ratio = __m256i;
+    static Ratio ratio(uint32_t weight) { return _mm256_set1_epi16(kExactRatios.of[weight]); }
+    static Pixels scaledBy(Pixels a, Ratio ratio) {
+        return _mm256_packus_epi16(_mm256_mulhrs_epi16(lowWords(a), ratio),
+                                   _mm256_mulhrs_epi16(highWords(a), ratio));
+    }
+    static Pixels interpolated(Pixels from, Pixels to, Ratio ratio) {
+        return _mm256_packus_epi16(wordsBetween(lowWords(from), lowWords(to), ratio),
+                                   wordsBetween(highWords(from), highWords(to), ratio));
+    }
     static bool isTransparent(Pixels pixels) { return _mm256_testz_si256(pixels, pixels) != 0; }
     static bool isOpaque(Pixels pixels) {
         return _mm256_testc_si256(pixels, _mm256_set1_epi32(static_cast<int>(0xFF000000))) != 0;
@@ -189,13 +205,16 @@ SamplePixels carefulSamples;
 
 void sampleInside(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    const size_t done = sampleInFours(destination, source, steps, count);
-    sampleInner(destination + done, source, stepsFrom(steps, done), count - done);
+    if (count < 8) {
+        sampleInner(destination, source, steps, count);
+    } else {
+        sampleInEights(destination, source, steps, count);
+    }
 }
 
 void samplePixels(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    samplePixelsX86(destination, source, steps, count, carefulSamples, sampleInside);
+    sampleBothWays(destination, source, steps, count, carefulSamples, sampleInside);
 }
 
 }  // namespace

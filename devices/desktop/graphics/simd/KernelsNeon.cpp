@@ -1,5 +1,6 @@
 #include <arm_neon.h>
 
+#include "graphics/simd/InnerSamples.h"
 #include "graphics/simd/PartBytes.h"
 #include "graphics/simd/VectorKernels.h"
 #include "graphics/simd/VectorRows.h"
@@ -79,6 +80,12 @@ struct Neon {
         const uint16x8_t high = vmull_u8(vget_high_u8(a), vget_high_u8(u));
         return fromWords(vmlal_u8(low, vget_low_u8(b), vget_low_u8(v)),
                          vmlal_u8(high, vget_high_u8(b), vget_high_u8(v)));
+    }
+    using Ratio = Pixels;
+    static Ratio ratio(uint32_t weight) { return Neon::weight(weight); }
+    static Pixels scaledBy(Pixels a, Ratio ratio) { return scaled(a, ratio); }
+    static Pixels interpolated(Pixels from, Pixels to, Ratio ratio) {
+        return mixed(to, ratio, from, inverted(ratio));
     }
     static bool isTransparent(Pixels bytes) {
         const uint32x4_t pixels = vreinterpretq_u32_u8(bytes);
@@ -191,12 +198,50 @@ void halveRows(uint32_t* destination, const uint32_t* upper, const uint32_t* low
     }
 }
 
+/// The columns of one sample mixed with weights of 128: four words.
+uint16x4_t mixedColumns(const uint32_t* pixels, uint8x8_t weights) {
+    const uint16x8_t products = vmull_u8(vreinterpret_u8_u32(vld1_u32(pixels)), weights);
+    return vadd_u16(vget_low_u16(products), vget_high_u16(products));
+}
+
+/// One sample at a position of InnerSamples.h.
+uint16x4_t innerSample(const SampleSource<uint32_t>& source, int64_t x, int64_t y) {
+    const uint32_t* upper =
+        source.values + static_cast<size_t>(y >> 32) * source.stride + static_cast<size_t>(x >> 32);
+    const uint32_t weight = static_cast<uint32_t>(x >> 25) & 127;
+    const auto first = static_cast<uint32_t>((128 - weight) * 0x01010101U);
+    const auto weights = vcreate_u8(first | uint64_t{weight * 0x01010101U} << 32);
+    const int16x4_t above = vreinterpret_s16_u16(mixedColumns(upper, weights));
+    const int16x4_t below = vreinterpret_s16_u16(mixedColumns(upper + source.stride, weights));
+    const auto down = static_cast<int16_t>((static_cast<uint32_t>(y >> 25) & 127) << 8);
+    const int16x4_t step = vqrdmulh_n_s16(vsub_s16(below, above), down);
+    return vrshr_n_u16(vreinterpret_u16_s16(vadd_s16(above, step)), 7);
+}
+
+void sampleInner(uint32_t* destination, const SampleSource<uint32_t>& source,
+                 const SampleSteps& steps, size_t count) {
+    int64_t x = steps.x;
+    int64_t y = steps.y;
+    for (size_t i = 0; i < count; ++i, x += steps.stepX, y += steps.stepY) {
+        storePixel(destination + i, innerSample(source, x, y));
+    }
+}
+
+SamplePixels carefulSamples;
+
+void samplePixels(uint32_t* destination, const SampleSource<uint32_t>& source,
+                  const SampleSteps& steps, size_t count) {
+    sampleBothWays(destination, source, steps, count, carefulSamples, sampleInner);
+}
+
 }  // namespace
 
 Kernels neonKernels(const Kernels& base) {
     Kernels rows = vectorRows<Neon>(base);
     rows.halveRows = halveRows;
     rows.filterRow = filterRow;
+    carefulSamples = base.samplePixels;
+    rows.samplePixels = samplePixels;
     return rows;
 }
 

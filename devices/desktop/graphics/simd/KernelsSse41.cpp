@@ -3,6 +3,7 @@
 #include "graphics/simd/PartBytes.h"
 #include "graphics/simd/VectorKernels.h"
 #include "graphics/simd/VectorRows.h"
+#include "graphics/simd/X86Ratios.h"
 #include "graphics/simd/X86Sampling.h"
 #include "graphics/simd/X86Scaling.h"
 
@@ -17,6 +18,10 @@ __m128i wordsBy255(__m128i words) {
 
 __m128i lowWords(__m128i bytes) { return _mm_unpacklo_epi8(bytes, _mm_setzero_si128()); }
 __m128i highWords(__m128i bytes) { return _mm_unpackhi_epi8(bytes, _mm_setzero_si128()); }
+
+__m128i wordsBetween(__m128i from, __m128i to, __m128i ratio) {
+    return _mm_add_epi16(from, _mm_mulhrs_epi16(_mm_sub_epi16(to, from), ratio));
+}
 
 __m128i spreadBytes(uint32_t fourBytes) {
     const __m128i order = _mm_setr_epi8(0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3);
@@ -104,6 +109,17 @@ struct Sse41 {
                                            _mm_mullo_epi16(highWords(b), highWords(v)));
         return _mm_packus_epi16(wordsBy255(low), wordsBy255(high));
     }
+    /// Words, see X86Ratios.h.
+    using Ratio = __m128i;
+    static Ratio ratio(uint32_t weight) { return _mm_set1_epi16(kExactRatios.of[weight]); }
+    static Pixels scaledBy(Pixels a, Ratio ratio) {
+        return _mm_packus_epi16(_mm_mulhrs_epi16(lowWords(a), ratio),
+                                _mm_mulhrs_epi16(highWords(a), ratio));
+    }
+    static Pixels interpolated(Pixels from, Pixels to, Ratio ratio) {
+        return _mm_packus_epi16(wordsBetween(lowWords(from), lowWords(to), ratio),
+                                wordsBetween(highWords(from), highWords(to), ratio));
+    }
     static bool isTransparent(Pixels pixels) { return _mm_testz_si128(pixels, pixels) != 0; }
     static bool isOpaque(Pixels pixels) {
         return _mm_testc_si128(pixels, _mm_set1_epi32(static_cast<int>(0xFF000000))) != 0;
@@ -174,7 +190,7 @@ SamplePixels carefulSamples;
 
 void samplePixels(uint32_t* destination, const SampleSource<uint32_t>& source,
                   const SampleSteps& steps, size_t count) {
-    samplePixelsX86(destination, source, steps, count, carefulSamples, sampleInner);
+    sampleBothWays(destination, source, steps, count, carefulSamples, sampleInner);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "graphics/FetchAhead.h"
 #include "graphics/Kernels.h"
 #include "graphics/PixelBlend.h"
 
@@ -17,8 +18,10 @@ namespace quiravent::desktop {
 // bytes, each repeated for the channels of its pixel); shares and sharesPart (mask bytes as the
 // class Paint takes them, whose over() mixes an opaque colour in); alphas (of each pixel, repeated
 // for its channels); inverted (255 - x); sum, saturatedSum; scaled (a * w / 255), mixed ((a * u + b
-// * v) / 255), both rounded to nearest; isTransparent and isOpaque (all of them). For scaling,
-// classes CoarseSums and FineSums of weighted pixels: weights (of two pixels), add, rounded.
+// * v) / 255), both rounded to nearest; isTransparent and isOpaque (all of them). For a weight that
+// is the same for all pixels, a V::Ratio: ratio (of a byte), scaledBy (a * w / 255), interpolated
+// ((a * (255 - w) + b * w) / 255). For scaling, classes CoarseSums and FineSums of weighted pixels:
+// weights (of two pixels), add, rounded.
 
 template <class V>
 using PixelsOf = typename V::Pixels;
@@ -94,26 +97,60 @@ void storeColor(const PixelBlock& block, uint32_t color) {
     }
 }
 
+/// Blends one colour with pixels. Where only the colour says how much of them is kept, that is
+/// worked out once.
 template <class V, uint32_t mode>
-static inline void fillRow(uint32_t* row, size_t count, PixelsOf<V> source) {
+class ColorBlend {
+  public:
+    explicit ColorBlend(uint32_t color)
+        : m_source(V::splat(color)), m_keep(V::ratio(keptBy(alphaOf(color)))) {}
+
+    PixelsOf<V> operator()(PixelsOf<V> destination) const {
+        if constexpr (!kKeepsByColor) {
+            return blendPixels<V, mode>(m_source, destination);
+        } else if constexpr (kMode.source == Factor::one) {
+            return V::sum(m_source, V::scaledBy(destination, m_keep));
+        } else {
+            return V::scaledBy(destination, m_keep);
+        }
+    }
+
+  private:
+    static constexpr PorterDuff kMode = kPorterDuff[mode];
+    static constexpr bool kKeepsByColor =
+        (kMode.source == Factor::one || kMode.source == Factor::zero) &&
+        (kMode.destination == Factor::sourceAlpha ||
+         kMode.destination == Factor::inverseSourceAlpha);
+
+    static uint32_t keptBy(uint32_t alpha) {
+        return kKeepsByColor ? factorOf(kMode.destination, alpha, 0, 255) : 0;
+    }
+
+    PixelsOf<V> m_source;
+    typename V::Ratio m_keep;
+};
+
+/// Replaces each pixel of a row by combine(pixel).
+template <class V, class Combine>
+static inline void changeRow(uint32_t* row, size_t count, const Combine& combine) {
     if (count < V::kPixels) {
-        V::storePart(row, blendPixels<V, mode>(source, V::loadPart(row, count)), count);
+        V::storePart(row, combine(V::loadPart(row, count)), count);
         return;
     }
     uint32_t* const last = row + count - V::kPixels;
-    const auto end = blendPixels<V, mode>(source, V::load(last));
-    for (; row < last; row += V::kPixels) {
-        V::store(row, blendPixels<V, mode>(source, V::load(row)));
-    }
+    const auto end = combine(V::load(last));
+    for (; row < last; row += V::kPixels) V::store(row, combine(V::load(row)));
     V::store(last, end);
 }
 
 template <class V, uint32_t mode>
 void fill(const PixelBlock& block, uint32_t color) {
-    const auto source = V::splat(color);
+    const ColorBlend<V, mode> blend(color);
+    const size_t fetched = fetchedRows(block.width, block.height);
     uint32_t* row = block.pixels;
     for (size_t y = 0; y < block.height; ++y, row += block.stride) {
-        fillRow<V, mode>(row, block.width, source);
+        if (y < fetched) fetchAhead(row + kRowsAhead * block.stride, block.width);
+        changeRow<V>(row, block.width, blend);
     }
 }
 
@@ -142,9 +179,9 @@ void composeRow(uint32_t* destination, const uint32_t* source, size_t count, uin
                        [](Pixels s, Pixels d) { return blendPixels<V, mode>(s, d); });
         return;
     }
-    const auto weight = V::weight(opacity);
-    combineRows<V>(destination, source, count, [weight](Pixels s, Pixels d) {
-        return blendPixels<V, mode>(V::scaled(s, weight), d);
+    const auto ratio = V::ratio(opacity);
+    combineRows<V>(destination, source, count, [ratio](Pixels s, Pixels d) {
+        return blendPixels<V, mode>(V::scaledBy(s, ratio), d);
     });
 }
 
@@ -152,9 +189,9 @@ template <class V, uint32_t mode>
 void composeMaskRow(uint32_t* destination, const uint32_t* source, const uint8_t* mask,
                     size_t count, uint32_t opacity) {
     using Pixels = PixelsOf<V>;
-    const auto weight = V::weight(opacity);
-    const auto combine = [weight](Pixels s, Pixels d, Pixels coverage) {
-        const auto blended = blendPixels<V, mode>(V::scaled(s, weight), d);
+    const auto ratio = V::ratio(opacity);
+    const auto combine = [ratio](Pixels s, Pixels d, Pixels coverage) {
+        const auto blended = blendPixels<V, mode>(V::scaledBy(s, ratio), d);
         return interpolatePixels<V>(d, blended, coverage);
     };
     for (; count >= V::kPixels; count -= V::kPixels) {
@@ -278,9 +315,9 @@ void overRow(uint32_t* destination, const uint32_t* source, size_t count, uint32
 template <class V>
 void fadeRow(uint32_t* destination, const uint32_t* source, size_t count, uint32_t opacity) {
     using Pixels = PixelsOf<V>;
-    const auto weight = V::weight(opacity);
+    const auto ratio = V::ratio(opacity);
     combineRows<V>(destination, source, count,
-                   [weight](Pixels s, Pixels d) { return interpolatePixels<V>(d, s, weight); });
+                   [ratio](Pixels s, Pixels d) { return V::interpolated(d, s, ratio); });
 }
 
 template <class V, class Sums>
