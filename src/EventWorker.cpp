@@ -1,7 +1,6 @@
 #include "EventWorker.h"
 
 #include <set>
-#include <utility>
 
 #include "support/Arguments.h"
 #include "support/RepeatedTexts.h"
@@ -13,13 +12,13 @@ namespace {
 
 /// The workers whose jobs run, so that they can be woken when the process exits: runtimes since 14
 /// join the pool's threads then.
-std::set<EventWorker*>& RunningWorkers() {
-    static auto& workers = *new std::set<EventWorker*>;
+std::set<EventWorkerBase*>& RunningWorkers() {
+    static auto& workers = *new std::set<EventWorkerBase*>;
     return workers;
 }
 
 void CloseAllForExit() {
-    for (EventWorker* worker : RunningWorkers()) worker->CloseForExit();
+    for (EventWorkerBase* worker : RunningWorkers()) worker->CloseForExit();
 }
 
 void RegisterExitHook() {
@@ -35,7 +34,7 @@ void RegisterExitHook() {
 /// What the runtime runs for a worker. Made and ended on the script thread.
 class EventJob : public Nan::AsyncProgressWorkerBase<char> {
   public:
-    explicit EventJob(std::shared_ptr<EventWorker> worker)
+    explicit EventJob(std::shared_ptr<EventWorkerBase> worker)
         : AsyncProgressWorkerBase(worker->m_listeners.completion), m_worker(std::move(worker)) {
         RegisterExitHook();
         RunningWorkers().insert(m_worker.get());
@@ -63,7 +62,7 @@ class EventJob : public Nan::AsyncProgressWorkerBase<char> {
     }
 
   private:
-    std::shared_ptr<EventWorker> m_worker;
+    std::shared_ptr<EventWorkerBase> m_worker;
 };
 
 Listeners::Listeners(v8::Local<v8::Value> dataValue, v8::Local<v8::Value> completionValue,
@@ -72,79 +71,27 @@ Listeners::Listeners(v8::Local<v8::Value> dataValue, v8::Local<v8::Value> comple
       completion(NewCallback(completionValue)),
       error(NewCallback(errorValue)) {}
 
-EventWorker::EventWorker(const Listeners& listeners) : m_listeners(listeners) {}
+EventWorkerBase::EventWorkerBase(const Listeners& listeners) : m_listeners(listeners) {}
 
-EventWorker::~EventWorker() = default;
+EventWorkerBase::~EventWorkerBase() = default;
 
-void EventWorker::Queue() { Nan::AsyncQueueWorker(new EventJob(shared_from_this())); }
+void EventWorkerBase::Queue() { Nan::AsyncQueueWorker(new EventJob(shared_from_this())); }
 
-void EventWorker::CloseForExit() {
-    SetClosed();
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    Wake();
+void EventWorkerBase::writeToNode(const Progress& progress, Message message) {
+    m_messageQueue.Append(std::move(message));
+    progress.Signal();
 }
 
-void EventWorker::AddReport(Message&& report) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_ended) return;
-    m_reports.push_back(std::move(report));
-    if (m_waiting == nullptr) return;
-    // The pool thread isn't woken for a report: it would only do this, a change of threads later.
-    if (closed())
-        Wake();
-    else
-        Release(*m_waiting);
-}
-
-void EventWorker::Execute(const Progress& progress) {
-    Attach();
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        while (!closed()) {
-            m_waiting = &progress;
-            // Deliberately without a predicate: what is in the queue already stays there until
-            // the next notification or report.
-            m_condition.wait(lock);
-            m_waiting = nullptr;
-            if (DrainsWhenClosed() || !closed()) Release(progress);
-        }
-    }
-    Detach();
-}
-
-void EventWorker::Release(const Progress& progress) {
-    const bool isFirst = m_released == 0 && !m_reports.empty();
-    m_released = m_reports.size();
-    if (isFirst) progress.Signal();
-}
-
-void EventWorker::End() {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_ended = true;
-    while (m_reports.size() > m_released) m_reports.pop_back();
-}
-
-std::deque<Message> EventWorker::TakeReleased() {
-    std::deque<Message> taken;
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    taken.swap(m_reports);
-    while (taken.size() > m_released) {
-        m_reports.push_front(std::move(taken.back()));
-        taken.pop_back();
-    }
-    m_released = 0;
-    return taken;
-}
-
-void EventWorker::drainQueue(Nan::AsyncResource* resource) {
+void EventWorkerBase::drainQueue(Nan::AsyncResource* resource) {
     const Nan::HandleScope scope;
     const v8::Local<v8::Object> global = Nan::GetCurrentContext()->Global();
     const v8::Local<v8::Function> listener = m_listeners.data->GetFunction();
-    for (const Message& message : TakeReleased()) {
+    for (const Message& message : m_messageQueue.TakeAll()) {
         // A scope for each, since one turn may bring a great many.
         const Nan::HandleScope messageScope;
-        v8::Local<v8::Value> arguments[] = {RepeatedText(message.name()),
-                                            RepeatedText(message.data())};
+        // Each text ends at its first zero byte.
+        v8::Local<v8::Value> arguments[] = {RepeatedText(message.name.c_str()),
+                                            RepeatedText(message.data.c_str())};
         (void)resource->runInAsyncScope(global, listener, 2, arguments);
     }
 }

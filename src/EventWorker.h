@@ -4,12 +4,12 @@
 
 #include <atomic>
 #include <condition_variable>
-#include <cstddef>
 #include <deque>
 #include <memory>
 #include <mutex>
-#include <string>
-#include <string_view>
+#include <utility>
+
+#include "support/MessageQueue.h"
 
 namespace quiravent {
 
@@ -25,37 +25,18 @@ struct Listeners {
     Nan::Callback* error;
 };
 
-/// What an event worker tells the script: what happened, and the detail as text; neither holds a
-/// zero byte. They share one string, which for nearly all needs no memory of its own.
-class Message {
-  public:
-    Message(std::string_view name, std::string_view data) : m_texts(name), m_nameSize(name.size()) {
-        m_texts.append(data);
-    }
-
-    std::string_view name() const { return {m_texts.data(), m_nameSize}; }
-    std::string_view data() const {
-        return {m_texts.data() + m_nameSize, m_texts.size() - m_nameSize};
-    }
-
-  private:
-    std::string m_texts;
-    size_t m_nameSize;
-};
-
-/// The way from device threads to the script's listeners, which all event workers share. A worker
-/// takes a pool thread, which waits for its end; while it waits, whoever reports releases the
-/// report to the script thread. A worker class states what it registers with the device, and how it
-/// is closed.
+/// What all event workers share: the way from a pool thread to the script's listeners.
 ///
 /// A worker is the part that device threads, the script object and the process-wide slot hold on
 /// to; the job that runs it belongs to the runtime and ends before it. So a report or a "close"
 /// that comes after the job has ended still meets a living object, and is dropped.
-class EventWorker : public std::enable_shared_from_this<EventWorker> {
+class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
   public:
-    virtual ~EventWorker();
-    EventWorker(const EventWorker&) = delete;
-    EventWorker& operator=(const EventWorker&) = delete;
+    using Progress = Nan::AsyncProgressWorkerBase<char>::ExecutionProgress;
+
+    virtual ~EventWorkerBase();
+    EventWorkerBase(const EventWorkerBase&) = delete;
+    EventWorkerBase& operator=(const EventWorkerBase&) = delete;
 
     /// Hands the worker to the runtime's pool, where it takes one thread until it is closed.
     /// Script thread; once.
@@ -66,49 +47,95 @@ class EventWorker : public std::enable_shared_from_this<EventWorker> {
     bool closed() const { return m_closedFlag; }
 
     /// As close, but wakes in every case: a worker must not keep the process from exiting.
-    void CloseForExit();
+    virtual void CloseForExit() = 0;
 
   protected:
-    explicit EventWorker(const Listeners& listeners);
+    explicit EventWorkerBase(const Listeners& listeners);
+
+    void SetClosed() { m_closedFlag = true; }
+
+    /// Pool thread: queues the message and wakes the script thread. Wake-ups merge; messages don't.
+    void writeToNode(const Progress& progress, Message message);
+
+  private:
+    friend class EventJob;
+
+    /// The worker's life, on a pool thread.
+    virtual void Execute(const Progress& progress) = 0;
+    /// From now on reports are dropped. Script thread, after Execute has returned.
+    virtual void End() = 0;
+
+    /// Gives every waiting message to the data listener, in order and outside of every lock.
+    void drainQueue(Nan::AsyncResource* resource);
+
+    Listeners m_listeners;
+    MessageQueue m_messageQueue;
+    std::atomic<bool> m_closedFlag{false};
+};
+
+/// The frame of the event workers: reports of a device thread wait in a queue, a pool thread makes
+/// messages of them, the script thread gives these to the listener. A worker class states what it
+/// registers with the device, how a report becomes a message, and how it is closed.
+template <class Report>
+class EventWorker : public EventWorkerBase {
+  public:
+    void CloseForExit() final {
+        SetClosed();
+        const std::lock_guard<std::mutex> lock(m_eventMutex);
+        m_eventCondition.notify_all();
+    }
+
+  protected:
+    explicit EventWorker(const Listeners& listeners) : EventWorkerBase(listeners) {}
 
     /// Starts the device's reports; pool thread.
     virtual void Attach() = 0;
     /// Ends them, where a device function does.
     virtual void Detach() {}
-    /// Whether what waits is still delivered when the worker has been closed.
+    virtual Message MessageOf(const Report& report) = 0;
+    /// Whether a drain ends with the queue, or already with the worker's closing.
     virtual bool DrainsWhenClosed() const { return true; }
 
-    /// Queues one report; any thread. A report that comes before the pool thread waits stays, in
-    /// its place, until the next one.
-    void AddReport(Message&& report);
+    /// Queues one report and wakes the pool thread; any thread. A report that finds the pool
+    /// thread busy elsewhere waits, in its place, for the next one.
+    void AddReport(Report report) {
+        const std::lock_guard<std::mutex> lock(m_eventMutex);
+        if (m_ended) return;
+        m_eventQueue.push_back(std::move(report));
+        m_eventCondition.notify_all();
+    }
 
-    void SetClosed() { m_closedFlag = true; }
-    void Wake() { m_condition.notify_all(); }
+    void Wake() { m_eventCondition.notify_all(); }
 
   private:
-    friend class EventJob;
-    using Progress = Nan::AsyncProgressWorkerBase<char>::ExecutionProgress;
+    void Execute(const Progress& progress) final {
+        Attach();
+        while (!closed()) {
+            std::unique_lock<std::mutex> lock(m_eventMutex);
+            // Deliberately without a predicate: what is in the queue already stays there until
+            // the next notification.
+            m_eventCondition.wait(lock);
+            Drain(progress);
+        }
+        Detach();
+    }
 
-    /// The worker's life, on a pool thread.
-    void Execute(const Progress& progress);
-    /// Gives all reports free to the script thread, and wakes it unless it was woken for others
-    /// that it hasn't taken yet. Under the lock.
-    void Release(const Progress& progress);
-    /// From now on reports are dropped. Script thread, after Execute has returned.
-    void End();
+    void Drain(const Progress& progress) {
+        while (!m_eventQueue.empty() && (DrainsWhenClosed() || !closed())) {
+            writeToNode(progress, MessageOf(m_eventQueue.front()));
+            m_eventQueue.pop_front();
+        }
+    }
 
-    /// Gives every released report to the data listener, in order and outside of every lock.
-    void drainQueue(Nan::AsyncResource* resource);
-    std::deque<Message> TakeReleased();
+    void End() final {
+        const std::lock_guard<std::mutex> lock(m_eventMutex);
+        m_ended = true;
+        m_eventQueue.clear();
+    }
 
-    const Listeners m_listeners;
-    std::atomic<bool> m_closedFlag{false};
-
-    std::mutex m_mutex;                   ///< guards what follows
-    std::condition_variable m_condition;  ///< the pool thread waits for it
-    std::deque<Message> m_reports;        ///< without a bound
-    size_t m_released = 0;                ///< so many, from the front, are the script thread's
-    const Progress* m_waiting = nullptr;  ///< of the pool thread, while it waits
+    std::mutex m_eventMutex;
+    std::condition_variable m_eventCondition;
+    std::deque<Report> m_eventQueue;
     bool m_ended = false;
 };
 
@@ -122,14 +149,6 @@ class WorkerSlot {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_worker == nullptr) m_worker = new std::shared_ptr<Worker>;
         m_worker->swap(worker);
-    }
-
-    /// Calls use(Worker*) with the current worker, which is null before the first; no other takes
-    /// its place meanwhile. Any thread.
-    template <class Use>
-    void With(Use use) const {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        use(m_worker != nullptr ? m_worker->get() : nullptr);
     }
 
     /// The current worker, kept alive while the caller holds it; null before the first. Any thread.

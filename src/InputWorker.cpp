@@ -1,7 +1,6 @@
 #include "InputWorker.h"
 
-#include <string>
-#include <string_view>
+#include <memory>
 
 #include "porting/pl_platform.h"
 #include "support/HardEnd.h"
@@ -14,11 +13,10 @@ namespace {
 constexpr pl_input_keycode kLowProfileKey = pl_input_keycode_home;
 constexpr uint32_t kAllKeys = 0x03FFFFF9;
 
-void DispatchKey(std::string_view name, pl_input_keycode code) {
-    g_input_worker.With([=](InputWorker* worker) {
-        if (worker == nullptr) quiravent::EndByNullRead();
-        worker->onKeyEvent(name, code);
-    });
+void DispatchKey(const char* name, pl_input_keycode code) {
+    const std::shared_ptr<InputWorker> worker = g_input_worker.Get();
+    if (!worker) quiravent::EndByNullRead();
+    worker->onKeyEvent(name, code);
 }
 
 void onKeyPress(pl_input_keycode code) {
@@ -34,12 +32,12 @@ void onKeyRelease(pl_input_keycode code) { DispatchKey("keyrelease", code); }
 
 }  // namespace
 
-void InputWorker::onKeyEvent(std::string_view name, pl_input_keycode code) {
-    AddReport({name, std::to_string(static_cast<int32_t>(code))});
+void InputWorker::onKeyEvent(std::string name, pl_input_keycode code) {
+    AddReport({std::move(name), std::to_string(static_cast<int32_t>(code))});
 }
 
-void InputWorker::dispatchCustomEvent(const std::string& name, const std::string& data) {
-    AddReport({name.c_str(), data.c_str()});
+void InputWorker::dispatchCustomEvent(std::string name, std::string data) {
+    AddReport({std::move(name), std::move(data)});
 }
 
 QUIRAVENT_KEPT void InputWorker::attachAllKeys() { (void)pl_input_UpdateKeyMask(kAllKeys, 0, 1); }
@@ -47,4 +45,8 @@ QUIRAVENT_KEPT void InputWorker::attachAllKeys() { (void)pl_input_UpdateKeyMask(
 void InputWorker::Attach() {
     (void)pl_input_SetCallback_KeyPress(onKeyPress);
     (void)pl_input_SetCallback_KeyRelease(onKeyRelease);
+}
+
+quiravent::Message InputWorker::MessageOf(const std::pair<std::string, std::string>& report) {
+    return {report.first, report.second};
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <string>
-#include <string_view>
+#include <utility>
 
 #include "EventWorker.h"
 #include "porting/pl_input.h"
@@ -9,14 +9,14 @@
 /// The event worker of everything that has no player of its own: keys, changes of the runtime
 /// state, messages of the service selector channel. Keys have no names here: a key reaches the
 /// script as the decimal text of its code.
-class InputWorker : public quiravent::EventWorker {
+class InputWorker : public quiravent::EventWorker<std::pair<std::string, std::string>> {
   public:
     explicit InputWorker(const quiravent::Listeners& listeners) : EventWorker(listeners) {}
 
     /// Queues a key event; device threads.
-    void onKeyEvent(std::string_view name, pl_input_keycode code);
-    /// Queues an event with the two texts, each up to its first zero byte; any thread.
-    void dispatchCustomEvent(const std::string& name, const std::string& data);
+    void onKeyEvent(std::string name, pl_input_keycode code);
+    /// Queues an event with the two texts as they stand; any thread.
+    void dispatchCustomEvent(std::string name, std::string data);
 
     /// Deliberately wakes nobody: the worker ends with the next event, which is still delivered.
     void close() override { SetClosed(); }
@@ -26,6 +26,7 @@ class InputWorker : public quiravent::EventWorker {
 
   private:
     void Attach() override;
+    quiravent::Message MessageOf(const std::pair<std::string, std::string>& report) override;
 };
 
 /// The current worker. Callbacks of the device, and all that has no object in hand, find it here.

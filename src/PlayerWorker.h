@@ -44,7 +44,7 @@ inline std::string PlayerEventName(e_pl_media_event event) {
 /// The event worker of both kinds of player, which differ in the player and in the function that
 /// registers the callback. Reports carry no player: all go to the worker made last.
 template <class Player, auto registerCallback>
-class PlayerWorker : public EventWorker {
+class PlayerWorker : public EventWorker<std::pair<std::string, int>> {
   public:
     PlayerWorker(const Listeners& listeners, const Player* player)
         : EventWorker(listeners), m_player(player) {}
@@ -60,15 +60,21 @@ class PlayerWorker : public EventWorker {
     }
 
   private:
+    using Report = std::pair<std::string, int>;
+
     /// Called by the device for the first parameter's player, which is not looked at.
     static void onPlayerEvent(uint32_t, e_pl_media_event event, unsigned char value) {
         const std::shared_ptr<PlayerWorker> worker = Slot().Get();
         if (worker && worker->m_filter.Passes(event, value)) {
-            worker->AddReport({PlayerEventName(event), std::to_string(value)});
+            worker->AddReport({PlayerEventName(event), value});
         }
     }
 
     void Attach() override { (void)registerCallback(m_player->Handle(), onPlayerEvent); }
+
+    Message MessageOf(const Report& report) override {
+        return {report.first, std::to_string(report.second)};
+    }
 
     const Player* m_player;
     PlayerEventFilter m_filter;

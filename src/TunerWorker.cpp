@@ -17,10 +17,6 @@ void onDtvAction(e_pl_dtv_error error) {
 
 }  // namespace
 
-void TunerWorker::onDtvActionCallback(bool locked, e_pl_dtv_error error) {
-    AddReport({"tunerlock", (locked ? "1," : "0,") + err_to_str(error)});
-}
-
 void TunerWorker::close() {
     SetClosed();
     Wake();
@@ -48,3 +44,8 @@ void TunerWorker::Attach() {
 }
 
 void TunerWorker::Detach() { (void)pl_dtv_Action_unselectTransportStream(); }
+
+quiravent::Message TunerWorker::MessageOf(const std::pair<bool, e_pl_dtv_error>& report) {
+    const std::string locked = report.first ? "1" : "0";
+    return {"tunerlock", locked + "," + err_to_str(report.second)};
+}

@@ -9,7 +9,7 @@
 /// The event worker of the tuner: its life is the selection of a transport stream. The stream is
 /// selected when a pool thread takes the worker and unselected when it is closed; in between every
 /// report of the device becomes a "tunerlock" event.
-class TunerWorker : public quiravent::EventWorker {
+class TunerWorker : public quiravent::EventWorker<std::pair<bool, e_pl_dtv_error>> {
   public:
     /// \param option the device gets null for an empty one
     TunerWorker(const quiravent::Listeners& listeners, std::string selector, std::string option)
@@ -18,7 +18,7 @@ class TunerWorker : public quiravent::EventWorker {
           m_streamOption(std::move(option)) {}
 
     /// Queues one report; device threads.
-    void onDtvActionCallback(bool locked, e_pl_dtv_error error);
+    void onDtvActionCallback(bool locked, e_pl_dtv_error error) { AddReport({locked, error}); }
 
     /// What is still queued is dropped.
     void close() override;
@@ -30,6 +30,7 @@ class TunerWorker : public quiravent::EventWorker {
     void Attach() override;
     void Detach() override;
     bool DrainsWhenClosed() const override { return false; }
+    quiravent::Message MessageOf(const std::pair<bool, e_pl_dtv_error>& report) override;
 
     std::string m_streamSelector;
     std::string m_streamOption;

@@ -21,6 +21,9 @@ const ENDED = 128 + 15;
  */
 const ROOM = { memory: 12 * MEBIBYTE, heap: 2 * MEBIBYTE, threads: 20, descriptors: 8 };
 
+/** So many films may be open at the end, or have ended without a word: see docs/reliability.md. */
+const OPEN = 2;
+
 function parse(words) {
   const options = { minutes: 30, seed: (Date.now() % 1000000) + 1 };
   const rest = words.slice();
@@ -77,7 +80,10 @@ function check(result) {
       isHeard,
       `events: ${count} sent, ${JSON.stringify(sent)}; heard ${JSON.stringify(last.heard)}`
     ],
-    [films.ended > 0 && films.failed === 0, `films: ${JSON.stringify(films)}`],
+    [
+      films.shown > 0 && films.failed === 0 && films.begun - films.ended <= OPEN,
+      `films: ${JSON.stringify(films)}`
+    ],
     checkFlat(figures, 'memory', 1024, inMebibytes),
     checkFlat(figures, 'heap', 1024, inMebibytes),
     checkFlat(figures, 'threads', 1, String),

@@ -57,9 +57,9 @@ std::shared_ptr<Font> newFont() {
 }
 
 struct Stage {
-    std::shared_ptr<ScaledImageCache> cache = std::make_shared<ScaledImageCache>(size_t{32} << 20);
-    DrawingContext context{pool().create(kWidth, kHeight), cache,
-                           std::make_shared<ShapeCoverage>()};
+    // One thread, since the other's instructions wouldn't be counted.
+    std::shared_ptr<CanvasShare> share = std::make_shared<CanvasShare>(size_t{32} << 20, 1);
+    DrawingContext context{pool().create(kWidth, kHeight), share};
     Canvas& canvas = context.canvas();
     std::shared_ptr<Font> font = newFont();
     std::shared_ptr<Surface> poster = newPicture(320, 480, true);

@@ -158,6 +158,7 @@ void Device::finishInTurn() noexcept {
     attempt([&] { m_remote.stop(); });
     attempt([&] { m_platform.stop(); });
     attempt([&] { m_screen.finish(); });
+    attempt([&] { m_drawing.stop(); });
     attempt([&] { m_liveTelevision.finish(); });
     attempt([&] { m_livePlayers.finish(); });
     attempt([&] { m_players.finish(); });

@@ -35,8 +35,7 @@ struct PlayerMethods {
         unsigned begin = 0;
         unsigned end = 0;
         (void)player->GetTime(&now, &begin, &end);
-        ReturnUnsigned(info,
-                       {{Property::now, now}, {Property::begin, begin}, {Property::end, end}});
+        ReturnUnsigned<Property::now, Property::begin, Property::end>(info, now, begin, end);
     }
 
     /// The script's volume is a whole number: a fraction is cut off before it is multiplied.

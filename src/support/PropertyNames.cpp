@@ -8,6 +8,12 @@ namespace {
 
 using Names = std::array<Nan::Persistent<v8::String>, static_cast<size_t>(Property::count)>;
 
+constexpr const char* kTexts[] = {
+#define NAME(name) #name,
+    QUIRAVENT_PROPERTY_NAMES(NAME)
+#undef NAME
+};
+
 // Never destroyed: at process end the runtime that owns the strings may be gone already.
 Names& KeptNames() {
     static Names& names = *new Names;
@@ -17,11 +23,6 @@ Names& KeptNames() {
 }  // namespace
 
 void InitPropertyNames() {
-    static constexpr const char* kTexts[] = {
-#define NAME(name) #name,
-        QUIRAVENT_PROPERTY_NAMES(NAME)
-#undef NAME
-    };
     v8::Isolate* isolate = v8::Isolate::GetCurrent();
     size_t index = 0;
     for (auto& name : KeptNames()) {
@@ -30,6 +31,8 @@ void InitPropertyNames() {
                 .ToLocalChecked());
     }
 }
+
+const char* TextOf(Property property) { return kTexts[static_cast<size_t>(property)]; }
 
 v8::Local<v8::String> NameOf(Property property) {
     return Nan::New(KeptNames()[static_cast<size_t>(property)]);

@@ -24,6 +24,8 @@ enum class Property {
 /// Makes the names; called first of all when the module is set up.
 void InitPropertyNames();
 
+const char* TextOf(Property property);
+
 /// The kept script string; valid on the script thread, within a handle scope.
 v8::Local<v8::String> NameOf(Property property);
 

@@ -6,6 +6,7 @@
 #include "support/Arguments.h"
 #include "support/Errors.h"
 #include "support/InitOrder.h"
+#include "support/KnownTexts.h"
 #include "support/Results.h"
 
 using namespace quiravent;
@@ -32,11 +33,11 @@ void GetSize(Canvas* canvas, const Info& info) {
     unsigned int w = 0;
     unsigned int h = 0;
     (void)canvas->GetSize(&w, &h);
-    ReturnUnsigned(info, {{Property::w, w}, {Property::h, h}});
+    ReturnUnsigned<Property::w, Property::h>(info, w, h);
 }
 
 void SetColor(Canvas* canvas, const Info& info) {
-    if (info[0]->IsString()) return canvas->SetColor(ReadText(info[0]));
+    if (info[0]->IsString()) return canvas->SetColor(ReadKnownText(info[0]));
     if (!info[0]->IsObject()) return;
     const PropertyReads reads;
     const v8::Local<v8::Object> color = info[0].As<v8::Object>();
@@ -53,7 +54,7 @@ void GetColor(Canvas* canvas, const Info& info) {
     uint8_t b = 0;
     uint8_t a = 0;
     (void)canvas->GetColor(&r, &g, &b, &a);
-    ReturnIntegers(info, {{Property::r, r}, {Property::g, g}, {Property::b, b}, {Property::a, a}});
+    ReturnIntegers<Property::r, Property::g, Property::b, Property::a>(info, r, g, b, a);
 }
 
 using RectangleOperation = int32_t (Canvas::*)(unsigned int, unsigned int, unsigned int,
@@ -84,7 +85,7 @@ void GetClip(Canvas* canvas, const Info& info) {
     unsigned int w = 0;
     unsigned int h = 0;
     (void)canvas->GetClip(&x, &y, &w, &h);
-    ReturnUnsigned(info, {{Property::x, x}, {Property::y, y}, {Property::w, w}, {Property::h, h}});
+    ReturnUnsigned<Property::x, Property::y, Property::w, Property::h>(info, x, y, w, h);
 }
 
 void SetRotation(Canvas* canvas, const Info& info) {
@@ -101,7 +102,7 @@ void SetFont(Canvas* canvas, const Info& info) {
 }
 
 void DrawText(Canvas* canvas, const Info& info) {
-    const std::string text = ReadText(info[0]);
+    const std::string text = ReadKnownText(info[0]);
     const uint32_t x = ReadUint32(info[1]);
     const uint32_t y = ReadUint32(info[2]);
     (void)canvas->DrawText(text, x, y);
@@ -110,15 +111,15 @@ void DrawText(Canvas* canvas, const Info& info) {
 void MeasureText(Canvas* canvas, const Info& info) {
     unsigned int width = 0;
     unsigned int height = 0;
-    (void)canvas->MeasureText(ReadText(info[0]), &width, &height);
-    ReturnUnsigned(info, {{Property::width, width}, {Property::height, height}});
+    (void)canvas->MeasureText(ReadKnownText(info[0]), &width, &height);
+    ReturnUnsigned<Property::width, Property::height>(info, width, height);
 }
 
 void SetTextAlign(Canvas* canvas, const Info& info) {
     std::string horizontal;
     std::string vertical;
-    if (info[0]->IsString()) horizontal = ReadText(info[0]);
-    if (info[1]->IsString()) vertical = ReadText(info[1]);
+    if (info[0]->IsString()) horizontal = ReadKnownText(info[0]);
+    if (info[1]->IsString()) vertical = ReadKnownText(info[1]);
     (void)canvas->SetTextAlign(horizontal, vertical);
 }
 
@@ -177,7 +178,7 @@ struct Ellipse {
 // Braces, because they fix the order in which a script sees its values read.
 Ellipse ReadEllipse(v8::Local<v8::Object> object) {
     const PropertyReads reads;
-    return Ellipse{ReadText(ReadProperty(object, Property::mode)),
+    return Ellipse{ReadKnownText(ReadProperty(object, Property::mode)),
                    ReadUint32(object, Property::xc),
                    ReadUint32(object, Property::yc),
                    ReadUint32(object, Property::radiusx),
@@ -187,8 +188,8 @@ Ellipse ReadEllipse(v8::Local<v8::Object> object) {
 }
 
 Ellipse ReadEllipse(const Info& info) {
-    return Ellipse{ReadText(info[0]),   ReadUint32(info[1]), ReadUint32(info[2]),
-                   ReadUint32(info[3]), ReadUint32(info[4]), ReadDouble(info[5]),
+    return Ellipse{ReadKnownText(info[0]), ReadUint32(info[1]), ReadUint32(info[2]),
+                   ReadUint32(info[3]),    ReadUint32(info[4]), ReadDouble(info[5]),
                    ReadDouble(info[6])};
 }
 
@@ -200,7 +201,7 @@ void DrawEllipse(Canvas* canvas, const Info& info) {
 }
 
 void SetPorterDuff(Canvas* canvas, const Info& info) {
-    (void)canvas->SetPorterDuff(ReadText(info[0]));
+    (void)canvas->SetPorterDuff(ReadKnownText(info[0]));
 }
 
 void Release(Canvas* canvas, const Info&) { canvas->Release(); }

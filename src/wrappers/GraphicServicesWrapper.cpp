@@ -75,7 +75,7 @@ void GetVRAMStats(const Info& info) {
     int used = 0;
     int free = 0;
     (void)GraphicServices::GetVRAMStats(&used, &free);
-    ReturnIntegers(info, {{Property::used, used}, {Property::free, free}});
+    ReturnIntegers<Property::used, Property::free>(info, used, free);
 }
 
 // Deliberately empty: a canvas or a font stays just as it was.

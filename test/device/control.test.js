@@ -36,7 +36,6 @@ new quiravent.InputWorker(onEvent, () => {}, () => {});
 platformServices.initProperties();
 `;
 
-/** Resolves with an application that listens. */
 function start(t, source, variables) {
   return new Application(t, source, variables).connect().then((made) => made.untilListening());
 }

@@ -3,6 +3,7 @@
 // Who has the output: what a script is told when something else takes it from its players.
 
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const { Application } = require('./support/controlled');
 const { medium } = require('./support/files');
 
@@ -104,7 +105,6 @@ class Script {
   }
 }
 
-/** A script whose players both play. */
 function startPlaying(t) {
   const script = new Script(t);
   return script
@@ -116,15 +116,13 @@ function startPlaying(t) {
 
 test('players are suspended while something else has the output', (t) =>
   startPlaying(t).then((script) =>
-    SUSPENSIONS.reduce(
-      (before, step) =>
-        before
-          .then(() => script.ask(step[0]))
-          .then(() => script.next(step[1].length))
-          .then((events) =>
-            t.deepEqual(events, step[1].slice().sort(), step[0][1].state || step[0][1].key)
-          ),
-      Promise.resolve()
+    inSequence(SUSPENSIONS, (step) =>
+      script
+        .ask(step[0])
+        .then(() => script.next(step[1].length))
+        .then((events) =>
+          t.deepEqual(events, step[1].slice().sort(), step[0][1].state || step[0][1].key)
+        )
     )
   ));
 

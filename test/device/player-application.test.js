@@ -5,6 +5,7 @@
 const fs = require('fs');
 const path = require('path');
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const { captureFilm, describe, isRight } = require('../../tools/lib/film-picture');
 const { numberAt } = require('../../tools/media/frame-counter');
 const { drawArtwork } = require('../../tools/artwork/draw');
@@ -19,7 +20,6 @@ const advertisement = 2;
 /** For how long something is waited for, on a busy machine; in ms. */
 const timeout = 30000;
 
-/** An example under control. */
 class Viewer {
   constructor(t, example, variables) {
     const settings = { NODE_PATH: path.join(root, 'cli', 'modules'), UV_THREADPOOL_SIZE: '8' };
@@ -40,12 +40,7 @@ class Viewer {
   }
 
   press(keys) {
-    return keys
-      .split(' ')
-      .reduce(
-        (before, key) => before.then(() => this.request('press', { key })),
-        Promise.resolve()
-      );
+    return inSequence(keys.split(' '), (key) => this.request('press', { key }));
   }
 
   waitFor(player, state, position) {
@@ -247,14 +242,15 @@ test('the keys of the remote control change speed, place and volume', (t) =>
       ['AudioVolumeUp', (player) => player.volume === 100],
       ['AudioVolumeUp', (player) => player.volume === 200]
     ];
-    return steps
-      .reduce(
-        (before, step) =>
-          before
-            .then(() => viewer.press(step[0]))
+    return viewer
+      .waitFor(film, 'playing')
+      .then(() =>
+        inSequence(steps, (step) =>
+          viewer
+            .press(step[0])
             .then(() => viewer.until(step[1]))
-            .then(() => t.pass(step[0])),
-        viewer.waitFor(film, 'playing')
+            .then(() => t.pass(step[0]))
+        )
       )
       .then(() => viewer.leave('GoBack'))
       .then((end) => t.deepEqual(end, { code: 0, signal: null }, 'back leaves the player'));

@@ -53,7 +53,6 @@ function run(t, source, steps, variables) {
     .then(() => app);
 }
 
-/** Asks again until the answer is so. */
 function askUntil(ask, isSo) {
   return ask().then((answer) => (isSo(answer) ? answer : askUntil(ask, isSo)));
 }

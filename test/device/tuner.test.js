@@ -2,7 +2,6 @@
 
 // Television as an application has it: selections, and what the tuner tells of them.
 
-const dgram = require('dgram');
 const fs = require('fs');
 const path = require('path');
 const test = require('tape');
@@ -25,7 +24,6 @@ function start(t, source, variables) {
   return new Application(t, SELECT + source, variables).connect();
 }
 
-/** The reports that the application has said. */
 function reports(application) {
   return application.lines.map((line) => JSON.parse(line)).filter((one) => Array.isArray(one));
 }
@@ -34,60 +32,12 @@ function delay(ms) {
   return new Promise((resolve) => setTimeout(resolve, ms));
 }
 
-/** Resolves with the reports once there are so many. */
 function untilReports(application, count) {
   const all = reports(application);
   return all.length >= count ? all : delay(5).then(() => untilReports(application, count));
 }
 
-/** Resolves once the last report has that data. */
-function untilLast(application, data) {
-  const last = reports(application).pop();
-  return last && last[1] === data ? last : delay(5).then(() => untilLast(application, data));
-}
-
 const dataOf = (all) => all.map((report) => report[1]);
-
-/** Sends the multiplex to a port in datagrams of seven packets, at some 7 Mbit/s. */
-class Sender {
-  constructor(t, port) {
-    this.socket = dgram.createSocket('udp4');
-    this.stream = fs.readFileSync(multiplex('mux.ts')).slice(0, 188 * 7 * 200);
-    this.port = port;
-    this.at = 0;
-    t.teardown(() => {
-      this.stop();
-      this.socket.close();
-    });
-  }
-
-  start() {
-    this.timer = setInterval(() => {
-      for (let count = 0; count < 4; count++) this.send();
-    }, 6);
-  }
-
-  send() {
-    const datagram = this.stream.slice(this.at, this.at + 188 * 7);
-    this.at = (this.at + 188 * 7) % this.stream.length;
-    this.socket.send(datagram, 0, datagram.length, this.port, '127.0.0.1');
-  }
-
-  stop() {
-    clearInterval(this.timer);
-  }
-}
-
-/** A port that nobody uses at present. */
-function freePort() {
-  return new Promise((resolve) => {
-    const socket = dgram.createSocket('udp4');
-    socket.bind(0, '127.0.0.1', () => {
-      const port = socket.address().port;
-      socket.close(() => resolve(port));
-    });
-  });
-}
 
 test('each selection is told its outcome, one after the other', (t) => {
   const cases = [
@@ -143,34 +93,6 @@ test('loss and return of the signal are told as they happen', (t) =>
       .then(() => application.ask('signal', { lost: false }))
       .then(() => untilReports(application, 3))
       .then((all) => t.deepEqual(dataOf(all), ['1,', '0,Sem Sinal', '1,']))
-  ));
-
-test('datagrams that come, end and come again are told', (t) =>
-  freePort().then((port) =>
-    start(t, `select('udp://127.0.0.1:${port}', '');`).then((application) => {
-      const sender = new Sender(t, port);
-      const times = [];
-      const mark = () => times.push(Date.now());
-      return untilLast(application, '0,Sem Sinal')
-        .then(() => sender.start())
-        .then(() => untilLast(application, '1,'))
-        .then(() => sender.stop())
-        .then(mark)
-        .then(() => untilLast(application, '0,Sem Sinal'))
-        .then(() => sender.start())
-        .then(mark)
-        .then(() => untilLast(application, '1,'))
-        .then(mark)
-        .then(() => {
-          const all = reports(application);
-          // A sender that a busy machine keeps away for a second is one more loss.
-          const expected = all.map((one, index) => ['0,Sem Sinal', '1,'][index % 2]);
-          t.deepEqual(dataOf(all), expected);
-          t.ok(all.length >= 4);
-          const [ended, lost, back] = times;
-          t.comment(`silent: ${all[0][2]} ms; lost: ${lost - ended} ms; back: ${back - lost} ms`);
-        });
-    })
   ));
 
 test('a tuner that is closed is told nothing, and the next one all', (t) => {

@@ -2,6 +2,7 @@
 
 // Makes one function of the porting layer fail, and has a script's call meet the fault.
 
+const { inSequence } = require('../lib/concurrently');
 const recorder = require('../script/support/recorder');
 
 /** After which a call that blocks the script thread goes on, in ms: nothing else could let it go. */
@@ -58,7 +59,7 @@ function injectAll(rows) {
       .filter((fault) => EXPECTED[fault](rows[fn]))
       .forEach((fault) => all.push(() => inject(fn, rows[fn], fault)))
   );
-  return all.reduce((before, next) => before.then(next), Promise.resolve());
+  return inSequence(all, (next) => next());
 }
 
 module.exports = {

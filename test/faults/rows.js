@@ -23,7 +23,6 @@ function makePlayer(kind) {
   });
 }
 
-/** Resolves when the subjects are there. */
 function prepare() {
   subjects.canvas = keep(graphicServices.createCanvas(8, 6));
   subjects.source = keep(graphicServices.createCanvas(4, 4));
@@ -169,7 +168,6 @@ const graphics = {
   pl_gfx_GetVRAMStats: script(() => graphicServices.getVRAMStats().used >= 0, true, true)
 };
 
-/** Rows of both kinds of player. */
 function players(kind, prefix) {
   const names = workers.PLAYERS[kind];
   const isMedia = kind === 'media';
@@ -246,7 +244,6 @@ const stores = {
   pl_persistent_GetAllValues: script(() => subjects.store.getAll(), { key: 'value' }, {})
 };
 
-/** Opens a tuner worker and ends it. */
 const openAndEndTuner = () =>
   workers.endAll([workers.openTuner('selector', 'option')]).then(() => 'ended');
 

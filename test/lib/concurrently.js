@@ -9,4 +9,7 @@ function concurrently(items, jobs, run) {
   return Promise.all(Array.from({ length: jobs }, runNext));
 }
 
-module.exports = { concurrently };
+/** The same one after the other. */
+const inSequence = (items, run) => concurrently(items, 1, run);
+
+module.exports = { concurrently, inSequence };

@@ -235,6 +235,22 @@ test('text is drawn as the word of whatever is given', (t) => {
   });
 });
 
+test('a text that comes again is read as the first time, also when its string is gone', (t) => {
+  const texts = Array.from({ length: 900 }, (_, i) => `é日 ${i}`);
+  const drawn = (list) => list.map((text) => callsOf('drawText', [text, 0, 0])[0][4]);
+  return newFont().then((font) => {
+    canvas.setFont(font);
+    for (let round = 0; round < 3; round += 1) {
+      t.deepEqual(drawn(texts), texts);
+      const others = texts.map((text) => `${text} ${round}`);
+      t.deepEqual(drawn(others), others);
+      global.gc();
+    }
+    const long = 'long '.repeat(100);
+    t.deepEqual(drawn([long, 'a', long, 7, 'a']), [long, 'a', long, '7', 'a']);
+  });
+});
+
 /** An object that notes which of its properties are read. */
 function noting(names, log) {
   const object = {};

@@ -171,6 +171,19 @@ test('a query gives a plain object, of zeros when the porting layer refuses', (t
   });
 });
 
+test("a result's properties are set as a script would set them", (t) => {
+  const { canvas } = newCanvas();
+  const seen = [];
+  Object.defineProperty(Object.prototype, 'y', { configurable: true, set: (y) => seen.push(y) });
+  const clip = canvas.getClip();
+  Object.defineProperty(Object.prototype, 'y', { set: () => canvas.gone() });
+  t.throws(() => canvas.getClip(), TypeError);
+  delete Object.prototype.y;
+  t.deepEqual(Object.keys(clip), ['x', 'w', 'h']);
+  t.deepEqual(seen, [0]);
+  t.end();
+});
+
 test('outputs that the porting layer leaves alone read as zeros', (t) => {
   const { canvas } = newCanvas();
   return newFont().then((font) => {

@@ -54,7 +54,6 @@ const EXPORTS = [
 const namespaces = EXPORTS.filter((entry) => entry.members);
 const classes = EXPORTS.filter((entry) => entry.methods);
 
-/** Tells whether a property is a plain one: writable, enumerable and configurable. */
 function isPlain(object, name) {
   const property = Object.getOwnPropertyDescriptor(object, name);
   return Boolean(property.writable && property.enumerable && property.configurable);

@@ -1,6 +1,7 @@
 'use strict';
 
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const recorder = require('./support/recorder');
 const { keep, newCanvas, newUnkeptCanvas, load, loadUnkept } = require('./support/graphics');
 const { collect, released } = require('./support/collection');
@@ -35,16 +36,14 @@ test('a size arrives as one byte', (t) => {
     [-1, 255]
   ];
   recorder.clear();
-  return rows
-    .reduce((before, row) => before.then(() => load('loadFont', 'path', row[0])), Promise.resolve())
-    .then(() => {
-      const calls = recorder.calls();
-      t.ok(calls.every((call) => call.fn === 'pl_gfx_LoadFont' && call.thread === 'pool'));
-      t.deepEqual(
-        calls.map((call) => call.args),
-        rows.map((row) => ['path', row[1], 'out'])
-      );
-    });
+  return inSequence(rows, (row) => load('loadFont', 'path', row[0])).then(() => {
+    const calls = recorder.calls();
+    t.ok(calls.every((call) => call.fn === 'pl_gfx_LoadFont' && call.thread === 'pool'));
+    t.deepEqual(
+      calls.map((call) => call.args),
+      rows.map((row) => ['path', row[1], 'out'])
+    );
+  });
 });
 
 test('a dropped font is released once, and unbinds every canvas', (t) => {

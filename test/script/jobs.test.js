@@ -3,6 +3,7 @@
 // The four functions that make an object on a pool thread and then call back.
 
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { keep, newCanvas } = require('./support/graphics');
@@ -201,7 +202,7 @@ Object.keys(JOBS).forEach((name) => {
         })
         .then(() => t.equal(recorder.calls().length, row[1], 'nothing is released or unloaded'));
     };
-    return job.failures.reduce((before, row) => before.then(() => check(row)), Promise.resolve());
+    return inSequence(job.failures, check);
   });
 
   test(`${name} calls back in the order in which jobs finish`, (t) => {

@@ -1,6 +1,7 @@
 'use strict';
 
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { says } = require('./support/process');
@@ -15,7 +16,6 @@ function make(name, url, bounds) {
   });
 }
 
-/** The handle that a player passes to the porting layer. */
 function handleOf(player) {
   recorder.clear();
   player.start();
@@ -43,7 +43,7 @@ test('getPlayer reads a rectangle, and tests nothing of it', (t) => {
       t.deepEqual(recorder.sequence(), [['pl_media_CreateUrlPlayer', 'url', row[1], 'out']]);
     });
   };
-  return BOUNDS.reduce((before, row) => before.then(() => check(row)), Promise.resolve());
+  return inSequence(BOUNDS, check);
 });
 
 test('getPlayer reads x, y, w, h in this order, getAdPlayer nothing', (t) => {

@@ -137,7 +137,6 @@ test('a player of each kind', (t) =>
     t.ok(players.every((each) => each.player));
   }));
 
-/** The function of the porting layer behind a method. */
 const functionOf = (kind, method) => KINDS[kind].prefix + method[0].toUpperCase() + method.slice(1);
 
 /** Calls a method for each row, with each status as answer; none of them is looked at. */
@@ -237,7 +236,6 @@ const TIMES = [
   [{ outputs: { begin: null, now: null, end: null } }, { now: 0, begin: 0, end: 0 }]
 ];
 
-/** `count` buffered times. */
 function bufferedTimes(count) {
   return Array.from({ length: count }, (each, index) => {
     return { begin: 4294967100 + index, now: 77, end: 4294967100 + index + 100 };

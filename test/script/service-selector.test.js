@@ -9,10 +9,11 @@ const fs = require('fs');
 const path = require('path');
 const { spawn } = require('child_process');
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { openInput, endAll } = require('./support/workers');
-const { quiet, turn, threadNames } = require('./support/threads');
+const { isAsleep, poll, quiet, turn, threadNames } = require('./support/threads');
 const { runtime } = require('./support/build');
 const { load } = require('./support/pace');
 const { runScript, says } = require('./support/process');
@@ -43,26 +44,6 @@ test('without properties, each fetching starts anew', (t) => {
   return says(t, source, '[{},2] [{},4] [{"a":"1"},6] [{"a":"1"},6] 3 ');
 });
 
-/** Whether a process's script thread sleeps. */
-function isAsleep(pid) {
-  return / S /.test(fs.readFileSync(`/proc/${pid}/stat`, 'utf8').replace(/^.*\)/, ''));
-}
-
-/** Resolves once a process's script thread sleeps; rejects if the process ends first. */
-function asleep(pid) {
-  return new Promise((resolve, reject) => {
-    const look = () => {
-      try {
-        if (isAsleep(pid)) resolve();
-        else setImmediate(look);
-      } catch (error) {
-        reject(error);
-      }
-    };
-    look();
-  });
-}
-
 test('exit waits until a byte reaches the pipe, which stays unread', (t) => {
   const source = `
     const services = quiravent.platformServices;
@@ -89,7 +70,8 @@ test('exit waits until a byte reaches the pipe, which stays unread', (t) => {
     latest = output;
     if (output === 'leaving\n' && writer < 0) {
       writer = fs.openSync(PIPE, fs.constants.O_WRONLY | fs.constants.O_NONBLOCK);
-      asleep(child.pid)
+      // Its script thread then waits; the first of its threads bears its number.
+      poll(() => isAsleep(`/proc/${child.pid}`))
         .then(turn)
         .then(() => {
           outputBefore = latest;
@@ -190,12 +172,7 @@ const NONBLOCKING = fs.constants.O_RDWR | fs.constants.O_NONBLOCK;
 let pipe = -1;
 
 /** Resolves once the pipe is empty: what was written has been taken. */
-function taken() {
-  return new Promise((resolve) => {
-    const look = () => (recorder.unread(pipe) ? setImmediate(look) : resolve());
-    look();
-  });
-}
+const taken = () => poll(() => recorder.unread(pipe) === 0);
 
 /** Writes bytes at once, as a message apart from all others. */
 function send(bytes) {
@@ -233,11 +210,7 @@ test('from now on there is a worker to hear', (t) => {
 
 /** Sends messages, each apart; resolves with all events heard of them. */
 function heardOf(messages) {
-  const sendAll = messages.reduce(
-    (before, message) => before.then(() => send(message)),
-    Promise.resolve()
-  );
-  return sendAll.then(() => input.flush());
+  return inSequence(messages, send).then(() => input.flush());
 }
 
 const a = (count) => 'a'.repeat(count);
@@ -318,7 +291,7 @@ test('serviceunselect leaves the overlay state, and is heard in any', (t) => {
       t.ok(recorder.calls().every((call) => call.thread === 'messageIPC'));
     });
   };
-  return UNSELECTED.reduce((before, row) => before.then(() => check(row)), Promise.resolve());
+  return inSequence(UNSELECTED, check);
 });
 
 test('serviceunselect without a value changes nothing', (t) => {

@@ -1,6 +1,7 @@
 'use strict';
 
 const test = require('tape');
+const { inSequence } = require('../lib/concurrently');
 const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { openTuner, endAll } = require('./support/workers');
@@ -39,7 +40,7 @@ test('any value is taken as its text, and an empty option as none', (t) => {
         t.deepEqual(recorder.sequence()[0], [SELECT, row[2], row[3], 'function'], row.join());
       });
   };
-  return TEXTS.reduce((before, row) => before.then(() => check(row)), Promise.resolve());
+  return inSequence(TEXTS, check);
 });
 
 test('texts are read from the selector on', (t) => {

@@ -23,7 +23,6 @@ function bodyAt(place) {
   }
 }
 
-/** The names of the methods in a body. */
 function methodsIn(body) {
   const names = body.match(/^ {2}\w+(?=\()/gm) || [];
   return Array.from(new Set(names.map((name) => name.trim())));

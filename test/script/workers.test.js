@@ -79,7 +79,6 @@ Object.keys(KINDS).forEach((kind) => {
   const names = begin().map((call) => call[0]);
   const lastOfBegin = names[names.length - 1];
 
-  /** Resolves once the worker that was opened waits. */
   const waits = () => recorder.waitForCalls(lastOfBegin).then(quiet);
 
   // First of all, since what is registered stays.

@@ -19,7 +19,7 @@ const SECTIONS = [
 /** Kinds of functions, by what their names hold or begin with. */
 const FUNCTIONS = [
   ['made from templates of the C++ library', /^(\w[^(]* )?(std|__gnu_cxx)::/],
-  ['event workers', /Worker|EventJob|Message|Listeners/],
+  ['event workers', /Worker|EventJob|MessageQueue|Listeners/],
   ['made from templates of Nan', /^(\w[^(]* )?Nan::/],
   ['tables', /__static_init|_GLOBAL__/],
   ['script classes and namespaces', /Wrapper|Dispatch|FunctionCallbackInfo|quiravent::|v8::/],

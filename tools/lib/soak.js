@@ -10,6 +10,7 @@ const { spawn } = require('child_process');
 const { ControlClient } = require('../../cli/lib/control-client');
 const { generator, pick } = require('../../test/script/support/random');
 const { drawArtwork } = require('../artwork/draw');
+const { makeMedia } = require('../media/make');
 const { build } = require('./build');
 const { mustRun, root } = require('./run');
 
@@ -30,14 +31,6 @@ function delay(ms) {
   return new Promise((resolve) => setTimeout(resolve, ms));
 }
 
-function makeFilm(file) {
-  const picture = 'testsrc=size=320x180:rate=25:duration=3';
-  const words = ['-nostdin', '-loglevel', 'error', '-y', '-f', 'lavfi', '-i', picture];
-  const sound = ['-f', 'lavfi', '-i', 'sine=440:duration=3', '-pix_fmt', 'yuv420p'];
-  const codecs = ['-c:v', 'libx264', '-preset', 'ultrafast', '-c:a', 'aac', file];
-  mustRun('ffmpeg', words.concat(sound, codecs));
-}
-
 /** The running application, through the launcher. */
 class Subject {
   constructor(folder) {
@@ -46,7 +39,7 @@ class Subject {
     this.figures = [];
     this.waiting = [];
     const options = ['--headless', '--control', this.socket, '--storage', folder, '--expose-gc'];
-    const words = ['test/soak/application.js', '--still', path.join(folder, 'film.mp4')];
+    const words = ['test/soak/application.js', '--still'];
     this.child = spawn(process.execPath, ['cli/quiravent.js', 'run'].concat(options, words), {
       cwd: root,
       stdio: ['ignore', 'pipe', 'inherit']
@@ -189,8 +182,8 @@ function observe(subject, options) {
 function soak(options) {
   build('release', ['applications']);
   drawArtwork(path.join(root, 'build', 'artwork'));
+  makeMedia(path.join(root, 'build', 'media'));
   const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-soak-'));
-  makeFilm(path.join(folder, 'film.mp4'));
   const subject = new Subject(folder);
   const clean = () => mustRun('rm', ['-rf', folder]);
   return observe(subject, options).then(

@@ -29,6 +29,7 @@ struct Configuration {
     struct Graphics {
         uint64_t videoMemory = 64U << 20;   ///< bytes
         uint64_t scaledImages = 32U << 20;  ///< bytes, beside the video memory
+        uint64_t threads = 2;               ///< that draw, if there are as many processors
         std::string kernels = "auto";       ///< one of kernelSets(), or "auto", the fastest
     } graphics;
     struct Network {

@@ -64,6 +64,10 @@ std::vector<Setting> graphicsSettings() {
              "Memory, beside that for canvases and images, for pictures as they were scaled "
              "when they were drawn, in bytes or with a unit; 0: they are scaled each time."},
             0, 4095, [](Configuration& all) -> uint64_t& { return all.graphics.scaledImages; }),
+        numberSetting({"graphics", "threads", "QUIRAVENT_DRAWING_THREADS",
+                       "How many threads draw what is large; never more than the machine has "
+                       "processors."},
+                      1, 2, [](Configuration& all) -> uint64_t& { return all.graphics.threads; }),
         choiceSetting({"graphics", "kernels", "QUIRAVENT_KERNELS",
                        "The processor's vector unit to draw with, for tests and measurements; "
                        "\"auto\": the best that there is."},

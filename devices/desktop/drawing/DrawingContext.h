@@ -14,9 +14,8 @@ namespace quiravent::desktop {
 class DrawingContext {
   public:
     /// See Canvas.
-    DrawingContext(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled,
-                   std::shared_ptr<ShapeCoverage> shapes)
-        : m_canvas(std::move(surface), std::move(scaled), std::move(shapes)) {}
+    DrawingContext(std::shared_ptr<Surface> surface, std::shared_ptr<CanvasShare> share)
+        : m_canvas(std::move(surface), std::move(share)) {}
 
     Canvas& canvas() { return m_canvas; }
     const Surface& surface() const { return *m_canvas.surface(); }

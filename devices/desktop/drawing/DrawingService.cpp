@@ -41,9 +41,9 @@ DrawingService::DrawingService(const Configuration& configuration, Screen& scree
     : m_screen(screen),
       m_limits(limitsFrom(configuration.network)),
       m_pool(static_cast<size_t>(configuration.graphics.videoMemory)),
-      m_scaled(std::make_shared<ScaledImageCache>(
-          static_cast<size_t>(configuration.graphics.scaledImages))),
-      m_shapes(std::make_shared<ShapeCoverage>()) {
+      m_share(
+          std::make_shared<CanvasShare>(static_cast<size_t>(configuration.graphics.scaledImages),
+                                        static_cast<uint32_t>(configuration.graphics.threads))) {
     useKernels(configuration.graphics.kernels);
 }
 
@@ -67,7 +67,7 @@ std::shared_ptr<Surface> DrawingService::newSurface(uint32_t width, uint32_t hei
 }
 
 uint32_t DrawingService::addCanvas(std::shared_ptr<Surface> surface) {
-    auto context = std::make_shared<DrawingContext>(std::move(surface), m_scaled, m_shapes);
+    auto context = std::make_shared<DrawingContext>(std::move(surface), m_share);
     return orTooMany(m_canvases.insert(std::move(context)), "canvases");
 }
 

@@ -72,6 +72,9 @@ class DrawingService {
     /// Brings a part of the target, or all of it, to the screen; of another canvas, nothing.
     e_pl_status flush(uint32_t handle, const Rect* part);
 
+    /// Ends the thread that helps to draw, for the end of the process; drawing goes on without it.
+    void stop() { m_share->team.stop(); }
+
     /// Bytes of memory for pictures that are in use, and that are left.
     size_t usedMemory() const { return m_pool.usedBytes(); }
     size_t freeMemory() const { return m_pool.freeBytes(); }
@@ -83,8 +86,7 @@ class DrawingService {
     Screen& m_screen;
     const ResourceLimits m_limits;
     SurfacePool m_pool;
-    const std::shared_ptr<ScaledImageCache> m_scaled;  ///< used under the drawing lock
-    const std::shared_ptr<ShapeCoverage> m_shapes;     ///< the same
+    const std::shared_ptr<CanvasShare> m_share;  ///< used under the drawing lock
     HandleTable<DrawingContext, HandleKind::canvas> m_canvases;
     HandleTable<Font, HandleKind::font> m_fonts;
 

@@ -9,11 +9,9 @@
 
 namespace quiravent::desktop {
 
-Canvas::Canvas(std::shared_ptr<Surface> surface, std::shared_ptr<ScaledImageCache> scaled,
-               std::shared_ptr<ShapeCoverage> shapes)
+Canvas::Canvas(std::shared_ptr<Surface> surface, std::shared_ptr<CanvasShare> share)
     : m_surface(std::move(surface)),
-      m_scaled(std::move(scaled)),
-      m_shapes(shapes ? std::move(shapes) : std::make_shared<ShapeCoverage>()),
+      m_share(share ? std::move(share) : std::make_shared<CanvasShare>(0, 1)),
       m_surfaceBox{0, 0, m_surface->width(), m_surface->height()},
       m_kernels(kernels()),
       m_clip{0, 0, m_surface->width(), m_surface->height()},
@@ -78,10 +76,11 @@ void Canvas::fillRect(const Rect& rect) { fillBox(toBox(rect)); }
 
 void Canvas::clearRect(const Rect& rect) {
     const Box visible = intersection(toBox(rect), m_bounds);
-    if (visible.empty()) return;
+    if (visible.empty() || m_surface->isClear()) return;
     m_kernels.fill(blockAt(visible), 0);
     m_surface->touch();
     m_surface->setOpaque(false);
+    if (visible == m_surfaceBox) m_surface->setClear();
 }
 
 void Canvas::drawRect(const Rect& rect) {
@@ -106,7 +105,7 @@ void Canvas::drawLine(uint32_t x1, uint32_t y1, uint32_t x2, uint32_t y2) {
     }
     const Box visible = intersection(bounds, m_bounds);
     if (visible.empty() || m_invisible) return;
-    paint(m_shapes->line(fromX, fromY, toX, toY, visible), visible.left, visible.top);
+    paint(m_share->shapes.line(fromX, fromY, toX, toY, visible), visible.left, visible.top);
 }
 
 void Canvas::drawEllipse(EllipseStyle style, uint32_t centerX, uint32_t centerY, uint32_t radiusX,
@@ -117,7 +116,7 @@ void Canvas::drawEllipse(EllipseStyle style, uint32_t centerX, uint32_t centerY,
     const Ellipse ellipse{center, static_cast<double>(radiusX), static_cast<double>(radiusY)};
     const Box visible = intersection(boundsOfEllipse(ellipse), m_bounds);
     if (!arc || visible.empty() || m_invisible) return;
-    paint(m_shapes->ellipse(style, ellipse, *arc, visible), visible.left, visible.top);
+    paint(m_share->shapes.ellipse(style, ellipse, *arc, visible), visible.left, visible.top);
 }
 
 bool Canvas::drawShape(const CoverageShape& shape, const Box& box) {

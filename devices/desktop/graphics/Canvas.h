@@ -5,14 +5,13 @@
 #include <memory>
 #include <vector>
 
+#include "graphics/CanvasShare.h"
 #include "graphics/CoverageMask.h"
 #include "graphics/Geometry.h"
 #include "graphics/Kernels.h"
 #include "graphics/Pixmap.h"
 #include "graphics/Rotation.h"
-#include "graphics/ScaledImageCache.h"
 #include "graphics/Scaler.h"
-#include "graphics/ShapeCoverage.h"
 #include "graphics/Surface.h"
 
 namespace quiravent::desktop {
@@ -42,12 +41,9 @@ class Canvas {
   public:
     /// Starts in opaque white, with the whole surface as clip, opacity 1, no rotation and
     /// source-over. The surface must not be null.
-    /// scaled: keeps what is drawn in another size, for all canvases of one drawing thread; null:
-    /// such pictures are scaled each time. shapes: the same for what lines and ellipses cover;
-    /// null: the canvas has its own.
-    explicit Canvas(std::shared_ptr<Surface> surface,
-                    std::shared_ptr<ScaledImageCache> scaled = nullptr,
-                    std::shared_ptr<ShapeCoverage> shapes = nullptr);
+    /// share: for all canvases of one drawing thread; null: one of its own, which draws alone and
+    /// keeps nothing.
+    explicit Canvas(std::shared_ptr<Surface> surface, std::shared_ptr<CanvasShare> share = nullptr);
 
     const std::shared_ptr<Surface>& surface() const { return m_surface; }
 
@@ -132,8 +128,7 @@ class Canvas {
     }
 
     std::shared_ptr<Surface> m_surface;
-    std::shared_ptr<ScaledImageCache> m_scaled;
-    std::shared_ptr<ShapeCoverage> m_shapes;
+    std::shared_ptr<CanvasShare> m_share;
     Box m_surfaceBox;
     const Kernels& m_kernels;
 
@@ -152,7 +147,7 @@ class Canvas {
     bool m_invisible = false;  // the colour changes nothing in this mode
 
     // Working memory, kept from one operation to the next.
-    std::vector<uint32_t> m_line;
+    std::vector<uint32_t> m_line;  // one for each worker
     std::vector<uint8_t> m_coverage;
 };
 

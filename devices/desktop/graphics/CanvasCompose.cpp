@@ -17,13 +17,39 @@ Region regionOf(const Placement& placement, const Box& inside, double scaleX, do
             static_cast<double>(inside.bottom - part.top) / scaleY};
 }
 
-Pixmap scaledTo(Scaler& scaler, const Box& visible) {
+Pixmap scaledTo(Scaler& scaler, const Box& visible, RowTeam& team) {
     Pixmap scaled(static_cast<uint32_t>(visible.width()), static_cast<uint32_t>(visible.height()));
-    for (int64_t y = visible.top; y < visible.bottom; ++y) {
-        scaler.scaleRow(y, scaled.row(static_cast<uint32_t>(y - visible.top)));
-    }
+    scaler.shareRows(team, [&](Scaler& own, size_t, int64_t y) {
+        own.scaleRow(y, scaled.row(static_cast<uint32_t>(y - visible.top)));
+    });
     return scaled;
 }
+
+/// Of a pixel of a turned picture, in nanoseconds.
+constexpr uint64_t kSampleTime = 2;
+
+/// Composes what was sampled of a turned picture.
+struct RunPainter {
+    ComposeRow composeRow;
+    ComposeMaskRow composeMaskRow;
+    uint32_t opacity;
+
+    /// pixels, line: of the run's first pixel.
+    void paint(const Rotation::Run& run, uint32_t* pixels, const uint32_t* line) const {
+        paintEdge(run, 0, run.wholeFirst, pixels, line);
+        if (run.wholeFirst < run.wholeLast) {
+            composeRow(pixels + run.wholeFirst, line + run.wholeFirst,
+                       run.wholeLast - run.wholeFirst, opacity);
+        }
+        paintEdge(run, run.wholeLast, run.length, pixels, line);
+    }
+
+    void paintEdge(const Rotation::Run& run, size_t first, size_t last, uint32_t* pixels,
+                   const uint32_t* line) const {
+        if (first == last) return;
+        composeMaskRow(pixels + first, line + first, run.coverage + first, last - first, opacity);
+    }
+};
 
 }  // namespace
 
@@ -98,25 +124,22 @@ void Canvas::blit(const Surface& source, const Placement& placement) {
 /// The source's pixels, (dx, dy) further on; `visible` lies within the bounds.
 void Canvas::copyRows(const PixelView& source, const Box& visible, int64_t dx, int64_t dy) {
     const ComposeRow composeRow = composeRowFor(source.opaque);
-    const auto width = static_cast<size_t>(visible.width());
-    constexpr int64_t kAhead = kRowsAhead;
-    const auto height = static_cast<size_t>(visible.height());
-    const int64_t fetched = visible.top + static_cast<int64_t>(fetchedRows(width, height));
-    for (int64_t y = visible.top; y < visible.bottom; ++y) {
-        const uint32_t* from = source.row(y - dy) + (visible.left - dx);
-        uint32_t* to = pixelsAt(visible.left, y);
-        if (y < fetched) {
-            fetchAhead(from + kAhead * static_cast<int64_t>(source.stride), width);
-            fetchAhead(to + kAhead * static_cast<int64_t>(m_surface->stride()), width);
+    const PixelBlock block = blockAt(visible);
+    const uint32_t* from = source.row(visible.top - dy) + (visible.left - dx);
+    uint32_t* to = block.pixels;
+    const size_t fetched = fetchedRows(block.width, block.height);
+    for (size_t i = 0; i < block.height; ++i, from += source.stride, to += block.stride) {
+        if (i < fetched) {
+            fetchAhead(from + kRowsAhead * source.stride, block.width);
+            fetchAhead(to + kRowsAhead * block.stride, block.width);
         }
-        composeRow(to, from, width, m_opacity);
+        composeRow(to, from, block.width, m_opacity);
     }
     drew(sourceIsOpaque(source.opaque), visible == m_surfaceBox);
 }
 
 bool Canvas::drawKept(const Surface& source, const Placement& placement) {
-    if (!m_scaled) return false;
-    const auto* kept = m_scaled->find(source, placement, m_bounds);
+    const auto* kept = m_share->scaled.find(source, placement, m_bounds);
     if (kept == nullptr) return false;
     const PixelView view = viewOf(*kept->surface);
     const int64_t dx = placement.destination.left + kept->left;
@@ -127,21 +150,22 @@ bool Canvas::drawKept(const Surface& source, const Placement& placement) {
 }
 
 void Canvas::drawScaled(const PixelView& source, const Placement& placement) {
-    Scaler scaler(source, placement, m_bounds);
+    Scaler scaler(source, placement, m_bounds, m_share->filters);
     const Box& visible = scaler.visible();
     if (visible.empty()) return;
     const ComposeRow composeRow = composeRowFor(source.opaque);
-    const auto width = static_cast<size_t>(visible.width());
-    m_line.resize(std::max(m_line.size(), width));
-    for (int64_t y = visible.top; y < visible.bottom; ++y) {
-        uint32_t* pixels = pixelsAt(visible.left, y);
+    const PixelBlock block = blockAt(visible);
+    m_line.resize(std::max(m_line.size(), 2 * block.width));
+    scaler.shareRows(m_share->team, [&](Scaler& own, size_t worker, int64_t y) {
+        uint32_t* const pixels = block.pixels + static_cast<size_t>(y - visible.top) * block.stride;
         if (composeRow == m_kernels.copy) {
-            scaler.scaleRow(y, pixels);
-        } else {
-            scaler.scaleRow(y, m_line.data());
-            composeRow(pixels, m_line.data(), width, m_opacity);
+            own.scaleRow(y, pixels);
+            return;
         }
-    }
+        uint32_t* const line = m_line.data() + worker * block.width;
+        own.scaleRow(y, line);
+        composeRow(pixels, line, block.width, m_opacity);
+    });
     drew(sourceIsOpaque(source.opaque), visible == m_surfaceBox);
 }
 
@@ -157,10 +181,10 @@ void Canvas::drawRotated(const PixelView& source, const Placement& placement) {
         drawSampled(source, placement);
         return;
     }
-    Scaler scaler(source, reduction, reduced);
+    Scaler scaler(source, reduction, reduced, m_share->filters);
     const Box& visible = scaler.visible();
     if (visible.empty()) return;
-    const Pixmap scaled = scaledTo(scaler, visible);
+    const Pixmap scaled = scaledTo(scaler, visible, m_share->team);
     drawSampled(scaled.view(source.opaque),
                 {reduced.shifted(-visible.left, -visible.top), destination});
 }
@@ -172,26 +196,26 @@ void Canvas::drawSampled(const PixelView& source, const Placement& placement) {
     const Region region = regionOf(placement, inside, scaleX, scaleY);
     const PixelView view = source.part(inside);
     const SampleSource<uint32_t> sampled{view.pixels, view.stride, view.width, view.height};
-    const ComposeRow composeRow = composeRowFor(source.opaque);
-    const ComposeMaskRow composeMaskRow = m_kernels.modes[m_mode].composeMask;
-    m_line.resize(std::max(m_line.size(), static_cast<size_t>(m_bounds.width())));
+    const RunPainter painter{composeRowFor(source.opaque), m_kernels.modes[m_mode].composeMask,
+                             m_opacity};
     Rotation rotation(placement.destination, m_direction);
     const Rotation::Sampling sampling(rotation, region, scaleX, scaleY);
-    rotation.cover(region, m_bounds, [&](const Rotation::Run& run) {
-        uint32_t* const pixels = pixelsAt(run.x, run.y);
-        m_kernels.samplePixels(m_line.data(), sampled, sampling.along(run), run.length);
-        const auto paintEdge = [&](size_t first, size_t last) {
-            if (first == last) return;
-            composeMaskRow(pixels + first, m_line.data() + first, run.coverage + first,
-                           last - first, m_opacity);
-        };
-        paintEdge(0, run.wholeFirst);
-        if (run.wholeFirst < run.wholeLast) {
-            composeRow(pixels + run.wholeFirst, m_line.data() + run.wholeFirst,
-                       run.wholeLast - run.wholeFirst, m_opacity);
-        }
-        paintEdge(run.wholeLast, run.length);
-    });
+    const Box bounds = rotation.prepare(region, m_bounds);
+    if (bounds.empty()) return;
+    Rotation helper(rotation);
+    const PixelBlock block = blockAt(bounds);
+    m_line.resize(std::max(m_line.size(), 2 * block.width));
+    m_share->team.share(
+        block.height, kSampleTime * block.width, [&](size_t worker, size_t first, size_t last) {
+            const Box band{bounds.left, bounds.top + static_cast<int64_t>(first), bounds.right,
+                           bounds.top + static_cast<int64_t>(last)};
+            uint32_t* const line = m_line.data() + worker * block.width;
+            (worker == 0 ? rotation : helper).cover(region, band, [&](const Rotation::Run& run) {
+                m_kernels.samplePixels(line, sampled, sampling.along(run), run.length);
+                const auto row = static_cast<size_t>(run.y - bounds.top);
+                painter.paint(run, block.pixels + row * block.stride + (run.x - bounds.left), line);
+            });
+        });
     drew(sourceIsOpaque(source.opaque), false);
 }
 
@@ -226,7 +250,7 @@ void Canvas::drawRotatedMask(const CoverageMask& mask, const Box& bounds, Rotati
     const FillMask fillMask = m_kernels.modes[m_mode].fillMask;
     m_coverage.resize(std::max(m_coverage.size(), static_cast<size_t>(m_bounds.width())));
     const Rotation::Sampling sampling(rotation, region, 1, 1);
-    rotation.cover(region, m_bounds, [&](const Rotation::Run& run) {
+    rotation.cover(region, rotation.prepare(region, m_bounds), [&](const Rotation::Run& run) {
         m_kernels.sampleCoverage(m_coverage.data(), sampled, sampling.along(run), run.length);
         const auto fade = [&](size_t first, size_t last) {
             for (size_t i = first; i < last; ++i) {

@@ -81,6 +81,12 @@ Rotation::Columns Rotation::columnsWithin(const Region& region, const Columns& c
     return found;
 }
 
+Box Rotation::prepare(const Region& region, const Box& limits) {
+    const Box rows = intersection(boundsOf(region), limits);
+    if (!rows.empty()) m_coverage.resize(static_cast<size_t>(rows.width()));
+    return rows;
+}
+
 Rotation::Run Rotation::runOf(const Region& region, const Columns& touched, int64_t y) {
     const auto length = static_cast<size_t>(touched.last - touched.first);
     const Columns found = columnsWithin(grown(region, -0.5), touched, y);

@@ -20,7 +20,8 @@ struct Region {
 /// Turns a frame (a destination rectangle, the bounds of a text) about its centre, and finds for
 /// each row of the surface which pixels a region of the frame covers. Pixels on the region's edge
 /// are covered in part: coverage falls linearly from 1 to 0 within half a pixel of the edge on
-/// either side, so that no colour from beyond the edge is mixed in.
+/// either side, so that no colour from beyond the edge is mixed in. A copy has working memory of
+/// its own, for another thread.
 class Rotation {
   public:
     /// Turns `frame` by an angle whose cosine and sine are `direction`, clockwise.
@@ -41,15 +42,17 @@ class Rotation {
         const uint8_t* coverage;
     };
 
-    /// Calls visit(run) for each row of the region within the limits, where it has pixels there.
+    /// The part of the limits in which the region lies. Takes the memory for covering it, so that
+    /// nothing is painted unless there is enough.
+    Box prepare(const Region& region, const Box& limits);
+
+    /// Calls visit(run) for each row of the region, where it has pixels, within rows and columns of
+    /// what prepare() gave.
     template <typename Visitor>
-    void cover(const Region& region, const Box& limits, Visitor&& visit) {
-        const Box rows = intersection(boundsOf(region), limits);
-        if (rows.empty()) return;
-        // Ahead of the rows, so that none is painted unless there is memory for all.
-        m_coverage.resize(static_cast<size_t>(rows.width()));
-        for (int64_t y = rows.top; y < rows.bottom; ++y) {
-            const Columns touched = columnsWithin(grown(region, 0.5), {rows.left, rows.right}, y);
+    void cover(const Region& region, const Box& prepared, Visitor&& visit) {
+        const Columns columns{prepared.left, prepared.right};
+        for (int64_t y = prepared.top; y < prepared.bottom; ++y) {
+            const Columns touched = columnsWithin(grown(region, 0.5), columns, y);
             if (touched.last > touched.first) visit(runOf(region, touched, y));
         }
     }

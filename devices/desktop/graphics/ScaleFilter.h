@@ -14,6 +14,9 @@ struct Extent {
 
     int64_t size() const { return last - first; }
     bool empty() const { return first >= last; }
+    bool operator==(const Extent& other) const {
+        return first == other.first && last == other.last;
+    }
 };
 
 /// One axis of a scaling: `part` of the source, of which only `inside` exists, is drawn over
@@ -25,6 +28,11 @@ struct ScaleAxis {
 
     double ratio() const {
         return static_cast<double>(part.size()) / static_cast<double>(destinationSize);
+    }
+
+    bool operator==(const ScaleAxis& other) const {
+        return part == other.part && inside == other.inside &&
+               destinationSize == other.destinationSize;
     }
 
     /// The destination pixels, counted from the destination's edge, whose centres lie over

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "graphics/Pixmap.h"
+#include "support/HashMix.h"
 
 namespace quiravent::desktop {
 
@@ -12,13 +13,9 @@ namespace {
 constexpr int64_t kMostHidden = 4;   // times what is seen
 constexpr size_t kLargestShare = 4;  // of the budget, for one picture
 
-/// Spreads every bit of the values over all of the result: the finaliser of MurmurHash3.
 uint64_t hashOf(std::initializer_list<uint64_t> values) {
     uint64_t hash = 0;
-    for (const uint64_t value : values) {
-        hash = (hash ^ value) * 0xFF51AFD7ED558CCDU;
-        hash ^= hash >> 33;
-    }
+    for (const uint64_t value : values) hash = mixedHash(hash, value);
     return hash;
 }
 
@@ -28,8 +25,8 @@ int64_t areaOf(const Box& box) { return box.empty() ? 0 : box.width() * box.heig
 
 }  // namespace
 
-ScaledImageCache::ScaledImageCache(size_t budgetBytes)
-    : m_budget(budgetBytes), m_pool(budgetBytes) {}
+ScaledImageCache::ScaledImageCache(size_t budgetBytes, ScaleFilters& filters, RowTeam& team)
+    : m_budget(budgetBytes), m_filters(filters), m_team(team), m_pool(budgetBytes) {}
 
 size_t ScaledImageCache::Hash::operator()(const Key& key) const {
     return hashOf({key.id, bits(key.part.left), bits(key.part.top), bits(key.part.right),
@@ -79,7 +76,7 @@ const ScaledImageCache::Picture* ScaledImageCache::find(const Surface& source,
 const ScaledImageCache::Picture* ScaledImageCache::add(const Key& key, const Surface& source,
                                                        const Placement& placement) {
     const Box whole = boxAt(0, 0, key.width, key.height);
-    Scaler scaler(viewOf(source), {placement.part, whole}, whole);
+    Scaler scaler(viewOf(source), {placement.part, whole}, whole, m_filters);
     const Box& visible = scaler.visible();
     if (visible.empty()) return nullptr;
     const auto width = static_cast<uint32_t>(visible.width());
@@ -89,7 +86,11 @@ const ScaledImageCache::Picture* ScaledImageCache::add(const Key& key, const Sur
         if (m_entries.empty()) return nullptr;
         remove(std::prev(m_entries.end()));
     }
-    for (uint32_t y = 0; y < height; ++y) scaler.scaleRow(visible.top + y, surface->row(y));
+    uint32_t* const pixels = surface->row(0);
+    const size_t stride = surface->stride();
+    scaler.shareRows(m_team, [&](Scaler& own, size_t, int64_t y) {
+        own.scaleRow(y, pixels + static_cast<size_t>(y - visible.top) * stride);
+    });
     surface->setOpaque(source.isOpaque());
     m_byteSize += surface->byteSize();
     m_entries.push_front(

@@ -22,7 +22,8 @@ namespace quiravent::desktop {
 /// Not thread-safe.
 class ScaledImageCache {
   public:
-    explicit ScaledImageCache(size_t budgetBytes);
+    /// Scales with these filters, by this team, which have to outlive it.
+    ScaledImageCache(size_t budgetBytes, ScaleFilters& filters, RowTeam& team);
 
     struct Picture {
         std::shared_ptr<const Surface> surface;
@@ -65,6 +66,8 @@ class ScaledImageCache {
     void remove(Entries::iterator entry);
 
     const size_t m_budget;
+    ScaleFilters& m_filters;
+    RowTeam& m_team;
     size_t m_byteSize = 0;
     SurfacePool m_pool;
     Entries m_entries;  // the one used last is first

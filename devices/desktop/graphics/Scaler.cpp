@@ -10,7 +10,8 @@ Extent shifted(const Extent& extent, int64_t by) { return {extent.first + by, ex
 
 }  // namespace
 
-Scaler::Scaler(const PixelView& source, const Placement& placement, const Box& limits)
+Scaler::Scaler(const PixelView& source, const Placement& placement, const Box& limits,
+               ScaleFilters& filters)
     : m_source(source), m_placement(placement), m_visible{}, m_halving(false) {
     const Box& part = placement.part;
     const Box& destination = placement.destination;
@@ -25,10 +26,18 @@ Scaler::Scaler(const PixelView& source, const Placement& placement, const Box& l
     m_halving = inside == part && part.width() == 2 * destination.width() &&
                 part.height() == 2 * destination.height();
     if (m_halving) return;
-    m_across.emplace(across, shifted({m_visible.left, m_visible.right}, -destination.left));
-    m_down.emplace(down, shifted({m_visible.top, m_visible.bottom}, -destination.top));
+    m_across = filters.find(across, shifted({m_visible.left, m_visible.right}, -destination.left));
+    m_down = filters.find(down, shifted({m_visible.top, m_visible.bottom}, -destination.top));
     m_rows.resize(m_down->taps());
     m_mixed.resize(static_cast<size_t>(m_across->sources().size()) + kReadSlack);
+}
+
+/// In nanoseconds: four weighted pixels in each.
+uint64_t Scaler::rowTime() const {
+    const auto width = static_cast<uint64_t>(m_visible.width());
+    if (m_halving) return width;
+    const auto sources = static_cast<uint64_t>(m_across->sources().size());
+    return (sources * m_down->taps() + width * m_across->taps()) / 4;
 }
 
 void Scaler::scaleRow(int64_t y, uint32_t* out) {

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <vector>
 
 #include "graphics/Geometry.h"
 #include "graphics/Kernels.h"
 #include "graphics/Pixmap.h"
-#include "graphics/ScaleFilter.h"
+#include "graphics/RowTeam.h"
+#include "graphics/ScaleFilters.h"
 
 namespace quiravent::desktop {
 
@@ -32,11 +33,13 @@ struct Placement {
 /// one after the other, each rounded to 8 bits; exact halves are the rounded mean of 2 by 2
 /// pixels. Opaque pixels stay opaque, no colour exceeds its alpha, a constant area stays constant,
 /// and no pixel outside of the part is read. A part that reaches beyond the source draws only
-/// those destination pixels whose centres lie over the source.
+/// those destination pixels whose centres lie over the source. A copy has working memory of its
+/// own, for another thread.
 class Scaler {
   public:
     /// The source must outlive the scaler; nothing outside of `limits` is computed.
-    Scaler(const PixelView& source, const Placement& placement, const Box& limits);
+    Scaler(const PixelView& source, const Placement& placement, const Box& limits,
+           ScaleFilters& filters);
 
     /// The destination pixels that there are; may be empty.
     const Box& visible() const { return m_visible; }
@@ -44,7 +47,22 @@ class Scaler {
     /// Computes the row `y` of visible() into visible().width() pixels at `out`.
     void scaleRow(int64_t y, uint32_t* out);
 
+    /// Calls visit(scaler, worker, y) for all rows of visible(), shared by the team: each of its
+    /// workers with a scaler of its own. The visitor must not throw.
+    template <class Visitor>
+    void shareRows(RowTeam& team, const Visitor& visit) {
+        Scaler helper(*this);
+        team.share(static_cast<size_t>(m_visible.height()), rowTime(),
+                   [&](size_t worker, size_t first, size_t last) {
+                       Scaler& own = worker == 0 ? *this : helper;
+                       for (size_t i = first; i < last; ++i) {
+                           visit(own, worker, m_visible.top + static_cast<int64_t>(i));
+                       }
+                   });
+    }
+
   private:
+    uint64_t rowTime() const;
     void halveRow(int64_t y, uint32_t* out) const;
     void filterRow(size_t index, uint32_t* out);
     const uint32_t* mixedRow(size_t index);
@@ -53,8 +71,8 @@ class Scaler {
     Placement m_placement;
     Box m_visible;
     bool m_halving;
-    std::optional<ScaleFilter> m_across;
-    std::optional<ScaleFilter> m_down;
+    std::shared_ptr<const ScaleFilter> m_across;
+    std::shared_ptr<const ScaleFilter> m_down;
     std::vector<const uint32_t*> m_rows;
     std::vector<uint32_t> m_mixed;
 };

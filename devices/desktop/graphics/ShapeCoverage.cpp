@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "graphics/StepBlocks.h"
+#include "support/HashMix.h"
 
 namespace quiravent::desktop {
 
@@ -12,14 +13,12 @@ constexpr uint32_t kLine = 2;  // beside the two styles of ellipses
 
 }  // namespace
 
-/// Every bit of the measures is spread by the finaliser of MurmurHash3.
 size_t ShapeCoverage::Hash::operator()(const Key& key) const {
     uint64_t hash = key.kind;
     for (const double measure : key.measures) {
         uint64_t bits = 0;
         std::memcpy(&bits, &measure, sizeof bits);
-        hash = (hash ^ bits) * 0xFF51AFD7ED558CCDU;
-        hash ^= hash >> 33;
+        hash = mixedHash(hash, bits);
     }
     return hash;
 }

@@ -37,7 +37,6 @@ class FakeDevice {
     return new Promise((resolve) => this.server.close(resolve));
   }
 
-  /** Shows a frame. */
   flush() {
     this.frame += 1;
     this.waiting.splice(0).forEach((check) => check());
@@ -87,78 +86,8 @@ class FakeDevice {
   }
 }
 
-const track = (id, language, selected) => ({ id, language, selected });
-
-FakeDevice.players = [
-  {
-    player: 1,
-    kind: 'url',
-    url: '/film.mp4',
-    state: 'playing',
-    time: { begin: 0, now: 3041, end: 60000 },
-    speed: 1,
-    bounds: { x: 0, y: 0, w: 1280, h: 720 },
-    tracks: {
-      video: [track(0, 'und', true)],
-      audio: [track(1, 'eng', false), track(2, 'fra', true)],
-      subtitle: [track(3, 'eng', false)]
-    }
-  },
-  {
-    player: 2,
-    kind: 'ad',
-    url: '/ad.mp4',
-    state: 'failed',
-    error: 2,
-    reason: 'not found',
-    time: { begin: 0, now: 0, end: 0 },
-    speed: 1,
-    bounds: { x: 320, y: 180, w: 640, h: 360 },
-    tracks: { video: [], audio: [], subtitle: [] }
-  }
-];
-
-FakeDevice.captions = [
-  { player: 1, captions: 1, lines: ['Bom dia', 'serra'], pictures: 0 },
-  { player: 2, captions: 0, lines: [], pictures: 0 }
-];
-
-FakeDevice.faults = [
-  { fault: 1, kind: 'slow', from: 2, to: 10, bytesPerSecond: 50000, on: true },
-  { fault: 2, kind: 'stalled', from: 12, to: 20, on: false }
-];
-
-FakeDevice.tuner = {
-  state: 'failed',
-  selector: 'TV Um',
-  option: 'program=2',
-  error: 7,
-  reason: 'no signal',
-  services: [
-    {
-      number: 1,
-      name: 'Um',
-      streams: [
-        { pid: 256, codec: 'H.264' },
-        { pid: 257, codec: 'AAC', language: 'por' }
-      ],
-      present: { start: 750516300, title: 'Jornal' }
-    },
-    { number: 2, name: '' }
-  ],
-  signal: { bitRate: 3000123, packets: 99, continuityErrors: 2, damagedPackets: 1 }
-};
-
-FakeDevice.signal = {
-  lost: false,
-  errorRate: 1e-5,
-  delay: 700,
-  seed: 3,
-  faults: [
-    { fault: 1, kind: 'lost', from: 5, to: 8, on: true },
-    { fault: 2, kind: 'errors', from: 10, to: 20, errorRate: 0.001, on: false }
-  ]
-};
+// What it tells of itself: players, captions, faults, tuner and signal.
+Object.assign(FakeDevice, require('./fake-device.json'));
 
 FakeDevice.handlers = {
   press: (request) =>

@@ -6,6 +6,7 @@ const fs = require('fs');
 const os = require('os');
 const path = require('path');
 const { spawn, spawnSync } = require('child_process');
+const { inSequence } = require('../../lib/concurrently');
 
 const binary = path.resolve(__dirname, '..', '..', '..', 'cli', 'quiravent.js');
 
@@ -94,11 +95,6 @@ function inFolder(body) {
         throw error;
       }
     );
-}
-
-/** Resolves when runCase(one) has resolved for each of the cases, one after the other. */
-function inSequence(cases, runCase) {
-  return cases.reduce((before, one) => before.then(() => runCase(one)), Promise.resolve());
 }
 
 /** The beginning of an application that stands for a device and its application at once. */

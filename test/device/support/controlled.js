@@ -36,7 +36,6 @@ function onLines(stream, use) {
   });
 }
 
-/** A connection to the control channel. */
 class Control {
   constructor(socket) {
     this.socket = socket;
@@ -45,7 +44,6 @@ class Control {
     socket.on('error', () => {});
   }
 
-  /** Resolves with the answer. */
   ask(command, parameters) {
     return new Promise((resolve) => {
       this.waiting.push(resolve);
@@ -96,7 +94,6 @@ class Application {
     }).catch(() => delay(20).then(() => this.connect()));
   }
 
-  /** Resolves with the device's answer. */
   ask(command, parameters) {
     return this.control.ask(command, parameters);
   }

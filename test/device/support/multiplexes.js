@@ -6,45 +6,13 @@ const path = require('path');
 const { spawnSync } = require('child_process');
 const { buildFolder } = require('./files');
 
-/** Two services: H.264 with captions, and MPEG-2 with DVB subtitles. */
-const lineup = {
-  duration: 8,
-  services: [
-    {
-      id: 1,
-      name: 'One',
-      pcrPid: 256,
-      video: { pid: 256, width: 320, height: 180, bitRate: 400000, colour: '#1B5E3A' },
-      audio: [{ pid: 257, tone: 440 }],
-      captions: {
-        texts: [
-          { from: 1, to: 3.5, text: 'Bom dia' },
-          { from: 5, to: 7.5, text: 'Bom dia' }
-        ]
-      }
-    },
-    {
-      id: 2,
-      name: 'Two',
-      pcrPid: 272,
-      video: { pid: 272, codec: 'mpeg2', width: 320, height: 180, colour: '#15528A' },
-      audio: [{ pid: 273, codec: 'mp2', bitRate: 128000, tone: 880 }],
-      subtitles: {
-        pid: 274,
-        texts: [
-          { from: 0.5, to: 3.5, text: 'Marés' },
-          { from: 4, to: 7.5, text: 'Marés' }
-        ]
-      }
-    }
-  ]
-};
-
-/** Makes the multiplex in a folder; gives its path. */
+/**
+ * Makes the multiplex in a folder; gives its path. It has two services: H.264 with captions, and MPEG-2
+ * with DVB subtitles.
+ */
 function makeMultiplex(folder) {
-  const description = path.join(folder, 'lineup.json');
+  const description = path.join(__dirname, 'lineup.json');
   const file = path.join(folder, 'lineup.ts');
-  require('fs').writeFileSync(description, JSON.stringify(lineup));
   const made = spawnSync(path.join(buildFolder, 'quiravent-lineup'), ['make', description, file]);
   if (made.status !== 0) throw new Error(`no multiplex: ${made.stderr || made.error}`);
   return file;

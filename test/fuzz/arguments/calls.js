@@ -14,7 +14,6 @@ const KEPT = 20;
 /** Each open worker takes a thread of the pool for as long as it is open, some for good. */
 const MOST_WORKERS = 60;
 
-/** Calls by name that open a worker. */
 const OPENING = ['mediaPlayer.registerListener', 'adPlayer.registerListener'];
 
 /** Every function of the exports: { name, owner, method }; no method for a constructor itself. */
@@ -49,7 +48,6 @@ class Calls {
     this.thrown = {};
   }
 
-  /** Keeps an object that the module made. */
   keep(object) {
     const name = Object.keys(this.natives).find(
       (each) => object instanceof quiravent[each] && object.constructor === quiravent[each]

@@ -89,7 +89,6 @@ const HARD_ENDS = [
   }
 ];
 
-/** The hard end that a call is, or undefined. */
 function hardEndOf(call, isLive, state) {
   return HARD_ENDS.find((end) => end.holds(call, isLive, state));
 }

@@ -46,7 +46,6 @@ class Values {
     );
   }
 
-  /** A value of any kind. */
   any() {
     if (this.depth > 2) return this.next();
     this.depth += 1;

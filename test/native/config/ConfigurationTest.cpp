@@ -8,6 +8,7 @@
 #include <string>
 
 #include "common/TemporaryFolder.h"
+#include "common/pairsIn.h"
 #include "config/settings.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
@@ -106,61 +107,9 @@ TEST(Configuration, VariablesOverrideTheFile) {
 }
 
 TEST(Configuration, WrongFileIsRefusedWithOneLine) {
-    struct Case {
-        const char* file;
-        const char* line;  ///< behind the file's name
-    };
-    const Case cases[] = {
-        {R"({"scren": {"driver": "auto"}})",
-         R"(: unknown key scren with the value {"driver":"auto"}; allowed: screen, storage, network, graphics, media, television, input, platform, control, log)"},
-        {R"({"screen": {"size": 5}})",
-         ": unknown key screen.size with the value 5; allowed: driver, capture"},
-        {R"({"screen": "headless"})",
-         R"(: screen is "headless"; allowed: an object with driver, capture)"},
-        {R"({"screen": {"driver": "crt"}})",
-         R"(: screen.driver is "crt"; allowed: "auto", "window", "headless")"},
-        {R"({"screen": {"driver": null}})",
-         R"(: screen.driver is null; allowed: "auto", "window", "headless")"},
-        {R"({"screen": {"capture": "%d-%d.png"}})",
-         R"(: screen.capture is "%d-%d.png"; allowed: a file name with at most one %d or %06d for the number of the frame, and %% for a percent sign)"},
-        {R"({"storage": {"folder": 7}})", ": storage.folder is 7; allowed: the path of a folder"},
-        {R"({"storage": {"durability": true}})",
-         R"(: storage.durability is true; allowed: "process", "machine")"},
-        {R"({"graphics": {"videoMemory": "64 MB"}})",
-         R"(: graphics.videoMemory is "64 MB"; allowed: a number of bytes, or a text as "64 MiB", from 8 MiB to 4095 MiB)"},
-        {R"({"graphics": {"videoMemory": "18446744073709551615 GiB"}})",
-         R"(: graphics.videoMemory is "18446744073709551615 GiB"; allowed: a number of bytes, or a text as "64 MiB", from 8 MiB to 4095 MiB)"},
-        {R"({"graphics": {"videoMemory": 8388607}})",
-         R"(: graphics.videoMemory is 8388607; allowed: a number of bytes, or a text as "64 MiB", from 8 MiB to 4095 MiB)"},
-        {R"({"network": {"timeLimitSeconds": 1.5}})",
-         ": network.timeLimitSeconds is 1.5; allowed: a whole number from 1 to 3600"},
-        {R"({"network": {"sizeLimitMiB": -1}})",
-         ": network.sizeLimitMiB is -1; allowed: a whole number from 1 to 4095"},
-        {R"({"network": {"sizeLimitMiB": 4096}})",
-         ": network.sizeLimitMiB is 4096; allowed: a whole number from 1 to 4095"},
-        {R"({"input": {"keyMap": {"F1": "Enter", "F2": "Entr"}}})",
-         R"(: input.keyMap.F2 is "Entr"; allowed: the name of a remote key, as "ArrowLeft", "VK_LEFT" or "KEY_LEFT" (docs/keys.md has all), or a key's code, or null for none)"},
-        {R"({"input": {"keyMap": {"": "Enter"}}})",
-         R"(: input.keyMap. is "Enter"; allowed: the name of a remote key, as "ArrowLeft", "VK_LEFT" or "KEY_LEFT" (docs/keys.md has all), or a key's code, or null for none)"},
-        {R"({"platform": {"properties": ["a"]}})",
-         R"(: platform.properties is ["a"]; allowed: an object, in which each value is a text without NUL)"},
-        {R"({"platform": {"properties": {"a": 1}}})",
-         ": platform.properties.a is 1; allowed: a text without NUL"},
-        {R"({"platform": {"properties": {"a": "\u0000"}}})",
-         R"(: platform.properties.a is "\u0000"; allowed: a text without NUL)"},
-        {R"({"control": {"path": 5}})", ": control.path is 5; allowed: the path of a socket"},
-        {R"({"log": {"level": "a level with a name that is much too long to be shown as a whole"}})",
-         R"(: log.level is "a level with a name that is much too long to be shown as a ...; allowed: "silent", "error", "warning", "info", "debug")"},
-        {R"({"log": {"level": "info", "level": "debug"}})",
-         R"(: key "level" stands twice in one object; allowed: once)"},
-        {"[]", ": the file is []; allowed: an object of sections"},
-        {R"({"log": )",
-         ": not valid JSON: parse error at line 1, column 9: syntax error while parsing value - "
-         "unexpected end of input; expected '[', '{', or a literal"},
-    };
-    for (const Case& each : cases) {
-        const ConfigurationFile file(each.file);
-        EXPECT_EQ(readingError(file.variables()), file.path() + each.line);
+    for (const auto& [text, reason] : test::pairsIn(TEST_DATA "/wrongFiles.txt")) {
+        const ConfigurationFile file(text);
+        EXPECT_EQ(readingError(file.variables()), joined(file.path(), ": ", reason));
     }
 }
 
@@ -176,6 +125,11 @@ TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
         EXPECT_EQ(readingError({{name, "loud"}}),
                   joined("environment variable ", name, " is ", line));
     }
+    EXPECT_EQ(
+        readingError({{"QUIRAVENT_KEY_MAP", R"({"F1": "Entr"})"}}),
+        "environment variable QUIRAVENT_KEY_MAP.F1 is \"Entr\"; allowed: the name of a remote "
+        "key, as \"ArrowLeft\", \"VK_LEFT\" or \"KEY_LEFT\" (docs/keys.md has all), or a "
+        "key's code, or null for none");
 }
 
 TEST(Configuration, WhatIsNestedTooDeeplyIsRefused) {

@@ -15,7 +15,6 @@
 #include <string>
 
 #include "device/Station.h"
-#include "porting/pl_events.h"
 #include "porting/pl_functions.h"
 
 namespace {
@@ -35,7 +34,6 @@ e_pl_platform_runtime_state state() {
     return state;
 }
 
-/// Stores a value without closing anything.
 void storeValue(const std::string& value) {
     unsigned int store = 0;
     EXPECT_EQ(pl_persistent_GetPersistent(&store, "context"), e_pl_status_ok);
@@ -150,21 +148,6 @@ TEST(Platform, SignalThatIsHandledOrIgnoredIsLeftAlone) {
         EXPECT_EQ(handled, 2);
         storeValue("still there");
     });
-}
-
-TEST(Platform, BadKeyMapKeepsTheDeviceFromStarting) {
-    Station station;
-    station.setVariable("QUIRAVENT_KEY_MAP", R"({"F1": "Entr"})");
-    const ChildOutcome outcome = station.run([] {
-        EXPECT_EQ(pl_input_init(), e_pl_status_unavailable);
-        EXPECT_EQ(pl_platform_Exit(), e_pl_status_unavailable);
-        pl_EnableDTVEvents();
-    });
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.errors,
-              "quiravent: error: environment variable QUIRAVENT_KEY_MAP.F1 is \"Entr\"; allowed: "
-              "the name of a remote key, as \"ArrowLeft\", \"VK_LEFT\" or \"KEY_LEFT\" "
-              "(docs/keys.md has all), or a key's code, or null for none\n");
 }
 
 }  // namespace

@@ -176,28 +176,6 @@ TEST(Start, LogLevelDecidesWhatIsTold) {
     }
 }
 
-TEST(Stores, KeepValuesAcrossProcesses) {
-    const Station station;
-    station.expectQuiet([] {
-        unsigned int store = 0;
-        EXPECT_EQ(pl_persistent_GetPersistent(&store, ""), e_pl_status_ok);
-        EXPECT_EQ(pl_persistent_SetValue(store, std::string("\0k", 2), "\xff"), e_pl_status_ok);
-        EXPECT_EQ(pl_persistent_SetValue(store, "", ""), e_pl_status_ok);
-    });
-    station.expectQuiet([] {
-        unsigned int store = 0;
-        EXPECT_EQ(pl_persistent_GetPersistent(&store, ""), e_pl_status_ok);
-        std::map<std::string, std::string> values;
-        EXPECT_EQ(pl_persistent_GetAllValues(store, values), e_pl_status_ok);
-        const std::map<std::string, std::string> expected{{"", ""},
-                                                          {std::string("\0k", 2), "\xff"}};
-        EXPECT_EQ(values, expected);
-        std::string value = "untouched";
-        EXPECT_EQ(pl_persistent_GetValue(store, "missing", value), e_pl_status_not_found);
-        EXPECT_EQ(value, "untouched");
-    });
-}
-
 TEST(Stores, ThatCannotBeOpenedAreToldAndLeaveTheRestWorking) {
     Station station;
     std::ofstream(station / "store") << "a file";

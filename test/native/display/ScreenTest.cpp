@@ -24,7 +24,6 @@ constexpr uint32_t kHalfWhite = 0x80808080;
 constexpr uint32_t kBlack = 0xff000000;
 constexpr Box kAll{0, 0, Screen::kWidth, Screen::kHeight};
 
-/// A screen and the target that is flushed to it.
 struct Television {
     explicit Television(const std::string& capture = "")
         : screen(createDisplayDriver("headless", {}), CapturePattern(capture)),
@@ -111,17 +110,6 @@ TEST(Screen, WritesEachFrameUnderItsNumber) {
     EXPECT_EQ(first.rgba(3, 4), 0xff0000ffU);
     EXPECT_EQ(second.rgba(1279, 719), 0x808080ffU);
     EXPECT_EQ(filesIn(folder), 2U);
-}
-
-TEST(Screen, WritesOnePictureAtTheEnd) {
-    const TemporaryFolder folder;
-    Television television(folder / "end.png");
-    television.show(kOpaqueRed, {0, 0, 640, 720});
-    EXPECT_EQ(filesIn(folder), 0U);
-    television.screen.finish();
-    const PngFile picture(folder / "end.png");
-    EXPECT_EQ(picture.rgba(639, 0), 0xff0000ffU);
-    EXPECT_EQ(picture.rgba(640, 0), 0x000000ffU);
 }
 
 TEST(Screen, CaptureThatFailsIsToldAndLeavesNothing) {

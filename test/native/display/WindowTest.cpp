@@ -77,7 +77,6 @@ class Viewer {
     test::Watched<Events> m_events;
 };
 
-/// A screen in a window.
 struct Television {
     explicit Television(int depth = 24)
         : server(depth),
@@ -147,7 +146,8 @@ TEST(Window, ShowsThePixelsOfTheScreenAndNoOthers) {
 /// The picture of the screen scaled to a view in a black window.
 Pixels inWindow(const Screen& screen, unsigned width, unsigned height, const Box& view) {
     const auto picture = screen.compose();
-    Scaler scaler(viewOf(*picture), {kAll, view}, view);
+    ScaleFilters filters;
+    Scaler scaler(viewOf(*picture), {kAll, view}, view, filters);
     Pixels pixels(size_t{width} * height);
     for (int64_t y = view.top; y < view.bottom; ++y) {
         uint32_t* const row = pixels.data() + y * width + view.left;

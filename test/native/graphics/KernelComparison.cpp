@@ -16,7 +16,6 @@ constexpr size_t kMargin = 24;  // on either side; what may be read past the end
 constexpr size_t kWidest = 70;
 constexpr size_t kSourceWidth = 400;
 
-/// One set of random arguments for all operations.
 struct Arguments {
     size_t width;
     size_t shift;  // of the row from an aligned address, in pixels

@@ -11,9 +11,15 @@
 namespace quiravent::desktop::test {
 namespace {
 
+/// Of all cases, so that what is kept of one must not be taken for another's.
+ScaleFilters& filters() {
+    static ScaleFilters kept;
+    return kept;
+}
+
 std::vector<uint32_t> scale(const Surface& source, const Box& part, int64_t width, int64_t height) {
     const Box destination = boxAt(0, 0, width, height);
-    Scaler scaler(viewOf(source), {part, destination}, destination);
+    Scaler scaler(viewOf(source), {part, destination}, destination, filters());
     EXPECT_EQ(scaler.visible(), destination);
     std::vector<uint32_t> out;
     std::vector<uint32_t> row(static_cast<size_t>(width));
@@ -131,7 +137,7 @@ TEST(Scaler, ComputesTheSameForAPieceAsForTheWhole) {
         const int64_t height = width * 3 / 4;
         const std::vector<uint32_t> whole = scale(*source, {0, 0, 160, 120}, width, height);
         const Box place = boxAt(-7, -9, width, height);
-        Scaler scaler(viewOf(*source), {{0, 0, 160, 120}, place}, {3, 5, 23, 25});
+        Scaler scaler(viewOf(*source), {{0, 0, 160, 120}, place}, {3, 5, 23, 25}, filters());
         ASSERT_EQ(scaler.visible(), (Box{3, 5, 23, 25}));
         std::vector<uint32_t> row(20);
         for (int64_t y = 5; y < 25; ++y) {
@@ -155,7 +161,7 @@ TEST(Scaler, DrawsOnlyWhatExistsOfThePart) {
         {{0, 0, 4294967295, 4294967295}, {0, 0, 4294967295, 4294967295}, {0, 0, 40, 40}},
     };
     for (const auto& c : cases) {
-        Scaler scaler(viewOf(*source), {c.part, c.destination}, {0, 0, 1000, 1000});
+        Scaler scaler(viewOf(*source), {c.part, c.destination}, {0, 0, 1000, 1000}, filters());
         const Box& seen = scaler.visible();
         EXPECT_EQ(seen, c.visible)
             << seen.left << "," << seen.top << "," << seen.right << "," << seen.bottom;

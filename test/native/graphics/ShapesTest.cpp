@@ -248,16 +248,16 @@ TEST(Shapes, AreTheSameWhenDrawnAgainElsewhere) {
             c.drawEllipse(EllipseStyle::fill, at + 20, at + 20, 20, 20, 30, 251);
         },
     };
-    const auto shapes = std::make_shared<ShapeCoverage>();
-    const auto drawn = [](const auto& draw, std::shared_ptr<ShapeCoverage> kept, uint32_t at) {
+    const auto share = std::make_shared<CanvasShare>(0, 1);
+    const auto drawn = [](const auto& draw, std::shared_ptr<CanvasShare> kept, uint32_t at) {
         const auto surface = newSurface(kSide, kSide, 0x40201000);
-        Canvas canvas(surface, nullptr, std::move(kept));
+        Canvas canvas(surface, std::move(kept));
         canvas.setColor({200, 100, 50, at % 2 == 0 ? uint8_t{255} : uint8_t{100}});
         draw(canvas, at);
         return pixelsOf(*surface);
     };
     for (const uint32_t at : {0U, 17U, 44U}) {
-        for (const auto& draw : draws) ASSERT_EQ(drawn(draw, shapes, at), drawn(draw, nullptr, at));
+        for (const auto& draw : draws) ASSERT_EQ(drawn(draw, share, at), drawn(draw, nullptr, at));
     }
 }
 

@@ -17,15 +17,6 @@ std::shared_ptr<std::string> text(const char* content) {
     return std::make_shared<std::string>(content);
 }
 
-TEST(HandleTable, FindsWhatWasInserted) {
-    Canvases table;
-    const uint32_t a = table.insert(text("a"));
-    const uint32_t b = table.insert(text("b"));
-    EXPECT_NE(a, b);
-    EXPECT_EQ(*table.find(a), "a");
-    EXPECT_EQ(*table.find(b), "b");
-}
-
 TEST(HandleTable, RefusesForeignHandles) {
     Canvases canvases;
     Fonts fonts;

@@ -24,7 +24,6 @@ void note(char sign, pl_input_keycode code) {
     s_threads.push_back(std::this_thread::get_id());
 }
 
-/// A remote control whose events are noted.
 class RemoteControlTest : public testing::Test {
   protected:
     RemoteControlTest() {

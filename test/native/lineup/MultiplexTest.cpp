@@ -33,10 +33,6 @@ const char* const kTwoServices = R"({
 /// Whatever a file holds that has been made has been compared with its description already, by what
 /// a receiver reads it with; what follows is what that doesn't see.
 
-TEST(Multiplex, IsTheSameEachTime) {
-    EXPECT_EQ(multiplexOf(kTwoServices), multiplexOf(kTwoServices));
-}
-
 TEST(Multiplex, ReadsBackAndGoesRound) {
     const Bytes once = multiplexOf(kTwoServices);
     for (const Bytes& bytes : {once, twice(once)}) {

@@ -14,7 +14,6 @@ inline std::optional<Mark> markOf(const desktop::VideoPicture& picture) {
         [&](uint32_t x, uint32_t y) { return static_cast<int>(surface.row(y)[x] >> 8 & 0xFF); });
 }
 
-/// Remembers the marks of all pictures that are shown.
 struct MarkedOutput : RecordingOutput<Mark> {
     MarkedOutput() : RecordingOutput(markOf) {}
 };

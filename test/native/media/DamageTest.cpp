@@ -13,7 +13,6 @@
 namespace quiravent::test {
 namespace {
 
-/// Players that play at the same time.
 constexpr int kAtOnce = 30;
 
 bool isOver(const TestPlayer& player) {

@@ -34,7 +34,6 @@ VideoFrame frameOf(int number, uint8_t even, uint8_t odd,
     return frame;
 }
 
-/// The brightness of the lines from the first on.
 std::vector<int> linesOf(const VideoFrame& frame) {
     std::vector<int> lines;
     for (int y = 0; y < kHeight; ++y)
@@ -85,11 +84,9 @@ TEST(Deinterlacer, LeavesOtherPicturesAlone) {
 // and the next one two more.
 TEST(Interlaced, IsShownFieldByField) {
     TestPlayer player(mediaFile("interlaced.ts"));
-    ASSERT_TRUE(player.play());
-    ASSERT_EQ(player->pause(), e_pl_status_ok);
+    ASSERT_TRUE(player.playAndPause());
     for (const int field : {20, 21, 90, 91, 92, 148}) {
-        ASSERT_EQ(player->seek(int64_t{field} * 20000 + 5000), e_pl_status_ok);
-        ASSERT_TRUE(player.output().waitForNumber(field * 3 / 2))
+        ASSERT_TRUE(player.seekTo(int64_t{field} * 20000 + 5000, field * 3 / 2))
             << field << ": " << player.output().seen().back().number;
     }
     double speed = -1;

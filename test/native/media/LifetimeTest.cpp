@@ -113,7 +113,6 @@ TEST(Events, WaitForTheFirstHandler) {
                                                    e_pl_media_event_playback_error}));
 }
 
-/// What a process holds.
 struct Holdings {
     size_t threads;
     size_t descriptors;

@@ -35,8 +35,7 @@ TEST(Live, PlaysAsItComesAndGoesBackToWhatWasRead) {
     EXPECT_LE(first.now, first.end);
     ASSERT_TRUE(player.output().waitForNumber(40));
     ASSERT_EQ(player->pause(), e_pl_status_ok);
-    ASSERT_EQ(player->seek(520000), e_pl_status_ok);
-    ASSERT_TRUE(player.output().waitForNumber(12));
+    ASSERT_TRUE(player.seekTo(520000, 12));
     EXPECT_EQ(player->times().now, 520000);
     double speed = -1;
     EXPECT_EQ(player->setSpeed(speed), e_pl_status_not_supported);

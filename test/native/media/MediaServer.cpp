@@ -1,8 +1,5 @@
 #include "media/MediaServer.h"
 
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -23,29 +20,24 @@ size_t rangeBegin(const std::string& request) {
 
 }  // namespace
 
-MediaServer::MediaServer(Misbehaviour misbehaviour)
-    : m_misbehaviour(std::move(misbehaviour)), m_acceptor([this] { accept(); }) {}
+MediaServer::MediaServer(Misbehaviour misbehaviour) : m_misbehaviour(std::move(misbehaviour)) {}
 
 MediaServer::MediaServer(const std::string& certificate)
-    : m_identity(std::make_unique<ServerIdentity>(mediaFile(certificate))),
-      m_acceptor([this] { accept(); }) {}
+    : m_identity(std::make_unique<ServerIdentity>(mediaFile(certificate))) {}
 
 MediaServer::~MediaServer() {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_closed = true;
-        for (const int client : m_clients) ::shutdown(client, SHUT_RDWR);
-        m_changed.notify_all();
-    }
-    m_listener.stop();
-    m_acceptor.join();
-    for (std::thread& thread : m_threads) thread.join();
-    for (const int client : m_clients) ::close(client);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_closed = true;
+    m_changed.notify_all();
 }
 
 std::string MediaServer::url(const std::string& name) const {
-    return (m_identity ? "https" : "http") + std::string("://127.0.0.1:") +
-           std::to_string(m_listener.port()) + "/" + name;
+    return m_server.url(m_identity ? "https" : "http", name);
+}
+
+bool MediaServer::isDropping() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_closed || m_dropped;
 }
 
 void MediaServer::behave() {
@@ -76,17 +68,6 @@ std::vector<std::string> MediaServer::requested() const {
     return m_requested;
 }
 
-void MediaServer::accept() {
-    for (int client = m_listener.accept(); client >= 0; client = m_listener.accept()) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_clients.push_back(client);
-        if (m_closed || m_dropped)
-            ::shutdown(client, SHUT_RDWR);
-        else
-            m_threads.emplace_back([this, client] { serve(client); });
-    }
-}
-
 bool MediaServer::find(const std::string& name, std::string& content) const {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -103,11 +84,8 @@ bool MediaServer::find(const std::string& name, std::string& content) const {
 
 void MediaServer::serve(int client) {
     ServerConnection connection(client, m_identity.get());
-    const std::string request = connection.readRequest();
-    if (request.empty()) {
-        ::shutdown(client, SHUT_RDWR);
-        return;
-    }
+    const std::string request = isDropping() ? "" : connection.readRequest();
+    if (request.empty()) return;
     const size_t begin = request.find('/') + 1;
     const std::string name = request.substr(begin, request.find(' ', begin) - begin);
     std::string content;
@@ -123,16 +101,15 @@ void MediaServer::serve(int client) {
     if (!status.empty()) {
         connection.send("HTTP/1.1 " + status +
                         "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
-    } else {
-        const size_t from = std::min(rangeBegin(request), content.size());
-        connection.send(
-            "HTTP/1.1 206 Partial Content\r\nAccept-Ranges: bytes\r\nContent-Range: bytes " +
-            std::to_string(from) + "-" + std::to_string(content.size() - 1) + "/" +
-            std::to_string(content.size()) + "\r\nContent-Length: " +
-            std::to_string(content.size() - from) + "\r\nConnection: close\r\n\r\n");
-        sendFile(connection, content, from);
+        return;
     }
-    ::shutdown(client, SHUT_RDWR);
+    const size_t from = std::min(rangeBegin(request), content.size());
+    connection.send(
+        "HTTP/1.1 206 Partial Content\r\nAccept-Ranges: bytes\r\nContent-Range: bytes " +
+        std::to_string(from) + "-" + std::to_string(content.size() - 1) + "/" +
+        std::to_string(content.size()) + "\r\nContent-Length: " +
+        std::to_string(content.size() - from) + "\r\nConnection: close\r\n\r\n");
+    sendFile(connection, content, from);
 }
 
 void MediaServer::sendFile(ServerConnection& connection, const std::string& content, size_t from) {

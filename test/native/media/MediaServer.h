@@ -6,11 +6,10 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "common/LoopbackListener.h"
-#include "media/ServerConnection.h"
+#include "common/ConnectionServer.h"
+#include "common/ServerConnection.h"
 
 namespace quiravent::test {
 
@@ -51,7 +50,7 @@ class MediaServer {
     std::vector<std::string> requested() const;
 
   private:
-    void accept();
+    bool isDropping() const;
     void serve(int client);
     bool find(const std::string& name, std::string& content) const;
     void sendFile(ServerConnection& connection, const std::string& content, size_t from);
@@ -66,10 +65,8 @@ class MediaServer {
     bool m_dropped = false;
     std::vector<std::string> m_requested;
     std::map<std::string, std::string> m_published;
-    std::vector<int> m_clients;
-    std::vector<std::thread> m_threads;
-    LoopbackListener m_listener;
-    std::thread m_acceptor;
+    // Last, so that nobody is served any more when the rest goes.
+    ConnectionServer m_server{[this](int client) { serve(client); }};
 };
 
 }  // namespace quiravent::test

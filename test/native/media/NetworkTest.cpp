@@ -60,11 +60,8 @@ TEST(Network, PlaylistFromThereNamesNoFilesOfTheMachine) {
 TEST(Network, FillsTheRangesAsItReads) {
     MediaServer server;
     TestPlayer player(server.url("film.mp4"));
-    ASSERT_EQ(player->fetch(), e_pl_status_ok);
-    ASSERT_EQ(player.waitFor(e_pl_media_event_fetch_ready), 0);
-    ASSERT_EQ(player->seek(player->times().end - 300000), e_pl_status_ok);
-    ASSERT_EQ(player->start(), e_pl_status_ok);
-    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    ASSERT_TRUE(player.fetch());
+    ASSERT_TRUE(player.playToEnd(player->times().end - 300000));
     const auto ranges = player->bufferedRanges();
     ASSERT_FALSE(ranges.empty());
     EXPECT_EQ(ranges.front().begin, 0);
@@ -137,9 +134,7 @@ TEST(Network, ReadsOnlyTheVariantThatFits) {
         desktop::MediaSettings settings = testSettings();
         settings.input.bandwidth = one.bandwidth;
         TestPlayer player(server.url("hls/master.m3u8"), settings);
-        ASSERT_EQ(player->seek(5500000), e_pl_status_ok);
-        ASSERT_EQ(player->start(), e_pl_status_ok);
-        ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+        ASSERT_TRUE(player.playToEnd(5500000));
         const std::vector<std::string> requested = server.requested();
         EXPECT_GE(std::count(requested.begin(), requested.end(), one.read), 1);
         EXPECT_EQ(std::count(requested.begin(), requested.end(), one.other), 0);

@@ -11,12 +11,10 @@ class PlayToEnd : public testing::TestWithParam<const char*> {};
 
 TEST_P(PlayToEnd, TellsEachStepOnceInOrder) {
     TestPlayer player(mediaFile(GetParam()));
-    ASSERT_EQ(player->fetch(), e_pl_status_ok);
-    ASSERT_EQ(player.waitFor(e_pl_media_event_fetch_ready), 0);
+    ASSERT_TRUE(player.fetch());
     ASSERT_EQ(player->seek(std::max<int64_t>(player->times().end - 1000000, 0)), e_pl_status_ok);
     EXPECT_EQ(player.output().current(), nullptr);
-    ASSERT_EQ(player->start(), e_pl_status_ok);
-    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    ASSERT_TRUE(player.playToEnd());
     const std::vector<e_pl_media_event> expected{
         e_pl_media_event_fetch_in_progress, e_pl_media_event_fetch_ready,
         e_pl_media_event_playback_ready, e_pl_media_event_playback_completed};
@@ -31,8 +29,7 @@ INSTANTIATE_TEST_SUITE_P(Media, PlayToEnd,
 
 TEST(Playing, ShowsEveryPictureAtItsTime) {
     TestPlayer player(mediaFile("film.mp4"));
-    ASSERT_EQ(player->start(), e_pl_status_ok);
-    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    ASSERT_TRUE(player.playToEnd());
     const std::vector<SeenPicture> seen = player.output().seen();
     ASSERT_GT(seen.size(), 100U);
     EXPECT_EQ(seen.front().number, 0);
@@ -50,8 +47,7 @@ TEST(Playing, PausesResumesStopsAndStartsAgain) {
     ASSERT_TRUE(player.output().waitForCount(5));
     ASSERT_EQ(player->pause(), e_pl_status_ok);
     EXPECT_EQ(player->pause(), e_pl_status_wrong_state);
-    ASSERT_EQ(player->seek(2000000), e_pl_status_ok);
-    ASSERT_TRUE(player.output().waitForNumber(50));
+    ASSERT_TRUE(player.seekTo(2000000, 50));
     EXPECT_EQ(player->times().now, 2000000);
     ASSERT_EQ(player->resume(), e_pl_status_ok);
     ASSERT_TRUE(player.output().waitForNumber(55));
@@ -82,10 +78,8 @@ TEST(Playing, RefusesWhatMakesNoSense) {
 
 TEST(Playing, MovesItsPictureWhilePaused) {
     TestPlayer player(mediaFile("film.mp4"));
-    ASSERT_TRUE(player.play());
-    ASSERT_EQ(player->pause(), e_pl_status_ok);
-    ASSERT_EQ(player->seek(1000000), e_pl_status_ok);
-    ASSERT_TRUE(player.output().waitForNumber(25));
+    ASSERT_TRUE(player.playAndPause());
+    ASSERT_TRUE(player.seekTo(1000000, 25));
     player.output().forget();
     ASSERT_EQ(player->setBounds({10, 20, 640, 360}), e_pl_status_ok);
     ASSERT_TRUE(player.output().waitForCount(1));

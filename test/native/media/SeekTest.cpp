@@ -16,8 +16,7 @@ class Seek : public testing::TestWithParam<SeekCase> {};
 
 TEST_P(Seek, LandsOnTheExactPicture) {
     TestPlayer player(mediaFile(GetParam().medium));
-    ASSERT_TRUE(player.play());
-    ASSERT_EQ(player->pause(), e_pl_status_ok);
+    ASSERT_TRUE(player.playAndPause());
     ASSERT_EQ(player->seek(GetParam().position), e_pl_status_ok);
     EXPECT_EQ(player->times().now, std::min<int64_t>(GetParam().position, player->times().end));
     ASSERT_TRUE(player.output().waitForNumber(GetParam().expected))
@@ -37,12 +36,10 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Seeking, GoesThereFromAnywhereInQuickSuccession) {
     TestPlayer player(mediaFile("film.mp4"));
-    ASSERT_TRUE(player.play());
-    ASSERT_EQ(player->pause(), e_pl_status_ok);
+    ASSERT_TRUE(player.playAndPause());
     for (const int number : {140, 3, 77, 149, 0, 76, 51}) {
         ASSERT_EQ(player->seek(1000000), e_pl_status_ok);
-        ASSERT_EQ(player->seek(int64_t{number} * 40000), e_pl_status_ok);
-        ASSERT_TRUE(player.output().waitForNumber(number)) << number;
+        ASSERT_TRUE(player.seekTo(int64_t{number} * 40000, number)) << number;
     }
     ASSERT_EQ(player->seek(5600000), e_pl_status_ok);
     ASSERT_EQ(player->resume(), e_pl_status_ok);

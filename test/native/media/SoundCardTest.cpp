@@ -60,7 +60,6 @@ class FakeCard : public desktop::SoundCard {
     SoundQueue m_queue{kPeriod};
 };
 
-/// A sink over fake cards.
 struct Bench {
     bool plugged = true;
     int opened = 0;

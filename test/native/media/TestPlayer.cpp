@@ -65,9 +65,26 @@ bool TestPlayer::waitUntil(const std::function<bool()>& isSo) {
     return true;
 }
 
+bool TestPlayer::fetch() {
+    return m_player.fetch() == e_pl_status_ok && waitFor(e_pl_media_event_fetch_ready) == 0;
+}
+
 bool TestPlayer::play() {
     return m_player.start() == e_pl_status_ok && waitFor(e_pl_media_event_playback_ready) == 0 &&
            m_output->waitForCount(1);
+}
+
+bool TestPlayer::playAndPause() { return play() && m_player.pause() == e_pl_status_ok; }
+
+bool TestPlayer::playToEnd(int64_t from) {
+    constexpr int kPatience = 30;
+    return (from == 0 || m_player.seek(from) == e_pl_status_ok) &&
+           m_player.start() == e_pl_status_ok &&
+           waitFor(e_pl_media_event_playback_completed, 1, kPatience) == 0;
+}
+
+bool TestPlayer::seekTo(int64_t position, int number) {
+    return m_player.seek(position) == e_pl_status_ok && m_output->waitForNumber(number);
 }
 
 }  // namespace quiravent::test

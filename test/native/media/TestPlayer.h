@@ -52,8 +52,13 @@ class TestPlayer {
     /// seconds.
     bool waitUntil(const std::function<bool()>& isSo);
 
-    /// Begins to play and waits for the first picture.
-    bool play();
+    /// Each does what it says and waits until it is done; false where that is refused or takes too
+    /// long.
+    bool fetch();
+    bool play();  ///< up to the first picture
+    bool playAndPause();
+    bool playToEnd(int64_t from = 0);
+    bool seekTo(int64_t position, int number);  ///< to the picture of that number
 
   private:
     Watched<std::vector<SeenEvent>> m_events;

@@ -47,8 +47,7 @@ TEST(Tracks, AreToldWithTheirLanguages) {
                             Case{"film.mkv", {"und", "eng", "fra", "deu"}},
                             Case{"film.ts", {"und", "eng", "fra"}}, Case{"sound.m4a", {"eng"}}}) {
         TestPlayer player(mediaFile(one.medium));
-        ASSERT_EQ(player->fetch(), e_pl_status_ok);
-        ASSERT_EQ(player.waitFor(e_pl_media_event_fetch_ready), 0);
+        ASSERT_TRUE(player.fetch());
         std::vector<std::string> languages;
         std::vector<uint32_t> ids;
         for (const TrackKind kind : {TrackKind::video, TrackKind::audio, TrackKind::subtitle})
@@ -86,9 +85,7 @@ TEST(Sound, KeepsItsPitchAtDoubleSpeedAndIsSilentBackwards) {
         TestPlayer player(mediaFile("film.mp4"), testSettings(), {}, recording.sink());
         double speed = wanted;
         ASSERT_EQ(player->setSpeed(speed), e_pl_status_ok);
-        ASSERT_EQ(player->seek(wanted < 0 ? 1000000 : 4000000), e_pl_status_ok);
-        ASSERT_EQ(player->start(), e_pl_status_ok);
-        ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+        ASSERT_TRUE(player.playToEnd(wanted < 0 ? 1000000 : 4000000));
         const std::vector<int16_t> samples = readWav(recording.file);
         EXPECT_NEAR(static_cast<double>(samples.size()) / 48000, 1, 0.15);
         if (wanted > 0) {
@@ -105,8 +102,7 @@ TEST(Sound, IsAsLoudAsTheVolume) {
         const Recording recording;
         TestPlayer player(mediaFile("short.mp4"), testSettings(), {}, recording.sink());
         ASSERT_EQ(player->setVolume(static_cast<uint8_t>(volume)), e_pl_status_ok);
-        ASSERT_EQ(player->start(), e_pl_status_ok);
-        ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+        ASSERT_TRUE(player.playToEnd());
         loudness[volume] = loudest(readWav(recording.file));
     }
     EXPECT_EQ(loudness[0], 0);
@@ -117,8 +113,7 @@ TEST(Sound, IsAsLoudAsTheVolume) {
 
 TEST(Subtitles, AreDrawnAtTheirTimeAndSwitchedOffByAnUnknownId) {
     TestPlayer player(mediaFile("film.mp4"));
-    ASSERT_TRUE(player.play());
-    ASSERT_EQ(player->pause(), e_pl_status_ok);
+    ASSERT_TRUE(player.playAndPause());
     const auto whiteAt = [&](int64_t position) {
         player.output().forget();
         EXPECT_EQ(player->seek(position), e_pl_status_ok);
@@ -157,15 +152,13 @@ class BitmapSubtitles : public testing::TestWithParam<const char*> {};
 TEST_P(BitmapSubtitles, LieWhereThePictureHasThem) {
     TestPlayer player(mediaFile(GetParam()));
     ASSERT_EQ(player->setBounds({0, 0, 640, 360}), e_pl_status_ok);
-    ASSERT_TRUE(player.play());
-    ASSERT_EQ(player->pause(), e_pl_status_ok);
+    ASSERT_TRUE(player.playAndPause());
     const auto tracks = player->tracks(TrackKind::subtitle);
     ASSERT_EQ(tracks.size(), 1U);
     ASSERT_EQ(player->selectTrack(TrackKind::subtitle, tracks[0]->id), e_pl_status_ok);
     for (const auto& [number, shown] :
          std::map<int, bool>{{20, false}, {30, true}, {60, false}, {80, true}, {110, false}}) {
-        ASSERT_EQ(player->seek(int64_t{number} * 40000), e_pl_status_ok);
-        ASSERT_TRUE(player.output().waitForNumber(number));
+        ASSERT_TRUE(player.seekTo(int64_t{number} * 40000, number));
         const desktop::Box box = whiteBox(*player.output().current());
         EXPECT_EQ(box.right > box.left, shown) << number;
         if (!shown) continue;

@@ -24,7 +24,6 @@ namespace {
 
 const std::string kNul("a\0b", 3);
 
-/// The reason why a store can't be opened; empty when it can.
 std::string openingError(const std::string& folder) {
     try {
         const ValueStore store(folder, Durability::process);

@@ -5,15 +5,15 @@
 
 #include <cstdlib>
 
+#include "common/ConnectionServer.h"
+#include "common/ServerConnection.h"
 #include "common/TemporaryFolder.h"
-#include "resources/HttpServer.h"
 
 namespace quiravent::desktop {
 namespace {
 
 using std::chrono::milliseconds;
-using test::HttpExchange;
-using test::HttpServer;
+using test::ServerConnection;
 
 const Bytes kContent{'c', 0, 'n', 255};
 const std::string kContentText(kContent.begin(), kContent.end());
@@ -85,14 +85,16 @@ std::string redirectTo(const std::string& location) {
     return answer("302 Found", "Location: " + location + "\r\n", "");
 }
 
-void sendForEver(const HttpExchange& exchange) {
+void sendForEver(ServerConnection& exchange) {
     exchange.send(answer("200 OK", "", ""));
     while (exchange.send(std::string(10000, 'x'))) {
     }
 }
 
-void handle(const HttpExchange& exchange) {
-    const std::string& request = exchange.request();
+void serve(int socket) {
+    ServerConnection exchange(socket, nullptr);
+    const std::string request = exchange.readRequest();
+    if (request.empty()) return;
     const std::string path = request.substr(4, request.find(' ', 4) - 4);
     if (path == "/ok") exchange.send(answer("200 OK", "", kContentText));
     if (path == "/agent") exchange.send(answer("200 OK", "", request));
@@ -117,16 +119,18 @@ class ResourceHttpTest : public testing::Test {
   protected:
     static void SetUpTestSuite() { ::setenv("no_proxy", "127.0.0.1", 1); }
 
-    HttpServer m_server{handle};
+    std::string url(const char* path) const { return m_server.url("http", path + 1); }
+
+    test::ConnectionServer m_server{serve};
 };
 
 TEST_F(ResourceHttpTest, ReadsTheBodyAndFollowsRedirects) {
     for (const char* path : {"/ok", "/moved"}) {
-        const auto bytes = readResource(m_server.url(path));
+        const auto bytes = readResource(url(path));
         ASSERT_TRUE(bytes) << bytes.reason();
         EXPECT_EQ(*bytes, kContent) << path;
     }
-    const auto request = readResource(m_server.url("/agent"));
+    const auto request = readResource(url("/agent"));
     ASSERT_TRUE(request) << request.reason();
     EXPECT_NE(std::string(request->begin(), request->end()).find("User-Agent: quiravent\r\n"),
               std::string::npos);
@@ -148,11 +152,11 @@ TEST_F(ResourceHttpTest, NamesWhatIsWrong) {
         {"/circle", "more than 3 redirects"},
     };
     for (const auto& expected : kCases) {
-        const std::string url = m_server.url(expected.path);
+        const std::string url = this->url(expected.path);
         EXPECT_EQ(failureOf(url, limits), expectedFailure(url, expected.why));
     }
     for (const char* path : {"/short", "/to-file", "/nothing-at-all"}) {
-        const std::string url = m_server.url(path);
+        const std::string url = this->url(path);
         EXPECT_EQ(failureOf(url, limits).find(expectedFailure(url, "")), 0U) << path;
     }
 }
@@ -161,7 +165,7 @@ TEST_F(ResourceHttpTest, GivesUpAfterTheTimeLimit) {
     ResourceLimits limits;
     limits.timeout = milliseconds(100);
     for (const char* path : {"/silent", "/stalled"}) {
-        const std::string url = m_server.url(path);
+        const std::string url = this->url(path);
         EXPECT_EQ(failureOf(url, limits), expectedFailure(url, "not received within 100 ms"));
     }
 }
@@ -169,8 +173,8 @@ TEST_F(ResourceHttpTest, GivesUpAfterTheTimeLimit) {
 TEST(ResourceHttpFailureTest, NobodyListens) {
     std::string url;
     {
-        const HttpServer gone([](const HttpExchange&) {});
-        url = gone.url("/");
+        const test::ConnectionServer gone([](int) {});
+        url = gone.url("http", "");
     }
     EXPECT_EQ(failureOf(url).find(expectedFailure(url, "")), 0U);
 }

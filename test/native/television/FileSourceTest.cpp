@@ -17,7 +17,6 @@ using test::Bytes;
 using test::multiplexFile;
 using test::operator+;
 
-/// Takes down all that comes.
 class Taker : public PacketSink {
   public:
     void onPacket(const TransportPacket& packet, int64_t arrival) override {

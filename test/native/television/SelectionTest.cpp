@@ -117,7 +117,6 @@ TEST(SignalFaults, KeepTheSignalAwayForTheirTime) {
     EXPECT_FALSE(faults.setEnabled(2, true));
 }
 
-/// How many bits differ from what was sent, and where.
 std::vector<size_t> errors(uint64_t seed, double rate, int packets) {
     SignalFaults faults;
     faults.setSeed(seed);

@@ -11,7 +11,6 @@ function generator(seed) {
   };
 }
 
-/** One of a list. */
 function pick(next, list) {
   return list[next() % list.length];
 }

@@ -59,7 +59,6 @@ function argsOf(fn) {
   return calls(fn).map((call) => call.args);
 }
 
-/** Forgets the calls made so far. */
 function clear() {
   native.clear();
 }

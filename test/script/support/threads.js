@@ -24,18 +24,35 @@ function eachThread(read) {
   return results;
 }
 
-/** The names of all threads. */
 function threadNames() {
   return eachThread((id) => fs.readFileSync(`${TASKS}/${id}/comm`, 'utf8').trim());
 }
 
-function isAsleep(id) {
-  const stat = fs.readFileSync(`${TASKS}/${id}/stat`, 'utf8');
+/** Whether the thread sleeps that a folder of the kernel tells of. */
+function isAsleep(folder) {
+  const stat = fs.readFileSync(`${folder}/stat`, 'utf8');
   return stat.slice(stat.lastIndexOf(')') + 2, stat.lastIndexOf(')') + 3) === 'S';
 }
 
 function othersAreAsleep() {
-  return eachThread((id) => Number(id) === process.pid || isAsleep(id)).every(Boolean);
+  return eachThread((id) => Number(id) === process.pid || isAsleep(`${TASKS}/${id}`)).every(
+    Boolean
+  );
+}
+
+/** Resolves once condition() holds, which is asked in each turn of the loop; rejects if it throws. */
+function poll(condition) {
+  return new Promise((resolve, reject) => {
+    const look = () => {
+      try {
+        if (condition()) resolve();
+        else setImmediate(look);
+      } catch (error) {
+        reject(error);
+      }
+    };
+    setImmediate(look);
+  });
 }
 
 /** Resolves after a turn of the loop, in which is heard what threads have signalled before. */
@@ -49,21 +66,14 @@ function turn() {
  */
 function quiet() {
   const end = Date.now() + PATIENCE;
-  return new Promise((resolve, reject) => {
-    const look = () => {
-      if (othersAreAsleep()) return resolve();
-      if (Date.now() > end)
-        return reject(new Error('The threads of the process don’t come to rest'));
-      setImmediate(look);
-      return undefined;
-    };
-    setImmediate(look);
+  return poll(() => {
+    if (Date.now() > end) throw new Error('The threads of the process don’t come to rest');
+    return othersAreAsleep();
   }).then(turn);
 }
 
-/** How many descriptors are open. */
 function descriptorCount() {
   return fs.readdirSync('/proc/self/fd').length;
 }
 
-module.exports = { threadNames, turn, quiet, descriptorCount };
+module.exports = { threadNames, turn, isAsleep, poll, quiet, descriptorCount };

@@ -17,7 +17,6 @@ process.env.UV_THREADPOOL_SIZE = '32';
 const RETRY = 25;
 const ATTEMPTS = 400;
 
-/** The device thread that marks come from. */
 const MARKER = 'marker';
 
 /** For each kind of worker its mark, the count of earlier ones given, and what the script hears. */
@@ -101,7 +100,6 @@ class Follower {
     });
   }
 
-  /** Sends marks until condition() holds. */
   markUntil(condition, attempts) {
     const left = attempts === undefined ? ATTEMPTS : attempts;
     if (!left)

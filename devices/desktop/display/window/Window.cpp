@@ -55,8 +55,8 @@ SDL_Window* openWindow(const Sdl& sdl, int width, int height) {
 }
 
 void drawScaled(WindowRows& rows, const Surface& picture, const Letterbox& letterbox,
-                const Box& share) {
-    Scaler scaler(viewOf(picture), {letterbox.picture(), letterbox.view()}, share);
+                const Box& share, ScaleFilters& filters) {
+    Scaler scaler(viewOf(picture), {letterbox.picture(), letterbox.view()}, share, filters);
     const Box& visible = scaler.visible();
     for (int64_t y = visible.top; y < visible.bottom; ++y) {
         scaler.scaleRow(y, rows.begin(visible.left, y, visible.width()));
@@ -117,7 +117,11 @@ void Window::show(const Surface& picture, const Box& changed) {
     WindowRows rows(m_sdl, surface);
     const Box share = m_isStale ? letterbox.view() : letterbox.shareOf(changed);
     if (m_isStale) m_sdl.FillRect(&surface, nullptr, 0);
-    (letterbox.isScaled() ? drawScaled : drawCopied)(rows, picture, letterbox, share);
+    if (letterbox.isScaled()) {
+        drawScaled(rows, picture, letterbox, share, m_filters);
+    } else {
+        drawCopied(rows, picture, letterbox, share);
+    }
     present(m_isStale ? Box{0, 0, surface.w, surface.h} : share);
     m_isStale = false;
 }

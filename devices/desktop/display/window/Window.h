@@ -4,6 +4,7 @@
 
 #include "display/window/DisplayConnection.h"
 #include "display/window/Letterbox.h"
+#include "graphics/ScaleFilters.h"
 #include "graphics/Surface.h"
 #include "sdl/Sdl.h"
 
@@ -64,6 +65,7 @@ class Window {
     std::unique_ptr<const Sdl, QuitVideo> m_video;
     std::unique_ptr<SDL_Window, DestroyWindow> m_window;
     DisplayConnection m_connection;
+    ScaleFilters m_filters;
     bool m_isStale = false;
 };
 

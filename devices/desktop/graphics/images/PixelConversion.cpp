@@ -26,6 +26,12 @@ uint32_t premultiplied(uint32_t pixel) {
                    scaled(pixel & 0xFF, alpha));
 }
 
+bool isOpaque(const uint32_t* row, uint32_t width) {
+    uint32_t all = 0xFFFFFFFF;
+    for (uint32_t x = 0; x < width; ++x) all &= row[x];
+    return all >> 24 == 255;
+}
+
 }  // namespace
 
 void fromOpaqueRgba(uint32_t* row, uint32_t width) {
@@ -38,18 +44,15 @@ void fromRgb(const uint8_t* bytes, uint32_t* row, uint32_t width) {
     }
 }
 
-uint32_t fromRgba(uint32_t* row, uint32_t width) {
+bool fromRgba(uint32_t* row, uint32_t width) {
     fromOpaqueRgba(row, width);
     return premultiply(row, width);
 }
 
-uint32_t premultiply(uint32_t* row, uint32_t width) {
-    uint32_t lowest = 255;
-    for (uint32_t* pixel = row; pixel != row + width; ++pixel) {
-        lowest = std::min(lowest, *pixel >> 24);
-        *pixel = premultiplied(*pixel);
-    }
-    return lowest;
+bool premultiply(uint32_t* row, uint32_t width) {
+    if (isOpaque(row, width)) return true;
+    std::transform(row, row + width, row, premultiplied);
+    return false;
 }
 
 void fromCmyk(uint32_t* row, uint32_t width, bool inverted) {

@@ -13,11 +13,11 @@ void fromOpaqueRgba(uint32_t* row, uint32_t width);
 /// From three bytes R, G, B per pixel into a row of a surface.
 void fromRgb(const uint8_t* bytes, uint32_t* row, uint32_t width);
 
-/// From bytes R, G, B, A, not premultiplied. Returns the lowest alpha of the row.
-uint32_t fromRgba(uint32_t* row, uint32_t width);
+/// From bytes R, G, B, A, not premultiplied. Returns whether all of the row is opaque.
+bool fromRgba(uint32_t* row, uint32_t width);
 
-/// From the order of a surface, but not premultiplied. Returns the lowest alpha of the row.
-uint32_t premultiply(uint32_t* row, uint32_t width);
+/// From the order of a surface, but not premultiplied. Returns whether all of the row is opaque.
+bool premultiply(uint32_t* row, uint32_t width);
 
 /// From bytes C, M, Y, K, where 255 is no ink (as Adobe's programs store them) if `inverted`, else
 /// full ink. Without colour management: each ink takes away its part of one primary, black of all.

@@ -119,6 +119,7 @@ bool readChunks(const EncodedImage& image, PlainPng& png) {
     if (!chunk || !readHeader(*chunk, png)) return false;
     chunk = chunks.next();
     if (!skipIgnorable(chunks, chunk, png.bytesPerPixel)) return false;
+    png.compressed.reserve(image.size);
     for (; chunk && chunk->is("IDAT"); chunk = chunks.next()) {
         png.compressed.insert(png.compressed.end(), chunk->data, chunk->data + chunk->size);
     }
@@ -144,14 +145,14 @@ std::vector<uint8_t> inflate(const PlainPng& png) {
     return rows;
 }
 
-/// Returns the lowest alpha.
-uint32_t convertRow(const uint8_t* bytes, const PlainPng& png, uint32_t* row) {
+/// Returns whether all of the row is opaque.
+bool convertRow(const uint8_t* bytes, const PlainPng& png, uint32_t* row) {
     if (png.bytesPerPixel == 4) {
         std::memcpy(row, bytes, size_t{png.width} * 4);
         return fromRgba(row, png.width);
     }
     fromRgb(bytes, row, png.width);
-    return 255;
+    return true;
 }
 
 }  // namespace
@@ -165,14 +166,14 @@ std::shared_ptr<Surface> decodePlainPng(const EncodedImage& image, SurfacePool& 
     if (rows.empty()) return nullptr;
     const std::vector<uint8_t> nothing(png.rowSize() + 1);
     const uint8_t* above = nothing.data() + 1;
-    uint32_t lowestAlpha = 255;
+    bool opaque = true;
     for (uint32_t y = 0; y < png.height; ++y) {
         uint8_t* const row = rows.data() + y * png.rowSize();
         if (!unfilterPngRow(row[0], row + 1, above, png.width, png.bytesPerPixel)) return nullptr;
-        lowestAlpha = std::min(lowestAlpha, convertRow(row + 1, png, (*surface)->row(y)));
+        opaque = convertRow(row + 1, png, (*surface)->row(y)) && opaque;
         above = row + 1;
     }
-    (*surface)->setOpaque(lowestAlpha == 255);
+    (*surface)->setOpaque(opaque);
     return *surface;
 }
 

@@ -67,7 +67,7 @@ class PngReader {
         const bool interlaced = m_header.interlace_method != SPNG_INTERLACE_NONE;
         if (const int error = interlaced ? decodePasses(surface) : decodeInOrder(surface))
             return error;
-        surface.setOpaque(m_lowestAlpha == 255);
+        surface.setOpaque(m_opaque);
         // What follows the pixels is read for its checksums and to see that the file is whole.
         return spng_decode_chunks(context);
     }
@@ -100,7 +100,7 @@ class PngReader {
 
     void convert(uint32_t* row) {
         if (m_mayBeTransparent)
-            m_lowestAlpha = std::min(m_lowestAlpha, fromRgba(row, m_header.width));
+            m_opaque = fromRgba(row, m_header.width) && m_opaque;
         else
             fromOpaqueRgba(row, m_header.width);
     }
@@ -110,7 +110,7 @@ class PngReader {
     SurfacePool& m_pool;
     spng_ihdr m_header{};
     bool m_mayBeTransparent = false;
-    uint32_t m_lowestAlpha = 255;
+    bool m_opaque = true;
 };
 
 }  // namespace

@@ -55,10 +55,10 @@ VP8StatusCode decodeInto(Surface& surface, const Area& area, const uint8_t* data
 }
 
 void premultiplyAll(Surface& surface) {
-    uint32_t lowestAlpha = 255;
+    bool opaque = true;
     for (uint32_t y = 0; y < surface.height(); ++y)
-        lowestAlpha = std::min(lowestAlpha, premultiply(surface.row(y), surface.width()));
-    surface.setOpaque(lowestAlpha == 255);
+        opaque = premultiply(surface.row(y), surface.width()) && opaque;
+    surface.setOpaque(opaque);
 }
 
 DecodedImage decodeStill(const EncodedImage& image, const WebPBitstreamFeatures& features,

@@ -15,6 +15,7 @@
 #include "graphics/text/TextShape.h"
 #include "graphics/text/TextShaper.h"
 #include "resources/Resource.h"
+#include "support/HashMix.h"
 #include "support/RecentlyUsed.h"
 #include "support/Result.h"
 
@@ -108,7 +109,7 @@ class Font {
     const std::unique_ptr<GlyphRasteriser> m_rasteriser;
     const std::unique_ptr<TextShaper> m_shaper;
     const FontMetrics m_metrics;
-    RecentlyUsed<std::string, Line, std::string_view> m_lines;
+    RecentlyUsed<std::string, Line, std::string_view, TextHash> m_lines;
     std::shared_ptr<GlyphStore> m_glyphs;
 };
 

@@ -1,4 +1,4 @@
-#include "media/ServerConnection.h"
+#include "common/ServerConnection.h"
 
 #include <sys/socket.h>
 
@@ -41,6 +41,12 @@ std::string ServerConnection::readRequest() {
 ssize_t ServerConnection::sendSome(const char* bytes, size_t count) {
     if (!m_session) return ::send(m_socket, bytes, count, MSG_NOSIGNAL);
     return gnutls_record_send(m_session.get(), bytes, count);
+}
+
+void ServerConnection::waitUntilClientLeaves() {
+    char ignored = 0;
+    while (readByte(ignored)) {
+    }
 }
 
 bool ServerConnection::send(const std::string& bytes) {

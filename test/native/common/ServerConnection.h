@@ -32,7 +32,9 @@ class ServerConnection {
 
     /// Everything up to an empty line; empty when the client is gone or refuses the server.
     std::string readRequest();
+    /// False when the client has gone.
     bool send(const std::string& bytes);
+    void waitUntilClientLeaves();
 
   private:
     struct Free {
