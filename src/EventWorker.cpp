@@ -77,11 +77,6 @@ EventWorkerBase::~EventWorkerBase() = default;
 
 void EventWorkerBase::Queue() { Nan::AsyncQueueWorker(new EventJob(shared_from_this())); }
 
-void EventWorkerBase::writeToNode(const Progress& progress, Message message) {
-    m_messageQueue.Append(std::move(message));
-    progress.Signal();
-}
-
 void EventWorkerBase::drainQueue(Nan::AsyncResource* resource) {
     const Nan::HandleScope scope;
     const v8::Local<v8::Object> global = Nan::GetCurrentContext()->Global();

@@ -54,8 +54,8 @@ class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
 
     void SetClosed() { m_closedFlag = true; }
 
-    /// Pool thread: queues the message and wakes the script thread. Wake-ups merge; messages don't.
-    void writeToNode(const Progress& progress, Message message);
+    /// Pool thread: queues a message for the script thread, which is to be woken after the last.
+    void writeToNode(Message message) { m_messageQueue.Append(std::move(message)); }
 
   private:
     friend class EventJob;
@@ -121,10 +121,14 @@ class EventWorker : public EventWorkerBase {
     }
 
     void Drain(const Progress& progress) {
+        bool isWorthWaking = false;
         while (!m_eventQueue.empty() && (DrainsWhenClosed() || !closed())) {
-            writeToNode(progress, MessageOf(m_eventQueue.front()));
+            writeToNode(MessageOf(m_eventQueue.front()));
             m_eventQueue.pop_front();
+            isWorthWaking = true;
         }
+        // One wake-up for all: those that the script thread hasn't seen yet merge anyway.
+        if (isWorthWaking) progress.Signal();
     }
 
     void End() final {

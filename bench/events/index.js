@@ -16,6 +16,11 @@ const PACED = { count: 500, quickCount: 200, pause: 1500 };
 /** How long the script thread is busy in each turn of its loop when it is loaded; ms. */
 const BUSY = 1;
 
+/** A report that finds the worker between two waits stays until the next one, which is this key. */
+const NUDGE = '-1';
+/** How long nothing arrives before that; ms. */
+const PATIENCE = 20;
+
 /** Where a side's reports arrive: calls done() with the last that is expected. */
 class Arrivals {
   constructor() {
@@ -29,7 +34,18 @@ class Arrivals {
     return new Promise((resolve) => (this.done = resolve));
   }
 
+  /** Has what lies told, until all that was expected has come. */
+  nudge(threads) {
+    let before = 0;
+    const timer = setInterval(() => {
+      if (this.expected <= 0) clearInterval(timer);
+      else if (this.expected === before) threads.nudge();
+      before = this.expected;
+    }, PATIENCE);
+  }
+
   arrive(data) {
+    if (data === NUDGE) return;
     if (this.note) this.note(data);
     if (--this.expected === 0) this.done();
   }
@@ -68,6 +84,7 @@ async function settle(threads, side) {
 async function burst(threads, side, threadCount, count) {
   const all = side.arrivals.expect(threadCount * count);
   threads.report(side.isModule, threadCount, count);
+  if (side.isModule) side.arrivals.nudge(threads);
   await all;
   threads.join();
 }
@@ -96,6 +113,7 @@ async function latencies(threads, side, options) {
     taken[Number(data)] = wallClock() - times[Number(data)];
   });
   threads.reportPaced(side.isModule, times, PACED.pause);
+  if (side.isModule) side.arrivals.nudge(threads);
   await all;
   threads.join();
   return taken.sort();

@@ -123,6 +123,13 @@ napi_value ReportPaced(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
+/// nudge(): tells the module of key kNudge, from this thread.
+napi_value Nudge(napi_env, napi_callback_info) {
+    constexpr int32_t kNudge = -1;
+    tellModule(kNudge);
+    return nullptr;
+}
+
 /// join(): waits for the threads.
 napi_value Join(napi_env, napi_callback_info) {
     for (std::thread& thread : s_threads) thread.join();
@@ -131,11 +138,9 @@ napi_value Join(napi_env, napi_callback_info) {
 }
 
 napi_value Init(napi_env env, napi_value exports) {
-    constexpr std::pair<const char*, napi_callback> kFunctions[] = {{"listen", Listen},
-                                                                    {"isOpen", IsOpen},
-                                                                    {"report", ReportMany},
-                                                                    {"reportPaced", ReportPaced},
-                                                                    {"join", Join}};
+    constexpr std::pair<const char*, napi_callback> kFunctions[] = {
+        {"listen", Listen},           {"isOpen", IsOpen}, {"report", ReportMany},
+        {"reportPaced", ReportPaced}, {"nudge", Nudge},   {"join", Join}};
     for (const auto& [name, function] : kFunctions) {
         napi_value made = nullptr;
         napi_create_function(env, name, NAPI_AUTO_LENGTH, function, nullptr, &made);
