@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <fstream>
@@ -26,14 +27,23 @@ std::vector<Sample> leftOf(const std::string& bytes, size_t from = 0) {
     return samples;
 }
 
-/// Frequency of the tenth of a second (at 48 kHz) before a sample, by zero crossings.
+/// Frequency of the tenth of a second (at 48 kHz) before a sample, by the middle one of the lengths
+/// between zero crossings: a gap, as a busy machine makes them, is only one more length. 0 for
+/// silence.
 template <class Sample>
 double frequencyOf(const std::vector<Sample>& samples, size_t before) {
     constexpr size_t kWindow = 4800;
-    int crossings = 0;
-    for (size_t at = before < kWindow ? 1 : before - kWindow + 1; at < before; ++at)
-        if ((samples[at - 1] < 0) != (samples[at] < 0)) ++crossings;
-    return crossings * 5.0;
+    std::vector<size_t> lengths;
+    size_t last = 0;
+    for (size_t at = before < kWindow ? 1 : before - kWindow + 1; at < before; ++at) {
+        if ((samples[at - 1] < 0) == (samples[at] < 0)) continue;
+        if (last != 0) lengths.push_back(at - last);
+        last = at;
+    }
+    if (lengths.empty()) return 0;
+    const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
+    std::nth_element(lengths.begin(), middle, lengths.end());
+    return 24000.0 / static_cast<double>(*middle);
 }
 
 }  // namespace quiravent::test
