@@ -5,8 +5,7 @@
 const path = require('path');
 const { spawnSync } = require('child_process');
 
-const build =
-  process.env.QUIRAVENT_BUILD || path.join(__dirname, '..', '..', 'build', 'release');
+const build = process.env.QUIRAVENT_BUILD || path.join(__dirname, '..', '..', 'build', 'release');
 const layer = path.join(build, 'bench');
 
 /** An add-on of the benchmarks. */

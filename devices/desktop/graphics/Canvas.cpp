@@ -76,10 +76,11 @@ void Canvas::fillRect(const Rect& rect) { fillBox(toBox(rect)); }
 
 void Canvas::clearRect(const Rect& rect) {
     const Box visible = intersection(toBox(rect), m_bounds);
-    if (visible.empty()) return;
+    if (visible.empty() || m_surface->isClear()) return;
     m_kernels.fill(blockAt(visible), 0);
     m_surface->touch();
     m_surface->setOpaque(false);
+    if (visible == m_surfaceBox) m_surface->setClear();
 }
 
 void Canvas::drawRect(const Rect& rect) {

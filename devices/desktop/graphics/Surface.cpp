@@ -119,6 +119,7 @@ std::shared_ptr<Surface> SurfacePool::create(uint32_t width, uint32_t height, Fi
     std::shared_ptr<Surface> surface(
         new Surface(m_state, width, height, layout.stride, layout.byteSize, block.get()));
     static_cast<void>(block.release());
+    if (fill == Fill::transparent) surface->setClear();
     return surface;
 }
 

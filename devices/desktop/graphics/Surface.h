@@ -26,12 +26,20 @@ class Surface {
     size_t stride() const { return m_stride; }
     size_t byteSize() const { return m_byteSize; }
 
-    uint32_t* row(uint32_t y) { return m_pixels + y * m_stride; }
+    /// To write to: the surface isn't known to be clear any more.
+    uint32_t* row(uint32_t y) {
+        m_clear = false;
+        return m_pixels + y * m_stride;
+    }
     const uint32_t* row(uint32_t y) const { return m_pixels + y * m_stride; }
 
     /// True when every pixel is known to have alpha 255, so that drawing the surface is a copy.
     bool isOpaque() const { return m_opaque; }
     void setOpaque(bool opaque) { m_opaque = opaque; }
+
+    /// True when every pixel is known to be 0, so that there is nothing to clear.
+    bool isClear() const { return m_clear; }
+    void setClear() { m_clear = true; }
 
     /// Rises with every change of the pixels; with id() it keys what is cached of a surface.
     uint64_t generation() const { return m_generation; }
@@ -53,6 +61,7 @@ class Surface {
     size_t m_byteSize;
     uint32_t* m_pixels;
     bool m_opaque = false;
+    bool m_clear = false;
     uint64_t m_generation = 0;
     uint64_t m_id;
 };

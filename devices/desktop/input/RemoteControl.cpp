@@ -34,10 +34,15 @@ void RemoteControl::keyUp(int32_t code, Done done) {
 }
 
 void RemoteControl::press(int32_t code, std::chrono::milliseconds hold, Done done) {
-    const int64_t start = m_thread.post([=](int64_t due) { goDown(code, due); });
-    m_thread.postAt(start + microseconds(hold), [=, done = std::move(done)](int64_t) {
+    const auto release = [=, done = std::move(done)](int64_t) {
         goUp(code);
         if (done) done();
+    };
+    m_thread.post([=](int64_t due) {
+        // Before the repetition, so that of the two at one time the release comes first.
+        if (hold.count() > 0) m_thread.postAt(due + microseconds(hold), release);
+        goDown(code, due);
+        if (hold.count() <= 0) release(due);
     });
 }
 

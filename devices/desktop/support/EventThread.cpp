@@ -10,16 +10,13 @@ namespace quiravent::desktop {
 EventThread::EventThread(const char* name)
     : m_thread(startThread(name, [this] { run(); })), m_id(m_thread.get_id()) {}
 
-int64_t EventThread::post(Task task) {
-    int64_t time = 0;
+void EventThread::post(Task task) {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        // Taken with the lock held, so that the order of times is that of the calls.
-        time = clock::now();
-        m_tasks.emplace(time, std::move(task));
+        // The time is taken with the lock held, so that the order of times is that of the calls.
+        m_tasks.emplace(clock::now(), std::move(task));
     }
     m_changed.notify_one();
-    return time;
 }
 
 void EventThread::postAt(int64_t time, Task task) {

@@ -23,8 +23,8 @@ class EventThread {
     EventThread(const EventThread&) = delete;
     EventThread& operator=(const EventThread&) = delete;
 
-    /// Posts a task for the present and gives its time.
-    int64_t post(Task task);
+    /// Posts a task for the present.
+    void post(Task task);
     void postAt(int64_t time, Task task);
 
     /// Drops what hasn't been run. No task runs once this has returned, except the one that calls

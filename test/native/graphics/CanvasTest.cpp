@@ -272,6 +272,55 @@ TEST(Canvas, DrawsPicturesOfAnySizeFromAnyPart) {
     for (const uint32_t pixel : pixelsOf(*surface)) EXPECT_EQ(pixel >> 24, 255U);
 }
 
+/// A clear surface is left as it is, so it must be known when it isn't clear any more.
+TEST(Canvas, ClearsWhateverWasDrawnSinceTheLastTime) {
+    const auto source = newSurface(20, 20, 0x80402010);
+    const std::vector<uint8_t> bytes(400, 255);
+    const CoverageMask mask{0, 0, 20, 20, 20, bytes.data()};
+    const Rect all{0, 0, 20, 20};
+    const std::function<void(Canvas&)> draws[] = {
+        [](Canvas& c) {
+            c.fillRect({19, 19, 1, 1});
+        },
+        [](Canvas& c) { c.drawLine(1, 2, 17, 9); },
+        [](Canvas& c) { c.drawEllipse(EllipseStyle::outline, 10, 10, 9, 9, 0, 360); },
+        [&](Canvas& c) { c.compose(*source, 18, 18); },
+        [&](Canvas& c) {
+            c.composeScaled(*source, {minus(1), minus(1), 3, 3});
+        },
+        [&](Canvas& c) {
+            c.drawMasks(&mask, 1, {0, 0, 20, 20});
+        },
+        [&](Canvas& c) {
+            c.setRotation(30);
+            c.compose(*source, 0, 0);
+        },
+        [&](Canvas& c) {  // leaves all but a corner
+            c.fillRect(all);
+            c.setClip({0, 0, 5, 5});
+            c.clearRect(all);
+            c.setClip(all);
+        },
+        [&](Canvas& c) {
+            c.fillRect(all);
+            c.clearRect({0, 0, 20, 19});
+        },
+    };
+    const auto surface = newSurface(20, 20);
+    const std::vector<uint32_t> nothing(400);
+    for (const auto& draw : draws) {
+        Canvas canvas(surface);
+        draw(canvas);
+        EXPECT_NE(pixelsOf(*surface), nothing);
+        canvas.clearRect(all);
+        EXPECT_EQ(pixelsOf(*surface), nothing) << &draw - draws;
+        const uint64_t before = surface->generation();
+        canvas.clearRect(all);
+        canvas.clearRect({3, 4, 5, 6});
+        EXPECT_EQ(surface->generation(), before) << &draw - draws;
+    }
+}
+
 /// Pictures large enough for two threads.
 TEST(Canvas, DrawsTheSameWhicheverThreadDraws) {
     const auto source = newSurface(420, 300);
