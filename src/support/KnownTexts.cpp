@@ -25,7 +25,7 @@ using Places = std::array<KnownText*, 2>;
 
 struct KnownTexts {
     std::array<KnownText, 512> texts;
-    std::array<Places, 256> sets;
+    std::array<Places, 256> sets{};
 
     KnownTexts() {
         for (size_t i = 0; i < sets.size(); ++i) sets[i] = {&texts[2 * i], &texts[2 * i + 1]};

@@ -21,8 +21,9 @@ std::string SourceOf(const Property* properties, size_t count) {
     std::string sets;
     for (size_t i = 0; i < count; ++i) {
         const std::string name = TextOf(properties[i]);
-        parameters += (i == 0 ? "" : ",") + name;
-        sets += "o." + name + "=" + name + ";";
+        if (i != 0) parameters += ',';
+        parameters += name;
+        sets.append("o.").append(name).append("=").append(name).append(";");
     }
     return "(function(" + parameters + "){var o={};" + sets + "return o})";
 }

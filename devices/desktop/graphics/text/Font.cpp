@@ -147,7 +147,7 @@ std::shared_ptr<const TextShape> Font::repeated(std::string_view text, TextOrigi
         return nullptr;
     }
     if (line.shape || line.bySingles) return line.shape;
-    const auto shape = assemble(line);
+    auto shape = assemble(line);
     line.shape = shape;
     line.bySingles = !shape;
     m_lines.resizeLast(byteSizeOf(text, line));

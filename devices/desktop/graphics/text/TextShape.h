@@ -12,7 +12,7 @@ namespace quiravent::desktop {
 /// A text's glyphs put together, which paints the same pixels as they do in turn. Where glyphs
 /// share a pixel, so do blocks.
 struct TextShape {
-    Box box;  ///< where its columns and rows lie from the pixel of the text's origin
+    Box box{};  ///< where its columns and rows lie from the pixel of the text's origin
     CoverageShape coverage;
 };
 
