@@ -99,9 +99,7 @@ struct EightSamples {
                                                             const SampleSource<uint32_t>& source,
                                                             const EightPositions& x,
                                                             const EightPositions& y) {
-    EightSamples samples;
-    samples.upper = source.values;
-    samples.lower = source.values + source.stride;
+    EightSamples samples{source.values, source.values + source.stride, {}, {}, {}};
     const __m256i stride = _mm256_set1_epi32(static_cast<int>(source.stride));
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(samples.offsets),
                         _mm256_add_epi32(x.whole(), _mm256_mullo_epi32(y.whole(), stride)));
