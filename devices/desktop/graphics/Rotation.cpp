@@ -112,7 +112,7 @@ void Rotation::coverEdge(const Region& region, const Run& run, size_t first, siz
         const double y = run.top - along * m_direction.y;
         const double share = ramp(x - region.left) * ramp(region.right - x) * ramp(y - region.top) *
                              ramp(region.bottom - y);
-        m_coverage[i] = static_cast<uint8_t>(share * 255 + 0.5);
+        m_coverage[i] = static_cast<uint8_t>(std::lround(share * 255));
     }
 }
 
