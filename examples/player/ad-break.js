@@ -1,8 +1,11 @@
 'use strict';
 
 const { mediaServices } = require('quiravent');
+const { makeListening } = require('./listening');
 
 const patience = 10000; // ms
+
+const listen = makeListening();
 
 /** What ends an advertisement, one way or another. */
 const ends = ['playback_completed', 'playback_error', 'playback_abort', 'fetch_error'];
@@ -28,15 +31,11 @@ class AdBreak {
 
   begin(ad, onChange) {
     this.ad = ad;
-    ad.registerListener(
-      (event) => {
-        if (event === 'playback_suspend') this.isPaused = true;
-        if (ends.indexOf(event) >= 0) this.end();
-        else onChange();
-      },
-      () => {},
-      (error) => console.error(error)
-    );
+    listen(ad, (event) => {
+      if (event === 'playback_suspend') this.isPaused = true;
+      if (ends.indexOf(event) >= 0) this.end();
+      else onChange();
+    });
     ad.setVolume(this.volume);
     if (this.onEnd) ad.start();
     else ad.unload();

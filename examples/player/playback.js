@@ -1,6 +1,7 @@
 'use strict';
 
 const { mediaServices } = require('quiravent');
+const { makeListening } = require('./listening');
 
 /** What a player's events say about what the viewer sees. */
 const phases = {
@@ -18,6 +19,8 @@ const phases = {
 
 /** Speeds of the keys "forward" and "rewind", each further press the next. */
 const speeds = { forward: [2, 4, 8, 16, 32], rewind: [-2, -4, -8, -16, -32] };
+
+const listen = makeListening();
 
 /** Subtitles are switched off by an id that no track has. */
 const noTrack = 0xffffffff;
@@ -53,11 +56,7 @@ class Playback {
   begin(player) {
     this.player = player;
     // Listen first: what is told before is lost.
-    player.registerListener(
-      (event, value) => this.hear(event, value),
-      () => {},
-      (error) => console.error(error)
-    );
+    listen(player, (event, value) => this.hear(event, value));
     if (this.isClosed) player.unload();
     else player.start();
   }

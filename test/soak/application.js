@@ -32,20 +32,32 @@ quiravent.InputWorker = function CountingInputWorker(onEvent, onEnd, onError) {
 
 const outcomes = { playback_ready: 'shown', playback_error: 'failed', fetch_error: 'failed' };
 
+/** What counts on the way to a listener, which the module keeps for good: one for each listener. */
+const counting = new Map();
+
+function countingOf(listener, note) {
+  if (!counting.has(listener)) {
+    counting.set(listener, (name, value) => {
+      note(name);
+      listener(name, value);
+    });
+  }
+  return counting.get(listener);
+}
+
+function noteEvent(name) {
+  if (outcomes[name]) films[outcomes[name]] += 1;
+}
+
+function noteEnd() {
+  films.ended += 1;
+}
+
 /** Counts what is told of a player, on its way to its listeners. */
 function watch(player) {
   const register = player.registerListener;
-  player.registerListener = (onEvent, onEnd, onError) => {
-    const hear = (name, value) => {
-      if (outcomes[name]) films[outcomes[name]] += 1;
-      onEvent(name, value);
-    };
-    const end = () => {
-      films.ended += 1;
-      onEnd();
-    };
-    register.call(player, hear, end, onError);
-  };
+  player.registerListener = (onEvent, onEnd, onError) =>
+    register.call(player, countingOf(onEvent, noteEvent), countingOf(onEnd, noteEnd), onError);
 }
 
 const getPlayer = quiravent.mediaServices.getPlayer;
