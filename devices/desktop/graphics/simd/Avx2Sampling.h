@@ -15,6 +15,8 @@ namespace quiravent::desktop {
 // four samples in its lower lane and one of the last four in the upper. Internal linkage for the
 // reason given in PixelMath.h.
 
+namespace {
+
 /// One axis of eight positions, in 32.32 fixed point.
 class EightPositions {
   public:
@@ -95,6 +97,8 @@ struct EightSamples {
     }
 };
 
+}  // namespace
+
 [[gnu::always_inline]] static inline void storeEightSamples(uint32_t* destination,
                                                             const SampleSource<uint32_t>& source,
                                                             const EightPositions& x,
@@ -123,8 +127,9 @@ static inline void sampleInEights(uint32_t* destination, const SampleSource<uint
         y.advance();
     }
     const SampleSteps end = stepsFrom(steps, last);
-    storeEightSamples(destination + last, source, EightPositions(end.x, end.stepX),
-                      EightPositions(end.y, end.stepY));
+    x = EightPositions(end.x, end.stepX);
+    y = EightPositions(end.y, end.stepY);
+    storeEightSamples(destination + last, source, x, y);
 }
 
 }  // namespace quiravent::desktop
