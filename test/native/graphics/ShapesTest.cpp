@@ -190,7 +190,7 @@ TEST(Lines, OfEverySlopeAgreeWithTheRasteriser) {
         for (int64_t& end : e) end = random.below(kSide + 20) - int64_t{10};
         if (count % 3 == 0) e[3] = e[1] + random.below(3) + 1;
         if (e[0] == e[2] || e[1] == e[3]) continue;
-        std::vector<uint32_t> wanted(kSide * kSide);
+        std::vector<uint32_t> wanted(size_t{kSide} * kSide);
         Rasterizer rasterizer;
         rasterizer.start({0, 0, kSide, kSide});
         addLine(rasterizer, e[0], e[1], e[2], e[3]);
