@@ -102,9 +102,9 @@ TEST_F(LivePlayerTest, LosesNoPictureWhereTheRecordingBeginsAgain) {
 
 TEST_F(LivePlayerTest, PlaysWhatNoTableTellsOfAndWithoutAClock) {
     struct Case {
-        const char* what;
+        const char* what = "";
         LiveStreams streams;
-        int service;
+        int service = 0;
     };
     const Case cases[] = {{"H.264", kService1, 1},
                           {"MPEG-2", kService2, 2},

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 
@@ -76,8 +77,9 @@ TEST(PesAssembler, GivesWholeUnitsOnly) {
         packets.carry(pes(Bytes(300, 1), 90000), accept, one.change);
         packets.carry(pes(Bytes(300, 2), 93600), accept, one.change);
         packets.carry(pes(Bytes(20, 3), 97200, 28), accept, one.change);
-        std::vector<size_t> sizes;
-        for (const PesUnit& unit : units) sizes.push_back(unit.data.size());
+        std::vector<size_t> sizes(units.size());
+        std::transform(units.begin(), units.end(), sizes.begin(),
+                       [](const PesUnit& unit) { return unit.data.size(); });
         EXPECT_EQ(sizes, one.sizes) << one.what;
     }
 }
@@ -191,10 +193,10 @@ TEST(StreamTiming, TakesTheClockThatMakesSenseOrTheStampsThemselves) {
     const ClockMapping before{100 * kPcrRate, 50 * kSecond};
     const ClockMapping after{0, 50 * kSecond};
     struct Case {
-        const char* what;
+        const char* what = "";
         std::optional<ClockMapping> atBegin;
         std::optional<ClockMapping> atEnd;
-        int64_t stamp;
+        int64_t stamp = 0;
         std::optional<int64_t> due;
     };
     const int64_t dueOfStamp = 50 * kSecond + 700 * kMillisecond;
@@ -224,7 +226,7 @@ TEST(StreamTiming, DoesWithoutAClockAfterAWhile) {
     for (int picture = 0; picture < 20; ++picture) {
         PesUnit unit;
         unit.pid = kPid;
-        unit.pts = unit.dts = 90000 + picture * 3600;
+        unit.pts = unit.dts = 90000 + int64_t{picture} * 3600;
         unit.arrival = kSecond + picture * 40 * kMillisecond;
         timing.notice(unit);
         waiting.push_back(unit);

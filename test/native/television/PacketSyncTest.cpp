@@ -71,7 +71,7 @@ TEST(PacketSync, GoesOnAfterDamage) {
         return cut;
     };
     Bytes wrongByte = whole;
-    wrongByte[5 * 188] = 0x46;
+    wrongByte[size_t{5} * 188] = 0x46;
     EXPECT_EQ(found(wrongByte, 100000), allBut({5})) << "only that packet";
     for (const size_t piece : {188, 1316, 100000}) {
         SCOPED_TRACE(piece);

@@ -29,8 +29,8 @@ Bytes counted(const Bytes& bytes);
 Bytes countedLong(const Bytes& bytes);
 
 struct SectionFields {
-    uint8_t tableId;
-    uint16_t extension;
+    uint8_t tableId = 0;
+    uint16_t extension = 0;
     uint8_t version = 0;
     uint8_t number = 0;
     uint8_t lastNumber = 0;

@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <system_error>
 #include <thread>
 
 #include "common/Watched.h"
@@ -76,7 +78,8 @@ Sender::Sender(const std::string& address, uint16_t port)
     const in_addr own{htonl(INADDR_LOOPBACK)};
     ::setsockopt(m_socket, IPPROTO_IP, IP_MULTICAST_IF, &own, sizeof own);
     const sockaddr_in target = addressOf(address, port);
-    ::connect(m_socket, reinterpret_cast<const sockaddr*>(&target), sizeof target);
+    if (::connect(m_socket, reinterpret_cast<const sockaddr*>(&target), sizeof target) != 0)
+        throw std::system_error(errno, std::generic_category(), address);
 }
 
 Sender::~Sender() { ::close(m_socket); }
@@ -99,9 +102,10 @@ uint16_t freePort() {
     sockaddr_in address = addressOf("127.0.0.1", 0);
     socklen_t size = sizeof address;
     auto* const general = reinterpret_cast<sockaddr*>(&address);
-    ::bind(socket, general, size);
-    ::getsockname(socket, general, &size);
+    const bool isBound =
+        ::bind(socket, general, size) == 0 && ::getsockname(socket, general, &size) == 0;
     ::close(socket);
+    if (!isBound) throw std::system_error(errno, std::generic_category(), "no free port");
     return ntohs(address.sin_port);
 }
 

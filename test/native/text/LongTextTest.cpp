@@ -126,7 +126,7 @@ TEST(LongTextTest, PaintsARepeatedTextAsItsGlyphsInTurn) {
     };
     for (uint32_t mode = 0; mode < desktop::kPorterDuffModes; ++mode) {
         for (const char* text : texts) {
-            const desktop::TextOrigin origin{30 * kPixel + 5 * mode, 35};
+            const desktop::TextOrigin origin{30 * kPixel + int64_t{5} * mode, 35};
             EXPECT_FALSE(font->repeated(text, origin)) << text;
             const auto shape = font->repeated(text, {origin.x - kPixel, 0});
             ASSERT_TRUE(shape) << text;
