@@ -227,7 +227,7 @@ TEST(StreamTiming, DoesWithoutAClockAfterAWhile) {
         PesUnit unit;
         unit.pid = kPid;
         unit.pts = unit.dts = 90000 + int64_t{picture} * 3600;
-        unit.arrival = kSecond + picture * 40 * kMillisecond;
+        unit.arrival = kSecond + int64_t{40} * picture * kMillisecond;
         timing.notice(unit);
         waiting.push_back(unit);
         mostWaiting = std::max(mostWaiting, waiting.size());
