@@ -26,8 +26,10 @@ std::string damaged(std::string content, unsigned seed) {
     std::mt19937 random(seed);
     const size_t within =
         seed / 2 % 2 == 0 ? content.size() : std::min<size_t>(content.size(), 4000);
-    for (auto flips = 1 + random() % 200; flips > 0; --flips)
-        content[random() % within] ^= static_cast<char>(1 + random() % 255);
+    for (auto flips = 1 + random() % 200; flips > 0; --flips) {
+        char& byte = content[random() % within];
+        byte = static_cast<char>(static_cast<unsigned char>(byte) ^ (1 + random() % 255));
+    }
     return content;
 }
 

@@ -36,6 +36,7 @@ VideoFrame frameOf(int number, uint8_t even, uint8_t odd,
 
 std::vector<int> linesOf(const VideoFrame& frame) {
     std::vector<int> lines;
+    lines.reserve(kHeight);
     for (int y = 0; y < kHeight; ++y)
         lines.push_back(frame.picture->data[0][y * frame.picture->linesize[0] + kWidth - 1]);
     return lines;

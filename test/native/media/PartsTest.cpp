@@ -375,7 +375,7 @@ TEST(MediaErrors, AreDocumented) {
     for (size_t value = 1; value < kMediaErrors.size(); ++value) {
         const MediaErrorText& error = kMediaErrors[value];
         std::string cell = error.text;
-        if (*error.http != '\0') cell += std::string(" (") + error.http + ")";
+        if (*error.http != '\0') cell.append(" (").append(error.http).append(")");
         std::string number = std::to_string(value);
         number.resize(5, ' ');
         EXPECT_NE(text.find("| " + number + " | " + cell + " "), std::string::npos) << cell;

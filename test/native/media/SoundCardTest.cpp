@@ -71,7 +71,7 @@ struct Bench {
                            return desktop::Result<std::unique_ptr<desktop::SoundCard>>(
                                std::unique_ptr<desktop::SoundCard>(std::move(made)));
                        }};
-    std::vector<float> samples = std::vector<float>(2 * kPeriod, 0.5F);
+    std::vector<float> samples = std::vector<float>(size_t{2} * kPeriod, 0.5F);
 
     int64_t writeOnce() {
         const int64_t heardAt = sink.nextHeardAt();
@@ -83,7 +83,7 @@ struct Bench {
 TEST(SoundCardSink, TellsWhenSoundIsHeardByWhatTheCardTakes) {
     Bench bench;
     bench.writeOnce();
-    std::vector<float> taken(2 * kPeriod);
+    std::vector<float> taken(size_t{2} * kPeriod);
     int64_t now = desktop::clock::now() + 1000000;
     for (int period = 0; period < 5; ++period, now += kPeriodTime) {
         bench.card->queue().take(taken.data(), kPeriod, now);
