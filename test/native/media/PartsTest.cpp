@@ -378,7 +378,9 @@ TEST(MediaErrors, AreDocumented) {
         if (*error.http != '\0') cell.append(" (").append(error.http).append(")");
         std::string number = std::to_string(value);
         number.resize(5, ' ');
-        EXPECT_NE(text.find("| " + number + " | " + cell + " "), std::string::npos) << cell;
+        std::string row = "| ";
+        row.append(number).append(" | ").append(cell).append(" ");
+        EXPECT_NE(text.find(row), std::string::npos) << cell;
     }
 }
 
