@@ -38,6 +38,10 @@ function readWords(words) {
   if (unknown) {
     throw new Failure(`there is no table '${unknown}'; there are ${tables().join(', ')}.`);
   }
+  const isPart = named.length > 0 || options.indexOf('--only') >= 0;
+  if (isDocumented && isPart) {
+    throw new Failure('--document puts all figures into the page; it goes with no table, no --only.');
+  }
   return { options, named: named.length > 0 ? named : tables(), isDocumented };
 }
 
