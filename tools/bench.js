@@ -40,7 +40,9 @@ function readWords(words) {
   }
   const isPart = named.length > 0 || options.indexOf('--only') >= 0;
   if (isDocumented && isPart) {
-    throw new Failure('--document puts all figures into the page; it goes with no table, no --only.');
+    throw new Failure(
+      '--document puts all figures into the page; it goes with no table, no --only.'
+    );
   }
   return { options, named: named.length > 0 ? named : tables(), isDocumented };
 }
