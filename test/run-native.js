@@ -10,6 +10,7 @@
 const fs = require('fs');
 const path = require('path');
 const { execFile, execFileSync } = require('child_process');
+const { numberIn, sum } = require('../tools/lib/counts');
 const { concurrently } = require('./lib/concurrently');
 
 const TESTS_IN_A_PART = 16;
@@ -32,9 +33,8 @@ function runPart(part) {
   const options = { env, maxBuffer: MOST_OUTPUT };
   return new Promise((resolve) => {
     execFile(part.file, ['--gtest_brief=1'], options, (error, output, errors) => {
-      const numberIn = (pattern) => Number((output.match(pattern) || [0, 0])[1]);
-      const passed = numberIn(/\[ {2}PASSED {2}\] (\d+) test/);
-      const failed = numberIn(/(\d+) FAILED TEST/);
+      const passed = numberIn(output, /\[ {2}PASSED {2}\] (\d+) test/);
+      const failed = numberIn(output, /(\d+) FAILED TEST/);
       // A program that crashed, or ran nothing, has failed once.
       const isBroken = (error && failed === 0) || passed + failed === 0;
       if (error || isBroken) {
@@ -54,12 +54,10 @@ function main(folder, jobs) {
   );
   // Those that take long first.
   parts.sort((one, other) => other.count - one.count);
-  const total = { passed: 0, failed: 0 };
-  const add = (count) => {
-    total.passed += count.passed;
-    total.failed += count.failed;
-  };
-  return concurrently(parts, jobs, (part) => runPart(part).then(add)).then(() => {
+  const counts = [];
+  const runAndKeep = (part) => runPart(part).then((count) => counts.push(count));
+  return concurrently(parts, jobs, runAndKeep).then(() => {
+    const total = sum(counts);
     console.log(`${total.passed} passed, ${total.failed} failed`);
     process.exitCode = total.failed === 0 && total.passed > 0 ? 0 : 1;
   });

@@ -21,7 +21,7 @@ const ENDED = 128 + 15;
  */
 const ROOM = { memory: 12 * MEBIBYTE, heap: 2 * MEBIBYTE, threads: 20, descriptors: 8 };
 
-/** So many films may be open at the end, or have ended without a word: see docs/reliability.md. */
+/** So many films may be open at the end. */
 const OPEN = 2;
 
 function parse(words) {
