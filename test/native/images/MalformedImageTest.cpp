@@ -2,10 +2,10 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string>
 
 #include "common/MalformedInput.h"
+#include "common/processMemory.h"
 #include "images/Encoders.h"
 
 namespace quiravent::test {
@@ -159,17 +159,6 @@ Bytes manyTexts() {
     return texts;
 }
 
-/// The most memory that the process has taken since the last call, in KiB.
-size_t peakMemory() {
-    std::ifstream status("/proc/self/status");
-    std::string word;
-    while (status >> word && word != "VmHWM:") continue;
-    size_t peak = 0;
-    status >> peak;
-    std::ofstream("/proc/self/clear_refs") << "5";
-    return peak;
-}
-
 TEST_F(MalformedImageTest, TakesLittleMemoryForWhatInflatesToMuch) {
     constexpr size_t kMostKibibytes = 80 << 10;
     const Bytes zeros = deflatedZeros(256);
@@ -190,10 +179,10 @@ TEST_F(MalformedImageTest, TakesLittleMemoryForWhatInflatesToMuch) {
         {"pixels", pngOfZeros(zeros), ""},
     };
     for (const auto& expected : kCases) {
-        peakMemory();
-        const size_t before = peakMemory();
+        forgetMostMemory();
+        const size_t before = processMemory("VmHWM");
         EXPECT_EQ(failureOf(expected.png), expected.failure) << expected.name;
-        EXPECT_LE(peakMemory() - before, kMostKibibytes) << expected.name;
+        EXPECT_LE(processMemory("VmHWM") - before, kMostKibibytes) << expected.name;
     }
 }
 
