@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "common/processMemory.h"
 #include "media/Count.h"
 #include "media/MediaServer.h"
 #include "media/TestPlayer.h"
@@ -92,6 +93,26 @@ TEST(Unload, MayComeFromTheEventHandler) {
     ASSERT_TRUE(events.waitUntil([](int count) { return count > 0; }));
     player.engine().reaper().waitUntilIdle();
     EXPECT_EQ(events.get(), 1);
+}
+
+TEST(Reaper, GivesBackWhatTheAllocatorWouldKeep) {
+    constexpr size_t kBlockBytes = 16 << 10;
+    constexpr size_t kBlocks = 4000;
+    constexpr size_t kBytes = kBlocks * kBlockBytes;
+    desktop::Reaper reaper("test-reaper");
+    const size_t inUse = mallinfo2().uordblks;
+    auto blocks = std::make_shared<std::vector<std::vector<char>>>();
+    for (size_t i = 0; i < kBlocks; ++i) blocks->emplace_back(kBlockBytes, 'x');
+    // Above the others in the heap, it keeps the allocator from giving them back by itself.
+    const std::vector<char> last(kBlockBytes, 'x');
+    // The allocators of the sanitizers keep what is freed for a while, to find faults.
+    const bool isUsual = mallinfo2().uordblks >= inUse + kBytes;
+    const size_t before = processMemory("RssAnon");
+    reaper.take(std::move(blocks));
+    ASSERT_TRUE(reaper.waitUntilIdle());
+    const size_t most = isUsual ? before - kBytes / 1024 / 2 : before + kBytes / 1024;
+    EXPECT_LE(processMemory("RssAnon"), most);
+    EXPECT_EQ(last.back(), 'x');
 }
 
 TEST(Events, WaitForTheFirstHandler) {

@@ -1,13 +1,17 @@
 #include "resources/Resource.h"
 
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 
 #include <cstdlib>
 
 #include "common/ConnectionServer.h"
 #include "common/ServerConnection.h"
 #include "common/TemporaryFolder.h"
+#include "support/FileDescriptor.h"
 
 namespace quiravent::desktop {
 namespace {
@@ -57,10 +61,20 @@ TEST(ResourceFileTest, ReadsFilesWhoseSizeIsNotKnownBeforehand) {
               expectedFailure("/proc/self/maps", "it is larger than the limit of 10 bytes"));
 }
 
+/// Makes a socket of that path.
+void makeSocket(const std::string& path) {
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(socket.number(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+}
+
 TEST(ResourceFileTest, NamesWhatIsWrong) {
     const TemporaryFolder folder;
     const std::string pipe = folder / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    makeSocket(folder / "socket");
     const struct {
         std::string location;
         const char* why;
@@ -70,11 +84,25 @@ TEST(ResourceFileTest, NamesWhatIsWrong) {
         {folder.write("empty", {}), "it is empty"},
         {folder.write("plain", kContent) + "/x", "Not a directory"},
         {pipe, "it is not a regular file"},
+        {folder / "socket", "No such device or address"},
         {"/dev/zero", "it is not a regular file"},
+        {"/proc/self/mem", "Input/output error"},  // opens, and fails to read
         {"gopher://h/", "the scheme 'gopher' is none of file, http and https"},
     };
     for (const auto& expected : kCases)
         EXPECT_EQ(failureOf(expected.location), expectedFailure(expected.location, expected.why));
+}
+
+TEST(ResourceFileTest, NamesAMissingPermission) {
+    constexpr uid_t kOther = 1;
+    const TemporaryFolder folder;
+    const std::string path = folder.write("secret", kContent);
+    ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+    // Of root's alone; the rights of another user are taken by this thread only.
+    const auto user = static_cast<uid_t>(::setfsuid(kOther));
+    const std::string failure = failureOf(path);
+    ::setfsuid(user);
+    EXPECT_EQ(failure, expectedFailure(path, "Permission denied"));
 }
 
 std::string answer(const std::string& status, const std::string& headers, const std::string& body) {

@@ -143,6 +143,7 @@ TEST(FontLoaderTest, NamesTheLocationOfWhatFails) {
         {"/proc/self/cmdline", 12,
          "cannot load font '/proc/self/cmdline': it is neither a TrueType nor an OpenType font"},
         {"/missing.ttf", 12, "cannot read '/missing.ttf': no such file"},
+        {"/proc/self/mem", 12, "cannot read '/proc/self/mem': Input/output error"},
     };
     for (const auto& expected : kCases) {
         const auto result = desktop::loadFont(expected.location, expected.height);
