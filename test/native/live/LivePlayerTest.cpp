@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
-#include <filesystem>
 #include <random>
 #include <string>
-#include <thread>
 
+#include "common/holdings.h"
 #include "live/Broadcast.h"
 #include "live/LivePlayer.h"
 #include "live/MarkedOutput.h"
@@ -22,11 +20,6 @@ using namespace desktop;
 constexpr LiveStreams kService1{kVideo1, kAudio1, kVideo1, kNullPid};
 constexpr LiveStreams kService2{kVideo2, kAudio2, kVideo2, kNullPid};
 constexpr Rect kBounds{0, 0, 320, 180};
-
-std::ptrdiff_t entriesIn(const char* folder) {
-    const std::filesystem::directory_iterator entries(folder);
-    return std::distance(begin(entries), end(entries));
-}
 
 class LivePlayerTest : public testing::Test {
   protected:
@@ -42,16 +35,10 @@ class LivePlayerTest : public testing::Test {
         Watched& operator=(const Watched&) = delete;
         LivePlayer* operator->() { return m_player.get(); }
 
-        /// Waits until the captions are so; false when they aren't within ten seconds.
+        /// Waits until the captions are so: with each picture, or after ten seconds without any.
         template <class Test>
         bool waitForCaptions(Test isSo) {
-            const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-            while (!isSo(m_player->captions())) {
-                if (std::chrono::steady_clock::now() > deadline) return false;
-                const size_t count = output->seen().size();
-                output->waitForCount(count + 1);
-            }
-            return true;
+            return output->waitUntil([&](const auto&) { return isSo(m_player->captions()); });
         }
 
         std::shared_ptr<MarkedOutput> output;
@@ -60,13 +47,18 @@ class LivePlayerTest : public testing::Test {
         std::shared_ptr<LivePlayer> m_player;
     };
 
+    /// Has received all that comes in three seconds.
+    void receive() {
+        m_broadcast.publishTables();
+        m_broadcast.receivePast(3 * kSecond);
+    }
+
     Broadcast m_broadcast;
     MediaEngine m_engine{MediaSettings{}, std::make_unique<NullSink>()};
 };
 
 TEST_F(LivePlayerTest, ShowsTheLastKeyPictureAtOnceAndThenGoesOn) {
-    m_broadcast.publishTables();
-    m_broadcast.receivePast(3 * kSecond);
+    receive();
     for (const auto& [streams, service] : {std::pair{kService1, 1}, std::pair{kService2, 2}}) {
         Watched player(*this, streams);
         player->start();
@@ -128,8 +120,7 @@ TEST_F(LivePlayerTest, PlaysWhatNoTableTellsOfAndWithoutAClock) {
 }
 
 TEST_F(LivePlayerTest, ShowsNothingWithoutAPictureStream) {
-    m_broadcast.publishTables();
-    m_broadcast.receivePast(3 * kSecond);
+    receive();
     Watched control(*this, kService1);
     Watched sound(*this, {0x1234, kAudio1, kVideo1, kNullPid});
     Watched swapped(*this, {kAudio1, kVideo1, kVideo1, kNullPid});
@@ -140,8 +131,7 @@ TEST_F(LivePlayerTest, ShowsNothingWithoutAPictureStream) {
 }
 
 TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
-    m_broadcast.publishTables();
-    m_broadcast.receivePast(3 * kSecond);
+    receive();
     Watched player(*this, kService1);
     player->start();
     ASSERT_TRUE(player.output->waitForCount(1));
@@ -160,9 +150,8 @@ TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
     m_broadcast.multiplex().end();
     ASSERT_TRUE(player.output->waitUntilHidden());
     m_broadcast.retune();
-    m_broadcast.publishTables();
     player.output->forget();
-    m_broadcast.receivePast(3 * kSecond);
+    receive();
     ASSERT_TRUE(player.output->waitForCount(1));
 }
 
@@ -201,7 +190,7 @@ TEST_F(LivePlayerTest, SurvivesWhatIsSpoiltAndShowsWhatFollows) {
     const Case cases[] = {
         {"garbage",
          [](std::vector<uint8_t>& packet, std::mt19937& any) {
-             for (size_t at = 4; at < packet.size(); ++at) packet[at] = static_cast<uint8_t>(any());
+             std::generate(packet.begin() + 4, packet.end(), std::ref(any));
              return true;
          }},
         {"bit errors",
@@ -237,25 +226,19 @@ TEST_F(LivePlayerTest, SurvivesWhatIsSpoiltAndShowsWhatFollows) {
 }
 
 TEST_F(LivePlayerTest, FiveHundredChannelChangesLeaveNothingBehind) {
-    m_broadcast.publishTables();
-    m_broadcast.receivePast(3 * kSecond);
-    std::ptrdiff_t threads = 0;
-    std::ptrdiff_t descriptors = 0;
+    receive();
+    std::vector<std::ptrdiff_t> before;
     for (int change = 0; change < 500; ++change) {
-        {
-            Watched player(*this, change % 2 == 0 ? kService1 : kService2);
-            player->start();
-            ASSERT_TRUE(change % 10 != 0 || player.output->waitForCount(1));
-        }
-        if (change != 20 && change != 499) continue;
-        ASSERT_TRUE(m_engine.reaper().waitUntilIdle());
         if (change == 20) {
-            threads = entriesIn("/proc/self/task");
-            descriptors = entriesIn("/proc/self/fd");
+            ASSERT_TRUE(m_engine.reaper().waitUntilIdle());
+            before = holdings();
         }
+        Watched player(*this, change % 2 == 0 ? kService1 : kService2);
+        player->start();
+        ASSERT_TRUE(change % 10 != 0 || player.output->waitForCount(1));
     }
-    EXPECT_EQ(entriesIn("/proc/self/task"), threads);
-    EXPECT_EQ(entriesIn("/proc/self/fd"), descriptors);
+    ASSERT_TRUE(m_engine.reaper().waitUntilIdle());
+    EXPECT_EQ(holdings(), before);
 }
 
 }  // namespace
