@@ -6,10 +6,11 @@
 #include <random>
 #include <string>
 
+#include "common/RecordingOutput.h"
 #include "common/holdings.h"
+#include "lineup/streams/FrameMark.h"
 #include "live/Broadcast.h"
 #include "live/LivePlayer.h"
-#include "live/MarkedOutput.h"
 #include "media/audio/NullSink.h"
 
 namespace quiravent::test {
@@ -21,13 +22,22 @@ constexpr LiveStreams kService1{kVideo1, kAudio1, kVideo1, kNullPid};
 constexpr LiveStreams kService2{kVideo2, kAudio2, kVideo2, kNullPid};
 constexpr Rect kBounds{0, 0, 320, 180};
 
+using Mark = lineup::FrameMark;
+
+std::optional<Mark> markOf(const VideoPicture& picture) {
+    const Surface& surface = *picture.surface;
+    return lineup::readMark(surface.width(), surface.height(), [&](uint32_t x, uint32_t y) {
+        return static_cast<int>(surface.row(y)[x] >> 8 & 0xFF);
+    });
+}
+
 class LivePlayerTest : public testing::Test {
   protected:
     /// A player that is closed at the end of its life.
     class Watched {
       public:
         Watched(LivePlayerTest& test, const LiveStreams& streams)
-            : output(std::make_shared<MarkedOutput>()),
+            : output(std::make_shared<RecordingOutput<Mark>>(markOf)),
               m_player(LivePlayer::make(test.m_engine, test.m_broadcast.multiplex(), streams,
                                         kBounds, output)) {}
         ~Watched() { m_player->close(); }
@@ -35,13 +45,7 @@ class LivePlayerTest : public testing::Test {
         Watched& operator=(const Watched&) = delete;
         LivePlayer* operator->() { return m_player.get(); }
 
-        /// Waits until the captions are so: with each picture, or after ten seconds without any.
-        template <class Test>
-        bool waitForCaptions(Test isSo) {
-            return output->waitUntil([&](const auto&) { return isSo(m_player->captions()); });
-        }
-
-        std::shared_ptr<MarkedOutput> output;
+        std::shared_ptr<RecordingOutput<Mark>> output;
 
       private:
         std::shared_ptr<LivePlayer> m_player;
@@ -112,7 +116,7 @@ TEST_F(LivePlayerTest, PlaysWhatNoTableTellsOfAndWithoutAClock) {
     }
     m_broadcast.play();
     for (size_t index = 0; index < players.size(); ++index) {
-        MarkedOutput& output = *players[index]->output;
+        RecordingOutput<Mark>& output = *players[index]->output;
         ASSERT_TRUE(output.waitForCount(30)) << cases[index].what;
         EXPECT_EQ(output.seen()[0].service, cases[index].service) << cases[index].what;
     }
@@ -153,32 +157,6 @@ TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
     player.output->forget();
     receive();
     ASSERT_TRUE(player.output->waitForCount(1));
-}
-
-TEST_F(LivePlayerTest, ShowsCaptionsThatCanBeRead) {
-    using Captions = LivePlayer::Captions;
-    m_broadcast.publishTables();
-    m_broadcast.play();
-    Watched one(*this, kService1);
-    one->setCaptions(1);
-    one->start();
-    const std::vector<std::string> expected{"Bom dia", "serra"};
-    EXPECT_TRUE(one.waitForCaptions([&](const Captions& now) { return now.lines == expected; }));
-    one->setCaptions(3);
-    EXPECT_TRUE(one.waitForCaptions(
-        [](const Captions& now) { return now.number == 3 && now.lines.empty(); }));
-    one->setCaptions(LivePlayer::kNoCaptions);
-    EXPECT_TRUE(one.waitForCaptions(
-        [](const Captions& now) { return now.number == LivePlayer::kNoCaptions; }));
-
-    Watched two(*this, kService2);
-    two->start();
-    two->setCaptions(kSubtitle2);
-    EXPECT_TRUE(two.waitForCaptions([](const Captions& now) { return now.pictures == 1; }));
-    two->setCaptions(0x1234);
-    EXPECT_TRUE(two.waitForCaptions(
-        [](const Captions& now) { return now.number == 0x1234 && now.pictures == 0; }));
-    m_broadcast.stop();
 }
 
 TEST_F(LivePlayerTest, SurvivesWhatIsSpoiltAndShowsWhatFollows) {

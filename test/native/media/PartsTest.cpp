@@ -29,8 +29,8 @@ class PacketCacheTest : public testing::Test {
     explicit PacketCacheTest(size_t bytes = 1U << 20)
         : m_track(std::make_shared<Track>()), m_cache({bytes, 600 * kSecond}, m_wakeup) {}
 
-    void start(int64_t target, PlayMode mode = PlayMode::all) {
-        m_cache.start({++m_serial, target, mode, 1, {m_track, nullptr, nullptr}});
+    void start(int64_t target) {
+        m_cache.start({++m_serial, target, PlayMode::all, 1, {m_track, nullptr, nullptr}});
         PacketSource::Read read{};
         ASSERT_TRUE(m_cache.tryNext(TrackKind::video, m_serial - 1, read));
         ASSERT_EQ(read.state, PacketSource::Read::State::newSegment);
@@ -179,32 +179,8 @@ TEST_F(PacketCacheTest, EndsOnceAndIgnoresWhatComesTooLate) {
     EXPECT_TRUE(m_cache.status().finished);
 }
 
-TEST_F(PacketCacheTest, GivesGroupsBackwardsFromWhatItHasAndAsksForTheRest) {
-    start(2 * kSecond);
-    read(2);
-    start(3 * kSecond + 12 * kFrame, PlayMode::backwards);
-    EXPECT_EQ(take(), 3);
-    for (int picture = 1; picture < kGroup; ++picture) EXPECT_GT(take(), 3);
-    EXPECT_EQ(take(), 2);
-    PacketCache::Task task = m_cache.awaitTask();
-    ASSERT_EQ(task.kind, PacketCache::Task::Kind::group);
-    EXPECT_EQ(task.time, 2 * kSecond);
-    m_cache.appendGroup({picture(kGroup), picture(kGroup + 1)}, task.generation);
-    for (int picture = 1; picture < kGroup; ++picture) EXPECT_GT(take(), 2);
-    EXPECT_EQ(take(), 1);
-    task = m_cache.awaitTask();
-    EXPECT_EQ(task.time, 1 * kSecond);
-    m_cache.appendGroup({picture(0)}, task.generation);
-    EXPECT_EQ(take(), 1.04);
-    EXPECT_EQ(take(), 0);
-    EXPECT_EQ(take(), -1);
-    EXPECT_TRUE(m_cache.status().finished);
-}
-
-class SmallPacketCacheTest : public PacketCacheTest {
-  protected:
-    static constexpr size_t kBytes = 400000;
-    SmallPacketCacheTest() : PacketCacheTest(kBytes) {}
+struct SmallPacketCacheTest : PacketCacheTest {
+    SmallPacketCacheTest() : PacketCacheTest(400000) {}
 };
 
 TEST_F(SmallPacketCacheTest, StaysWithinItsBudget) {
