@@ -7,6 +7,7 @@
 #include "media/FaultList.h"
 #include "media/FetchProgress.h"
 #include "media/Language.h"
+#include "media/MediaClock.h"
 #include "media/MediaErrors.h"
 #include "media/PacketCache.h"
 #include "media/Samples.h"
@@ -269,6 +270,23 @@ TEST(Watchdog, CountsOnlyTheTimeOfWaiting) {
           Case{true, 1, 510, true}, Case{true, 2, 511, false}, Case{true, 2, 521, true},
           Case{false, 2, 600, false}, Case{true, 2, 700, false}})
         EXPECT_EQ(watchdog.isOverdue(one.waiting, one.progress, one.now), one.overdue) << one.now;
+}
+
+TEST(MediaClock, GoesAtItsSpeedFromWhereItStands) {
+    MediaClock clock;
+    clock.setPosition(5000);
+    EXPECT_EQ(clock.positionAt(123), 5000);
+    EXPECT_EQ(clock.timeOf(6000), INT64_MAX);
+    clock.start(1000);
+    EXPECT_EQ(clock.positionAt(1500), 5500);
+    clock.setSpeed(2, 1500);
+    EXPECT_EQ(clock.positionAt(2000), 6500);
+    EXPECT_EQ(clock.timeOf(6500), 2000);
+    clock.setSpeed(-0.5, 2000);
+    EXPECT_EQ(clock.positionAt(4000), 5500);
+    EXPECT_EQ(clock.timeOf(5500), 4000);
+    clock.stop(4000);
+    EXPECT_EQ(clock.positionAt(9000), 5500);
 }
 
 TEST(StallPolicy, HaltsOnlyForWantOfDataAndGoesOnWithASecondOfThem) {
