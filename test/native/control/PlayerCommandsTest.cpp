@@ -14,8 +14,6 @@ const std::string kFilm = TEST_MEDIA "/film.mp4";
 
 class Players : public ChannelTest {
   protected:
-    explicit Players(const std::string& faults = "") : ChannelTest(faults) {}
-
     json waitFor(const std::string& state, int position = 0) {
         return ask("waitPlayer", {{"state", state}, {"position", position}, {"timeout", 15000}});
     }
@@ -105,28 +103,6 @@ TEST_F(Players, AreHaltedByRequestsAndByWhatTakesTheirOutput) {
     EXPECT_EQ(ask("haltPlayer", {{"player", 1}, {"how", "abort"}}).at("ok"), true);
     EXPECT_EQ(states().at(0), "aborted");
     EXPECT_EQ(resume(first), e_pl_status_wrong_state);
-}
-
-class FaultyPlayers : public Players {
-  protected:
-    FaultyPlayers() : Players("stalled 0-1000 off; slow 2-10.5 50000") {}
-};
-
-TEST_F(FaultyPlayers, FaultsAreListedAndSwitched) {
-    const auto expected = [&](const std::string& isStalled) {
-        return json::parse(
-            R"({"ok":true,"faults":[{"fault":1,"kind":"stalled","from":0.0,"to":1000.0,"on":)" +
-            isStalled + R"(},{"fault":2,"kind":"slow","from":2.0,"to":10.5,"bytesPerSecond":50000,
-            "on":true}]})");
-    };
-    EXPECT_EQ(ask("faults"), expected("false"));
-    EXPECT_EQ(ask("faults", {{"fault", 1}, {"on", true}}), expected("true"));
-    start(newPlayer());
-    EXPECT_EQ(waitFor("buffering").at("ok"), true);
-    EXPECT_EQ(ask("faults", {{"fault", 1}, {"on", false}}), expected("false"));
-    EXPECT_EQ(waitFor("playing").at("ok"), true);
-    EXPECT_EQ(ask("faults", {{"fault", 3}, {"on", true}}).at("error"),
-              "there is no fault 3; media.faults has 2, counted from 1");
 }
 
 }  // namespace

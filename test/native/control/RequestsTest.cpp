@@ -35,7 +35,8 @@ TEST(Requests, AreAnsweredWhateverTheyHoldAndTheChannelLivesOn) {
     cases.emplace_back(R"({"command":"frame"})" + std::string(kMaxLine - 19, ' '), R"({"ok":true)");
     cases.emplace_back(std::string(kMaxLine + 1, ' '), tooLong);
     cases.emplace_back(std::string(kMaxLine * 5, '{'), tooLong);
-    Station station;
+    Station station("stalled 0-1000 off; slow 2-10.5 50000",
+                    "lost 1000-2000 off; errors 5-8 1e-5; seed 3");
     Client client = station.client();
     for (const auto& [line, expected] : cases) {
         const std::string answer = client.ask(line);

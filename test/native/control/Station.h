@@ -128,9 +128,6 @@ class ChannelTest : public testing::Test {
   protected:
     using json = nlohmann::json;
 
-    explicit ChannelTest(const std::string& faults = "", const std::string& signalFaults = "")
-        : m_station(faults, signalFaults) {}
-
     json ask(const std::string& command, json members = json::object()) {
         members["command"] = command;
         return json::parse(m_client.ask(members.dump()));
