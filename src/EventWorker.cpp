@@ -1,5 +1,6 @@
 #include "EventWorker.h"
 
+#include <deque>
 #include <set>
 
 #include "support/Arguments.h"
@@ -81,7 +82,11 @@ void EventWorkerBase::drainQueue(Nan::AsyncResource* resource) {
     const Nan::HandleScope scope;
     const v8::Local<v8::Object> global = Nan::GetCurrentContext()->Global();
     const v8::Local<v8::Function> listener = m_listeners.data->GetFunction();
-    for (const Message& message : m_messageQueue.TakeAll()) {
+    const std::deque<Message> messages = m_messageQueue.TakeAll();
+    for (auto next = messages.begin(); next != messages.end();) {
+        const Message& message = *next++;
+        // It was written on another core, and is fetched from there while the listener runs.
+        if (next != messages.end()) __builtin_prefetch(&*next);
         // A scope for each, since one turn may bring a great many.
         const Nan::HandleScope messageScope;
         // Each text ends at its first zero byte.

@@ -54,8 +54,11 @@ class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
 
     void SetClosed() { m_closedFlag = true; }
 
-    /// Pool thread: queues a message for the script thread, which is to be woken after the last.
-    void writeToNode(Message message) { m_messageQueue.Append(std::move(message)); }
+    /// Pool thread: queues a message for the script thread, and wakes that unless a wake-up that it
+    /// hasn't followed yet will bring the message too.
+    void writeToNode(const Progress& progress, Message message) {
+        if (m_messageQueue.Append(std::move(message))) progress.Signal();
+    }
 
   private:
     friend class EventJob;
@@ -92,7 +95,7 @@ class EventWorker : public EventWorkerBase {
     virtual void Attach() = 0;
     /// Ends them, where a device function does.
     virtual void Detach() {}
-    virtual Message MessageOf(const Report& report) = 0;
+    virtual Message MessageOf(Report report) = 0;
     /// Whether a drain ends with the queue, or already with the worker's closing.
     virtual bool DrainsWhenClosed() const { return true; }
 
@@ -121,14 +124,10 @@ class EventWorker : public EventWorkerBase {
     }
 
     void Drain(const Progress& progress) {
-        bool isWorthWaking = false;
         while (!m_eventQueue.empty() && (DrainsWhenClosed() || !closed())) {
-            writeToNode(MessageOf(m_eventQueue.front()));
+            writeToNode(progress, MessageOf(std::move(m_eventQueue.front())));
             m_eventQueue.pop_front();
-            isWorthWaking = true;
         }
-        // One wake-up for all: those that the script thread hasn't seen yet merge anyway.
-        if (isWorthWaking) progress.Signal();
     }
 
     void End() final {

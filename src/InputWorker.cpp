@@ -1,6 +1,7 @@
 #include "InputWorker.h"
 
 #include <memory>
+#include <utility>
 
 #include "porting/pl_platform.h"
 #include "support/HardEnd.h"
@@ -47,6 +48,6 @@ void InputWorker::Attach() {
     (void)pl_input_SetCallback_KeyRelease(onKeyRelease);
 }
 
-quiravent::Message InputWorker::MessageOf(const std::pair<std::string, std::string>& report) {
-    return {report.first, report.second};
+quiravent::Message InputWorker::MessageOf(std::pair<std::string, std::string> report) {
+    return {std::move(report.first), std::move(report.second)};
 }

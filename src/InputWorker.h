@@ -26,7 +26,7 @@ class InputWorker : public quiravent::EventWorker<std::pair<std::string, std::st
 
   private:
     void Attach() override;
-    quiravent::Message MessageOf(const std::pair<std::string, std::string>& report) override;
+    quiravent::Message MessageOf(std::pair<std::string, std::string> report) override;
 };
 
 /// The current worker. Callbacks of the device, and all that has no object in hand, find it here.

@@ -72,8 +72,8 @@ class PlayerWorker : public EventWorker<std::pair<std::string, int>> {
 
     void Attach() override { (void)registerCallback(m_player->Handle(), onPlayerEvent); }
 
-    Message MessageOf(const Report& report) override {
-        return {report.first, std::to_string(report.second)};
+    Message MessageOf(Report report) override {
+        return {std::move(report.first), std::to_string(report.second)};
     }
 
     const Player* m_player;

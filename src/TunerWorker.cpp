@@ -45,7 +45,7 @@ void TunerWorker::Attach() {
 
 void TunerWorker::Detach() { (void)pl_dtv_Action_unselectTransportStream(); }
 
-quiravent::Message TunerWorker::MessageOf(const std::pair<bool, e_pl_dtv_error>& report) {
+quiravent::Message TunerWorker::MessageOf(std::pair<bool, e_pl_dtv_error> report) {
     const std::string locked = report.first ? "1" : "0";
     return {"tunerlock", locked + "," + err_to_str(report.second)};
 }

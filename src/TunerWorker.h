@@ -30,7 +30,7 @@ class TunerWorker : public quiravent::EventWorker<std::pair<bool, e_pl_dtv_error
     void Attach() override;
     void Detach() override;
     bool DrainsWhenClosed() const override { return false; }
-    quiravent::Message MessageOf(const std::pair<bool, e_pl_dtv_error>& report) override;
+    quiravent::Message MessageOf(std::pair<bool, e_pl_dtv_error> report) override;
 
     std::string m_streamSelector;
     std::string m_streamOption;

@@ -5,19 +5,19 @@
 #include "support/Log.h"
 #include "support/Refusal.h"
 
-namespace log = quiravent::desktop::log;
+namespace device_log = quiravent::desktop::log;
 
 // The list gives parameters and arguments in parentheses of their own.
 // NOLINTBEGIN(bugprone-macro-parentheses)
-#define PL_FUNCTION(result, name, parameters, arguments)       \
-    __attribute__((weak)) result name parameters {             \
-        log::info(#name " was called; this device has none");  \
-        constexpr quiravent::desktop::Refusal<result> refusal; \
-        return refusal arguments;                              \
+#define PL_FUNCTION(result, name, parameters, arguments)             \
+    __attribute__((weak)) result name parameters {                   \
+        device_log::info(#name " was called; this device has none"); \
+        constexpr quiravent::desktop::Refusal<result> refusal;       \
+        return refusal arguments;                                    \
     }
 #include "porting/pl_functions.def"
 // NOLINTEND(bugprone-macro-parentheses)
 
 __attribute__((weak)) void pl_EnableDTVEvents() {
-    log::info("events of digital television were asked for; this device has none");
+    device_log::info("events of digital television were asked for; this device has none");
 }

@@ -2,12 +2,15 @@
 
 namespace quiravent {
 
-void MessageQueue::Append(Message message) {
+bool MessageQueue::Append(Message message) {
+    bool isFirst = false;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
+        isFirst = m_items.empty();
         m_items.push_back(std::move(message));
     }
     m_condition.notify_all();
+    return isFirst;
 }
 
 std::deque<Message> MessageQueue::TakeAll() {

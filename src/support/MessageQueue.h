@@ -20,7 +20,8 @@ struct Message {
 /// Messages on their way from a pool thread to the script thread, without a bound.
 class MessageQueue {
   public:
-    void Append(Message message);
+    /// Whether it was empty, so that the script thread is to be woken.
+    bool Append(Message message);
     /// Empties the queue.
     std::deque<Message> TakeAll();
 

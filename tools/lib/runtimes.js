@@ -56,8 +56,7 @@ function buildFor(runtime, targets) {
       '-DQUIRAVENT_DESKTOP=OFF',
       '-DQUIRAVENT_RECORDER=ON',
       '-DQUIRAVENT_TESTS=OFF',
-      '-DQUIRAVENT_BENCH=OFF',
-      '-DQUIRAVENT_PRECOMPILE=ON'
+      '-DQUIRAVENT_BENCH=OFF'
     ];
     const words = ['--preset', runtime.processor.preset, '-B', folder];
     mustRun('cmake', words.concat(options), { capture: true });

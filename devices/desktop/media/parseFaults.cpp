@@ -60,7 +60,7 @@ Result<std::vector<Fault>> parseFaults(const std::string& text) {
         if (part.find_first_not_of(' ') == std::string::npos) continue;
         Fault fault{};
         fault.enabled = true;
-        if (!parseFault(part, fault)) return Failure{"not a fault of reading: " + quoted(part)};
+        if (!parseFault(part, fault)) return Failure{"not a fault of reading: " + inQuotes(part)};
         faults.push_back(fault);
     }
     return faults;

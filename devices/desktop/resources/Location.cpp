@@ -93,7 +93,7 @@ Result<Location> parseLocation(const std::string& text) {
     return Failure{"the scheme '" + scheme + "' is none of file, http and https"};
 }
 
-std::string quoted(const std::string& text) {
+std::string inQuotes(const std::string& text) {
     constexpr size_t kLongest = 300;
     std::string result = "'" + text.substr(0, kLongest);
     const auto isControl = [](unsigned char c) { return c < 0x20 || c == 0x7F; };

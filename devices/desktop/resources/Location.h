@@ -21,6 +21,6 @@ Result<Location> parseLocation(const std::string& text);
 
 /// The text in single quotes, fit for a line of an error message: control characters replaced,
 /// cut when it is very long.
-std::string quoted(const std::string& text);
+std::string inQuotes(const std::string& text);
 
 }  // namespace quiravent::desktop

@@ -22,7 +22,7 @@ Result<Bytes> readFrom(const std::string& text, const ResourceLimits& limits) {
 
 Result<Bytes> readResource(const std::string& location, const ResourceLimits& limits) {
     Result<Bytes> bytes = readFrom(location, limits);
-    if (!bytes) return Failure{"cannot read " + quoted(location) + ": " + bytes.reason()};
+    if (!bytes) return Failure{"cannot read " + inQuotes(location) + ": " + bytes.reason()};
     return bytes;
 }
 

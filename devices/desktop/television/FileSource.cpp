@@ -32,7 +32,7 @@ FileSource::FileSource(FileRequest request)
     : m_request(std::move(request)), m_block(kBlock), m_pacer(m_request.bitRate) {}
 
 void FileSource::open() {
-    const std::string what = "the transport stream " + quoted(m_request.path) + " can't be read";
+    const std::string what = "the transport stream " + inQuotes(m_request.path) + " can't be read";
     m_file = FileDescriptor(::open(m_request.path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!m_file) throw TunerError::ofSystem(what, errno, e_pl_dtv_error_media_not_found);
     struct stat about = {};
@@ -77,7 +77,7 @@ void FileSource::readBlock() {
     if (count < 0) {
         if (errno == EINTR) return;
         throw TunerError::ofSystem(
-            "the transport stream " + quoted(m_request.path) + " can't be read further", errno,
+            "the transport stream " + inQuotes(m_request.path) + " can't be read further", errno,
             e_pl_dtv_error_data_unavailable);
     }
     if (count == 0) return turnRound();
@@ -91,7 +91,7 @@ void FileSource::readBlock() {
 void FileSource::turnRound() {
     if (m_sync.taken() < kLeast) {
         throw TunerError(e_pl_dtv_error_data_unavailable,
-                         joined("the transport stream ", quoted(m_request.path), " has ",
+                         joined("the transport stream ", inQuotes(m_request.path), " has ",
                                 m_sync.taken(), " bytes; needed: ", kLeast));
     }
     m_roundStart += m_sync.taken();

@@ -62,7 +62,7 @@ void readEndPoint(const std::string& selector, std::string_view endPoint, Networ
                           ? std::nullopt
                           : numberOf<uint16_t>(endPoint.substr(colon + 1));
     if (!port || *port == 0) {
-        refuse(joined(quoted(selector), " has no port; allowed: :1 to :65535 at its end"));
+        refuse(joined(inQuotes(selector), " has no port; allowed: :1 to :65535 at its end"));
     }
     std::string_view address = endPoint.substr(0, colon);
     if (address.size() > 2 && address.front() == '[' && address.back() == ']') {
@@ -71,7 +71,7 @@ void readEndPoint(const std::string& selector, std::string_view endPoint, Networ
     request.port = *port;
     request.address = address == "localhost" ? "127.0.0.1" : std::string(address);
     if (!isNumericAddress(request.address)) {
-        refuse(joined(quoted(selector), ": ", desktop::quoted(request.address),
+        refuse(joined(inQuotes(selector), ": ", desktop::inQuotes(request.address),
                       " is no address; allowed: one in numbers, of this machine or of a group"));
     }
 }
@@ -90,7 +90,7 @@ NetworkRequest networkRequest(const std::string& selector, size_t scheme,
     request.interface = options.takeText("interface").value_or("");
     request.sender = options.takeText("sender").value_or("");
     if (!isNumericAddress(request.sender)) {
-        refuse(joined("the option sender is ", desktop::quoted(request.sender),
+        refuse(joined("the option sender is ", desktop::inQuotes(request.sender),
                       "; allowed: an address in numbers"));
     }
     return request;
@@ -133,7 +133,7 @@ AdapterRequest adapterRequest(const std::string& selector, SelectionOptions& opt
                                   : numberOf<unsigned>(numbers.substr(slash + 1));
         constexpr unsigned kMost = 255;
         if (!adapter || !frontEnd || *adapter > kMost || *frontEnd > kMost) {
-            refuse(joined(quoted(selector),
+            refuse(joined(inQuotes(selector),
                           " is no adapter; allowed: adapter:NUMBER or "
                           "adapter:NUMBER/FRONTEND, each up to ",
                           kMost));
@@ -159,9 +159,9 @@ TuneRequest directRequest(const std::string& selector, SelectionOptions& options
         const auto location = parseLocation(selector);
         if (!location) refuse(joined(location.reason(), "; allowed: ", kAllowed));
         if (location->kind != Location::Kind::file) {
-            throw TunerError(
-                e_pl_dtv_error_not_supported,
-                joined(quoted(selector), " can't be a source of television; allowed: ", kAllowed));
+            throw TunerError(e_pl_dtv_error_not_supported,
+                             joined(inQuotes(selector),
+                                    " can't be a source of television; allowed: ", kAllowed));
         }
         request.source = fileRequest(location->target, options);
     }
@@ -192,7 +192,7 @@ TuneRequest parseSelection(const std::string& selector, const std::string& optio
     if (isPlain(selector) && !entry && !looksLikePath(selector)) {
         throw TunerError(
             e_pl_dtv_error_service_not_found,
-            joined(quoted(selector), " is not in the line-up, and no path; allowed: ", kAllowed));
+            joined(inQuotes(selector), " is not in the line-up, and no path; allowed: ", kAllowed));
     }
     SelectionOptions options = entry ? entry->options : SelectionOptions();
     if (option != kNoOption) options.add(option);

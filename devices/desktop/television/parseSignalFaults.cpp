@@ -55,7 +55,8 @@ Result<SignalTroubles> parseSignalFaults(const std::string& text) {
     std::istringstream parts(text);
     for (std::string part; std::getline(parts, part, ';');) {
         if (part.find_first_not_of(' ') == std::string::npos) continue;
-        if (!parsePart(part, troubles)) return Failure{"not a fault of a signal: " + quoted(part)};
+        if (!parsePart(part, troubles))
+            return Failure{"not a fault of a signal: " + inQuotes(part)};
     }
     return troubles;
 }

@@ -27,7 +27,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (location) {
         quiravent::fuzz::expect(location->target.find('\0') == std::string::npos);
     }
-    quiravent::fuzz::expect(quoted(text).find('\n') == std::string::npos);
+    quiravent::fuzz::expect(inQuotes(text).find('\n') == std::string::npos);
     (void)parseFaults(text);
     (void)remoteKeyCode(text);
     takeCharacters(text);

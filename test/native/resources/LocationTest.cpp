@@ -61,8 +61,8 @@ TEST(LocationTest, RefusesWhatCanNotBeRead) {
 }
 
 TEST(LocationTest, QuotesOnOneLine) {
-    EXPECT_EQ(quoted("/a\nb\x7F\xC3\xA9"), "'/a?b?\xC3\xA9'");
-    EXPECT_EQ(quoted(std::string(1000, 'x')), "'" + std::string(300, 'x') + "...'");
+    EXPECT_EQ(inQuotes("/a\nb\x7F\xC3\xA9"), "'/a?b?\xC3\xA9'");
+    EXPECT_EQ(inQuotes(std::string(1000, 'x')), "'" + std::string(300, 'x') + "...'");
 }
 
 }  // namespace

@@ -48,7 +48,7 @@ DecodedImage loadImage(const std::string& location, SurfacePool& pool,
     const Result<Bytes> bytes = readResource(location, limits);
     if (!bytes) return Failure{bytes.reason()};
     DecodedImage image = decodeImage(bytes->data(), bytes->size(), pool);
-    if (!image) return Failure{"cannot load image " + quoted(location) + ": " + image.reason()};
+    if (!image) return Failure{"cannot load image " + inQuotes(location) + ": " + image.reason()};
     return image;
 }
 

@@ -11,7 +11,7 @@ Result<std::shared_ptr<Font>> loadFont(const std::string& location, uint32_t pix
     Result<Bytes> bytes = readResource(location, limits);
     if (!bytes) return Failure{bytes.reason()};
     auto font = Font::load(std::move(*bytes), pixelHeight);
-    if (!font) return Failure{"cannot load font " + quoted(location) + ": " + font.reason()};
+    if (!font) return Failure{"cannot load font " + inQuotes(location) + ": " + font.reason()};
     return font;
 }
 

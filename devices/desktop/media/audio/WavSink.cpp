@@ -42,7 +42,7 @@ class Header {
 Result<std::unique_ptr<WavSink>> WavSink::create(const std::string& path) {
     File file(std::fopen(path.c_str(), "wb"));
     if (!file)
-        return Failure{"cannot write sound to " + quoted(path) + ": " + std::strerror(errno)};
+        return Failure{"cannot write sound to " + inQuotes(path) + ": " + std::strerror(errno)};
     std::unique_ptr<WavSink> sink(new WavSink(std::move(file)));
     sink->writeHeader();
     return sink;

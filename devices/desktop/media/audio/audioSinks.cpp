@@ -49,7 +49,7 @@ Result<std::unique_ptr<AudioSink>> createAudioSink(const std::string& name,
                                                    const std::string& target) {
     for (const Entry& entry : kSinks)
         if (name == entry.name) return entry.make(target);
-    return Failure{"there is no audio sink " + quoted(name)};
+    return Failure{"there is no audio sink " + inQuotes(name)};
 }
 
 }  // namespace quiravent::desktop
