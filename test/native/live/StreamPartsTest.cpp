@@ -72,7 +72,7 @@ void carry(PesAssembler& assembler, const Bytes& bytes, const Damage& damage,
 
 TEST(PesAssembler, GivesWholeUnitsOnly) {
     struct Case {
-        const char* what;
+        const char* what = "";
         Damage damage;
         std::vector<size_t> sizes;  ///< of the units that come of three, of 300, 300 and 20 bytes
     };

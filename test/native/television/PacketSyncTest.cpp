@@ -57,12 +57,13 @@ TEST(PacketSync, FindsPacketsOfEachSizeInAnyPiecesAndGoesOnAfterDamage) {
     };
     Bytes wrongByte = whole;
     wrongByte[size_t{5} * 188] = 0x46;
-    const struct {
-        const char* what;
+    struct Case {
+        const char* what = "";
         Bytes stream;
         std::vector<size_t> found;
-        size_t smallestPiece;
-    } cases[] = {
+        size_t smallestPiece = 0;
+    };
+    const Case cases[] = {
         {"behind noise", Bytes(777, 0x00) + whole, allBut(0, 0), 1},
         {"with a time before each", numbered(4, 0), allBut(0, 0), 1},
         {"with a check behind each", numbered(0, 16), allBut(0, 0), 1},
@@ -73,7 +74,7 @@ TEST(PacketSync, FindsPacketsOfEachSizeInAnyPiecesAndGoesOnAfterDamage) {
         {"others in between", whole + Bytes(5000, 0x12) + whole, allBut(0, 0, 2), 188},
         {"nothing else", test::readMultiplex("garbage.ts"), {}, 65536},
     };
-    for (const auto& one : cases) {
+    for (const Case& one : cases) {
         SCOPED_TRACE(one.what);
         for (const size_t piece : {1, 100, 188, 1316, 65536, 100000}) {
             if (piece < one.smallestPiece) continue;
