@@ -57,7 +57,8 @@ TEST(LineupFile, HasASchemaThatDescribesItsValues) {
     const nlohmann::ordered_json members = schema.flatten();
     int described = 0;
     for (const auto& [path, value] : members.items())
-        if (path.substr(path.rfind('/')) == "/description" && value != "") ++described;
+        if (path.substr(path.rfind('/')) == "/description" && !value.get<std::string>().empty())
+            ++described;
     EXPECT_GT(described, 50);
     EXPECT_EQ(schema["properties"]["services"]["items"]["required"],
               nlohmann::ordered_json({"name"}));

@@ -95,7 +95,7 @@ void readTrack(const Bytes& bytes, const std::string& name, TrackKind kind,
     const auto found = std::find_if(tracks.begin(), tracks.end(),
                                     [=](const TrackRef& track) { return track->kind == kind; });
     ASSERT_NE(found, tracks.end());
-    const TrackRef track = *found;
+    const TrackRef& track = *found;
     MediaError error = MediaError::none;
     while (const PacketRef packet = input.read(error))
         if (packet->track == track->id) use(*track, packet.get());
