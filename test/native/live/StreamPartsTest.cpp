@@ -93,6 +93,7 @@ TEST(PesAssembler, GivesWholeUnitsOnly) {
         carry(assembler, pes(Bytes(300, 2), 93600, 0), one.damage, units);
         carry(assembler, pes(Bytes(20, 3), 97200, 28), one.damage, units);
         std::vector<size_t> sizes;
+        sizes.reserve(units.size());
         for (const PesUnit& unit : units) sizes.push_back(unit.data.size());
         EXPECT_EQ(sizes, one.sizes) << one.what;
     }
