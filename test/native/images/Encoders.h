@@ -39,6 +39,7 @@ struct PngShape {
     uint8_t colourType;
     uint8_t depth;
     bool interlaced;
+    spng_filter_choice filter = SPNG_FILTER_CHOICE_ALL;
 };
 
 /// `samples` are packed rows as PNG stores them, those of 16 bits in native order. The palette and
