@@ -43,12 +43,11 @@ class XWindow {
         return result;
     }
 
-    /// Asks the server until the window shows what is expected; false when it never does.
-    template <class Condition>
-    bool waitUntil(Condition holds) const {
+    /// Asks the server until the window shows these pixels; false when it never does.
+    bool waitFor(const Pixels& expected) const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         while (std::chrono::steady_clock::now() < deadline) {
-            if (holds(pixels())) return true;
+            if (pixels() == expected) return true;
         }
         return false;
     }
