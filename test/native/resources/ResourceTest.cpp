@@ -45,16 +45,11 @@ TEST(ResourceFileTest, ReadsUpToTheLimit) {
     limits.maxBytes = 5000;
     EXPECT_EQ(failureOf(path, limits), "read 5000 bytes");
     limits.maxBytes = 4999;
-    EXPECT_EQ(failureOf(path, limits),
-              expectedFailure(path, "it is larger than the limit of 4999 bytes"));
-}
-
-TEST(ResourceFileTest, ReadsFilesWhoseSizeIsNotKnownBeforehand) {
-    EXPECT_NE(failureOf("/proc/self/maps").find("read "), std::string::npos);
-    ResourceLimits limits;
-    limits.maxBytes = 10;
-    EXPECT_EQ(failureOf("/proc/self/maps", limits),
-              expectedFailure("/proc/self/maps", "it is larger than the limit of 10 bytes"));
+    // The size of the second isn't known beforehand.
+    for (const std::string& large : {path, std::string("/proc/self/smaps")})
+        EXPECT_EQ(failureOf(large, limits),
+                  expectedFailure(large, "it is larger than the limit of 4999 bytes"));
+    EXPECT_NE(failureOf("/proc/self/smaps").find("read "), std::string::npos);
 }
 
 TEST(ResourceFileTest, NamesWhatIsWrong) {
@@ -71,10 +66,20 @@ TEST(ResourceFileTest, NamesWhatIsWrong) {
         {folder.write("plain", kContent) + "/x", "Not a directory"},
         {pipe, "it is not a regular file"},
         {"/dev/zero", "it is not a regular file"},
-        {"gopher://h/", "the scheme 'gopher' is none of file, http and https"},
+        {"ftp://h/p", "the scheme 'ftp' is none of file, http and https"},
+        {"", "the location is empty"},
+        {"file://other/a", "a file URL can't name another host"},
+        {"file://", "the file URL has no path"},
+        {"file://localhost", "the file URL has no path"},
+        {"file:///a%", "the file URL is not properly percent-encoded"},
+        {"file:///a%2", "the file URL is not properly percent-encoded"},
+        {"file:///a%g0", "the file URL is not properly percent-encoded"},
+        {"file:///a%00", "the file URL is not properly percent-encoded"},
     };
     for (const auto& expected : kCases)
         EXPECT_EQ(failureOf(expected.location), expectedFailure(expected.location, expected.why));
+    EXPECT_EQ(failureOf(std::string("/a\0b", 4)),
+              expectedFailure("/a?b", "the location contains a NUL"));
 }
 
 std::string answer(const std::string& status, const std::string& headers, const std::string& body) {
