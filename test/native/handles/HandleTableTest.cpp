@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <set>
 #include <string>
-#include <thread>
 
 namespace quiravent::desktop {
 namespace {
@@ -60,23 +58,6 @@ TEST(HandleTable, FullTableGivesZeroUntilOneIsReleased) {
     table.remove(last);
     EXPECT_NE(table.insert(object), 0U);
     EXPECT_EQ(table.insert(object), 0U);
-}
-
-TEST(HandleTable, ThreadsShareIt) {
-    Canvases table;
-    const uint32_t kept = table.insert(text("kept"));
-    const auto work = [&] {
-        for (int i = 0; i < 2000; ++i) {
-            const uint32_t handle = table.insert(text("mine"));
-            ASSERT_EQ(*table.find(handle), "mine");
-            ASSERT_EQ(*table.find(kept), "kept");
-            ASSERT_NE(table.remove(handle), nullptr);
-        }
-    };
-    std::array<std::thread, 4> threads;
-    for (std::thread& thread : threads) thread = std::thread(work);
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(*table.find(kept), "kept");
 }
 
 }  // namespace

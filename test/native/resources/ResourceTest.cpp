@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
+#include <map>
 
 #include "common/ConnectionServer.h"
 #include "common/ServerConnection.h"
@@ -90,34 +91,28 @@ std::string redirectTo(const std::string& location) {
     return answer("302 Found", "Location: " + location + "\r\n", "");
 }
 
-void sendForEver(ServerConnection& exchange) {
-    exchange.send(answer("200 OK", "", ""));
-    while (exchange.send(std::string(10000, 'x'))) {
-    }
-}
-
 void serve(int socket) {
+    const std::map<std::string, std::string> answers{
+        {"/ok", answer("200 OK", "", kContentText)},
+        {"/empty", answer("200 OK", "Content-Length: 0\r\n", "")},
+        {"/short", answer("200 OK", "Content-Length: 9\r\n", kContentText)},
+        {"/stalled", answer("200 OK", "Content-Length: 9\r\n", kContentText)},
+        {"/huge", answer("200 OK", "Content-Length: 99999999999\r\n", "x")},
+        {"/endless", answer("200 OK", "", std::string(1000000, 'x'))},
+        {"/missing", answer("404 Not Found", "", kContentText)},
+        {"/broken", answer("500 Broken", "", "")},
+        {"/moved", redirectTo("/moved-again")},
+        {"/moved-again", redirectTo("/ok")},
+        {"/circle", redirectTo("/circle")},
+        {"/to-file", redirectTo("file:///proc/self/maps")},
+    };
     ServerConnection exchange(socket, nullptr);
     const std::string request = exchange.readRequest();
     if (request.empty()) return;
     const std::string path = request.substr(4, request.find(' ', 4) - 4);
-    if (path == "/ok") exchange.send(answer("200 OK", "", kContentText));
     if (path == "/agent") exchange.send(answer("200 OK", "", request));
-    if (path == "/empty") exchange.send(answer("200 OK", "Content-Length: 0\r\n", ""));
-    if (path == "/short") exchange.send(answer("200 OK", "Content-Length: 9\r\n", kContentText));
-    if (path == "/huge") exchange.send(answer("200 OK", "Content-Length: 99999999999\r\n", "x"));
-    if (path == "/missing") exchange.send(answer("404 Not Found", "", kContentText));
-    if (path == "/broken") exchange.send(answer("500 Broken", "", ""));
-    if (path == "/moved") exchange.send(redirectTo("/moved-again"));
-    if (path == "/moved-again") exchange.send(redirectTo("/ok"));
-    if (path == "/circle") exchange.send(redirectTo("/circle"));
-    if (path == "/to-file") exchange.send(redirectTo("file:///proc/self/maps"));
-    if (path == "/endless") sendForEver(exchange);
-    if (path == "/silent") exchange.waitUntilClientLeaves();
-    if (path == "/stalled") {
-        exchange.send(answer("200 OK", "Content-Length: 9\r\n", kContentText));
-        exchange.waitUntilClientLeaves();
-    }
+    if (answers.count(path) != 0) exchange.send(answers.at(path));
+    if (path == "/silent" || path == "/stalled") exchange.waitUntilClientLeaves();
 }
 
 class ResourceHttpTest : public testing::Test {
