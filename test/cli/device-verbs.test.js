@@ -126,21 +126,13 @@ test('press takes keys one after the other, each after the frame of the one befo
   ));
 
 test('an application that draws nothing for a key gets the next one all the same', (t) => {
-  const still = {
-    waitFlush() {
-      throw new Error('no frame came in time');
-    }
-  };
+  const still = { waitFlush: () => Promise.reject(new Error('no frame came in time')) };
   return withDevice(still, (device, control) =>
     launch(['press', '--control', control, 'Enter', '13', 'GoBack']).then((result) => {
-      t.equal(result.code, 1);
-      t.equal(result.stderr, "quiravent: unknown key '13'\n");
+      t.deepEqual([result.code, result.stderr], [1, "quiravent: unknown key '13'\n"]);
       const pressed = device.requests.filter((one) => one.command === 'press');
-      t.deepEqual(
-        pressed.map((one) => one.key),
-        ['Enter', '13'],
-        'an error answer ends the sequence'
-      );
+      const keys = pressed.map((one) => one.key).join();
+      t.equal(keys, 'Enter,13', 'an error answer ends the sequence');
     })
   );
 });

@@ -133,32 +133,38 @@ test("the exit status is the application's", (t) =>
 
 /** Tells each signal, and ends when standard input does. */
 const LISTENER = `
-const say = (text) => require('fs').writeSync(1, text + '\\n');
+function say(text) { require('fs').writeSync(1, text + '\\n'); }
 ['SIGINT', 'SIGTERM', 'SIGHUP', 'SIGQUIT'].forEach((name) => process.on(name, () => say(name)));
 process.stdin.on('end', () => process.exit(9)).resume();
 say('ready');
 `;
 
+/** Resolves with the launcher of an application that has said that it is ready. */
+function begin(write, source) {
+  const launcher = new Launcher(['run', write('app.js', source)]);
+  return launcher.waitFor('ready').then(() => launcher);
+}
+
 test('a signal is handed on once, and the application decides how it ends', (t) =>
   inFolder((folder, write) => {
     // The second one is taken for an echo of the first.
     const cases = [['SIGINT'], ['SIGTERM'], ['SIGHUP'], ['SIGQUIT'], ['SIGINT', 'SIGTERM']];
-    return inSequence(cases, (signals) => {
-      const launcher = new Launcher(['run', write('app.js', LISTENER)]);
-      return launcher
-        .waitFor('ready')
-        .then(() => signals.forEach((signal) => launcher.kill(signal)))
-        .then(() => launcher.waitFor('SIG'))
-        .then(() => launcher.child.stdin.end())
-        .then(() => launcher.ended)
-        .then((result) => {
-          t.equal(result.code, 9);
-          t.ok(
-            signals.some((signal) => result.stdout === `ready\n${signal}\n`),
-            result.stdout
-          );
-        });
-    });
+    return inSequence(cases, (signals) =>
+      begin(write, LISTENER).then((launcher) => {
+        signals.forEach((signal) => launcher.kill(signal));
+        return launcher
+          .waitFor('SIG')
+          .then(() => launcher.child.stdin.end())
+          .then(() => launcher.ended)
+          .then((result) => {
+            t.equal(result.code, 9);
+            t.ok(
+              signals.some((signal) => result.stdout === `ready\n${signal}\n`),
+              result.stdout
+            );
+          });
+      })
+    );
   }));
 
 test('a second signal kills the application and what it started', (t) =>
@@ -167,35 +173,24 @@ test('a second signal kills the application and what it started', (t) =>
       process.on('SIGTERM', () => {});
       const deaf = "trap '' TERM; echo ready; exec sleep 1000";
       require('child_process').spawn('sh', ['-c', deaf], { stdio: 'inherit' });`;
-    const launcher = new Launcher(['run', write('app.js', source)]);
-    let insist = null;
-    return (
-      launcher
-        .waitFor('ready')
-        .then(() => (insist = setInterval(() => launcher.kill('SIGTERM'), 100)))
-        // Which is when the last process has closed the output that all of them share.
-        .then(() => launcher.ended)
-        .then((result) => {
-          clearInterval(insist);
-          t.equal(result.code, 137);
-        })
-    );
+    return begin(write, source).then((launcher) => {
+      const insist = setInterval(() => launcher.kill('SIGTERM'), 100);
+      // Which is when the last process has closed the output that all of them share.
+      return launcher.ended.then((result) => {
+        clearInterval(insist);
+        t.equal(result.code, 137);
+      });
+    });
   }));
 
 test('Ctrl-Z stops the application too', (t) =>
   inFolder((folder, write) => {
-    const launcher = new Launcher([
-      'run',
-      write('app.js', `${LISTENER} say('pid ' + process.pid + '.');`)
-    ]);
     const stateOf = (pid) => /\) (\w)/.exec(fs.readFileSync(`/proc/${pid}/stat`, 'latin1'))[1];
-    const until = (pid, isStopped) =>
-      new Promise((resolve) => {
-        const check = () =>
-          (stateOf(pid) === 'T') === isStopped ? resolve() : setTimeout(check, 5);
-        check();
-      });
-    return launcher.waitFor('.').then(() => {
+    const until = (pid, isStopped) => {
+      if ((stateOf(pid) === 'T') === isStopped) return Promise.resolve();
+      return new Promise((resolve) => setTimeout(resolve, 5)).then(() => until(pid, isStopped));
+    };
+    return begin(write, `say('pid ' + process.pid); ${LISTENER}`).then((launcher) => {
       const pid = /pid (\d+)/.exec(launcher.output.stdout)[1];
       launcher.kill('SIGTSTP');
       return until(pid, true)
@@ -227,11 +222,11 @@ test('an application that asks for it is started again with the same words', (t)
 test('an application that was asked to end is not started again', (t) =>
   inFolder((folder, write) => {
     const source = "process.on('SIGTERM', () => process.exit(83)); setInterval(() => {}, 1000);";
-    const launcher = new Launcher(['run', write('app.js', `${source} console.log('ready')`)]);
-    return launcher
-      .waitFor('ready')
-      .then(() => launcher.kill('SIGTERM'))
-      .then(() => launcher.ended)
+    return begin(write, `${source} console.log('ready')`)
+      .then((launcher) => {
+        launcher.kill('SIGTERM');
+        return launcher.ended;
+      })
       .then((result) => t.deepEqual([result.code, result.stdout], [83, 'ready\n']));
   }));
 
