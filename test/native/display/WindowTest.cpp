@@ -217,11 +217,11 @@ TEST(Window, TellsOfKeysByName) {
          "keydown Left keydown Left keydown Up keydown Left keyup Left keyup Up",
          {"Left down", "Up down", "Left up", "Up up"}},
         // By their place where their name is bound to nothing: the 1 of a French keyboard is had
-        // with Shift; its A is where others have the Q.
+        // with Shift; its A is where others have the Q, its comma where they have the M.
         {"fr",
-         {"1", "A", "Left"},
-         "key ampersand key a key x key Left",
-         pressed({"1", "A", "Left"})},
+         {"1", "A", "Left", "M"},
+         "key ampersand key a key x key comma key Left",
+         pressed({"1", "A", "M", "Left"})},
     };
     for (const auto& each : cases) {
         Television television;

@@ -37,6 +37,7 @@ TEST(Utf8Test, DecodesTheBoundsOfEachLengthAndReplacesEachMaximalSubpartOfBadByt
          {kBad, kBad, kBad, kBad, 'A'}},
         {"cut off at the end", "a\xF0\x9F\x98", {'a', kBad}},
         {"a lead byte after a lead byte", "\xC3\xC3\xA9", {kBad, 0xE9}},
+        {"beyond the last character", "\xF5\x80\x80\x80", std::u32string(4, kBad)},
         {"five and six bytes", "\xF8\x88\x80\x80\x80", std::u32string(5, kBad)},
     };
     for (const auto& expected : kCases)
