@@ -4,12 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
-#include <thread>
 #include <utility>
 
 #include "common/TemporaryFolder.h"
@@ -19,7 +17,6 @@ namespace quiravent::desktop {
 namespace {
 
 constexpr uint32_t kHalfWhite = 0x80808080;
-constexpr Box kAll{0, 0, Screen::kWidth, Screen::kHeight};
 
 struct Television {
     explicit Television(const std::string& capture = "")
@@ -38,8 +35,6 @@ struct Television {
     SurfacePool pool;
     std::shared_ptr<Surface> target;
 };
-
-std::chrono::steady_clock::time_point now() { return std::chrono::steady_clock::now(); }
 
 size_t filesIn(const TemporaryFolder& folder) {
     return static_cast<size_t>(
@@ -71,18 +66,6 @@ TEST(Screen, ShowsOnlyTheFlushedPartOverBlack) {
             }
         }
     }
-}
-
-TEST(Screen, FrameCanBeWaitedFor) {
-    Television television;
-    EXPECT_TRUE(television.screen.waitForFrame(0, now()));
-    EXPECT_FALSE(television.screen.waitForFrame(1, now()));
-    std::thread flusher([&] {
-        for (int i = 0; i < 3; ++i) television.show(kHalfWhite, kAll);
-    });
-    EXPECT_TRUE(television.screen.waitForFrame(3, now() + std::chrono::minutes(1)));
-    flusher.join();
-    EXPECT_EQ(television.screen.frameCount(), 3U);
 }
 
 TEST(Screen, CaptureThatFailsIsToldAndLeavesNothing) {
