@@ -5,7 +5,7 @@
 // the same inputs, but for what was found in earlier runs. What ends a program is kept in
 // build/fuzz/finds.
 
-const { fuzz, targets } = require('./lib/fuzz');
+const { buildTargets, fuzz, isProgram, targets } = require('./lib/fuzz');
 const { Failure, main } = require('./lib/run');
 const { setup } = require('./lib/setup');
 
@@ -28,7 +28,8 @@ function parse(words) {
 
 main((words) => {
   const { options, names } = parse(words);
-  setup(['build']);
+  setup(names.some(isProgram) ? ['build', 'fuzz'] : ['build']);
+  buildTargets(names);
   const count = fuzz(names, options);
   console.log(`${count.passed} passed, ${count.failed} failed`);
   return count.failed === 0 ? 0 : 1;

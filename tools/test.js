@@ -4,6 +4,7 @@
 // ordinary ones if none is, and with them those of the group 'ci' where the variable CI is set, as
 // continuous integration does. The last line is "N passed, M failed".
 
+const { buildAhead } = require('./lib/ahead');
 const { sum } = require('./lib/counts');
 const { Failure, main } = require('./lib/run');
 const { setup } = require('./lib/setup');
@@ -22,19 +23,27 @@ function choose(words) {
   return suites.filter((suite) => words.some((word) => isNamedBy(word)(suite)));
 }
 
+function prepare(suite) {
+  if (suite.prepare) suite.prepare();
+}
+
+/** Runs a suite and tells its name, its count and its time. */
+function runSuite(suite) {
+  console.log(`\n# ${suite.name}`);
+  const start = Date.now();
+  prepare(suite);
+  const count = suite.run();
+  const seconds = Math.round((Date.now() - start) / 1000);
+  console.log(`# ${suite.name}: ${count.passed} passed, ${count.failed} failed (${seconds} s)`);
+  return count;
+}
+
 main((words) => {
   const chosen = choose(words);
-  setup(['build']);
-  const counts = chosen.map((suite) => {
-    console.log(`\n# ${suite.name}`);
-    const start = Date.now();
-    const count = suite.run();
-    const seconds = Math.round((Date.now() - start) / 1000);
-    const result = `${count.passed} passed, ${count.failed} failed`;
-    console.log(`# ${suite.name}: ${result} (${seconds} s)`);
-    return count;
-  });
-  const total = sum(counts);
+  setup(['build'].concat(...chosen.map((suite) => suite.packages || [])));
+  prepare(chosen[0]);
+  buildAhead(chosen.slice(1));
+  const total = sum(chosen.map(runSuite));
   console.log(`\n${total.passed} passed, ${total.failed} failed`);
   return total.failed === 0 && total.passed > 0 ? 0 : 1;
 });

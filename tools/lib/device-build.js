@@ -4,6 +4,7 @@
 
 const path = require('path');
 const { check } = require('../check-module');
+const { buildIn, configureIn } = require('./build');
 const { makePackage } = require('./device-package');
 const { mustRun, root } = require('./run');
 const { fetchRuntime } = require('./runtimes');
@@ -18,10 +19,10 @@ const symbols = `${built}.debug`;
 const packageFolder = path.join(folder, 'package');
 
 function compile(runtime) {
-  mustRun('cmake', ['--preset', 'armhf', `-DNODE_HEADERS=${runtime.headers}`], { capture: true });
+  configureIn(folder, ['--preset', 'armhf', `-DNODE_HEADERS=${runtime.headers}`]);
   // Linked anew, since the one of the last time has been stripped.
   mustRun('rm', ['-f', built]);
-  mustRun('cmake', ['--build', folder, '--target', 'quiravent', 'module_record']);
+  buildIn(folder, ['quiravent', 'module_record']);
   mustRun('arm-linux-gnueabihf-objcopy', ['--only-keep-debug', built, symbols]);
   mustRun('arm-linux-gnueabihf-strip', [built]);
 }

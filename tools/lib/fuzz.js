@@ -8,7 +8,6 @@ const path = require('path');
 const { build } = require('./build');
 const { numberIn } = require('./counts');
 const { mustRun, root, run } = require('./run');
-const { setup } = require('./setup');
 
 const source = path.join(root, 'test', 'fuzz');
 const output = path.join(root, 'build', 'fuzz');
@@ -84,7 +83,6 @@ function fuzzNative(target, options) {
 
 /** Calls of scripts over the recorder, in a build of the preset. */
 function fuzzArguments(options) {
-  build('release', ['script_tests']);
   const program = path.join(source, 'arguments', 'run.js');
   const result = run(
     process.execPath,
@@ -103,24 +101,27 @@ function fuzzArguments(options) {
   return passed;
 }
 
+const isProgram = (name) => name !== 'arguments';
+
+/** Builds what the targets named need. */
+function buildTargets(names) {
+  if (names.some(isProgram)) build('fuzz', ['fuzz']);
+  if (!names.every(isProgram)) build('release', ['script_tests']);
+}
+
 /**
- * Fuzzes the targets named.
+ * Fuzzes the targets named, which must be built.
  * @param options seconds for each program, calls of scripts, seed
  * @returns {{passed: number, failed: number}} counts of targets
  */
 function fuzz(names, options) {
-  const programs = names.filter((name) => name !== 'arguments');
-  if (programs.length > 0) {
-    setup(['build', 'fuzz']);
-    build('fuzz', ['fuzz']);
-    writeSeeds();
-  }
+  if (names.some(isProgram)) writeSeeds();
   console.log(`seed ${options.seed}`);
   const results = names.map((name) =>
-    name === 'arguments' ? fuzzArguments(options) : fuzzNative(name, options)
+    isProgram(name) ? fuzzNative(name, options) : fuzzArguments(options)
   );
   const passed = results.filter(Boolean).length;
   return { passed, failed: results.length - passed };
 }
 
-module.exports = { fuzz, targets };
+module.exports = { buildTargets, fuzz, isProgram, targets };

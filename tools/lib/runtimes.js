@@ -6,6 +6,7 @@
 const fs = require('fs');
 const os = require('os');
 const path = require('path');
+const { buildIn, configureIn } = require('./build');
 const { processors } = require('./processors');
 const { mustRun, root } = require('./run');
 
@@ -50,18 +51,16 @@ function fetchRuntime(processor, version) {
 /** Builds targets for a runtime in a folder of its own, which it answers. */
 function buildFor(runtime, targets) {
   const folder = path.join(root, 'build', 'runtimes', runtime.name);
-  if (!fs.existsSync(path.join(folder, 'build.ninja'))) {
-    const options = [
-      `-DNODE_HEADERS=${runtime.headers}`,
-      '-DQUIRAVENT_DESKTOP=OFF',
-      '-DQUIRAVENT_RECORDER=ON',
-      '-DQUIRAVENT_TESTS=OFF',
-      '-DQUIRAVENT_BENCH=OFF'
-    ];
-    const words = ['--preset', runtime.processor.preset, '-B', folder];
-    mustRun('cmake', words.concat(options), { capture: true });
-  }
-  mustRun('cmake', ['--build', folder, '--target'].concat(targets), { capture: true });
+  configureIn(folder, [
+    '--preset',
+    runtime.processor.preset,
+    `-DNODE_HEADERS=${runtime.headers}`,
+    '-DQUIRAVENT_DESKTOP=OFF',
+    '-DQUIRAVENT_RECORDER=ON',
+    '-DQUIRAVENT_TESTS=OFF',
+    '-DQUIRAVENT_BENCH=OFF'
+  ]);
+  buildIn(folder, targets, { capture: true });
   return folder;
 }
 

@@ -5,13 +5,12 @@
 const path = require('path');
 const { build } = require('./build');
 const { countsOf } = require('./counts');
-const { fuzz, targets } = require('./fuzz');
+const { buildTargets, fuzz, targets } = require('./fuzz');
 const { checkCounts } = require('./instructions');
 const { root, run } = require('./run');
-const { testRuntimes } = require('./runtime-suites');
+const { buildRuntimes, testRuntimes } = require('./runtime-suites');
 const { SanitizedRun } = require('./sanitizers');
 const { runScriptTests } = require('./script-tests');
-const { setup } = require('./setup');
 
 /** Runs one of the project's own programs that says last how many cases passed and failed. */
 function runTool(words) {
@@ -20,16 +19,19 @@ function runTool(words) {
   return countsOf(result);
 }
 
-function runNative(preset) {
-  build(preset);
-  return runTool(['test/run-native.js', path.join(root, 'build', preset, 'test')]);
-}
+/** The native tests in the build of a preset. */
+const nativeSuite = (name, preset) => ({
+  name,
+  prepare: () => build(preset),
+  run: () => runTool(['test/run-native.js', path.join(root, 'build', preset, 'test')])
+});
 
-/** Runs a folder of script tests over the porting layer in a folder of the build. */
-function runScripts(folder, library) {
-  build('release');
-  return runScriptTests(folder, path.join('build', 'release', library));
-}
+/** A folder of script tests over the porting layer in a folder of the build. */
+const scriptSuite = (name, library) => ({
+  name,
+  prepare: () => build('release'),
+  run: () => runScriptTests(path.join('test', name), path.join('build', 'release', library))
+});
 
 /** What scripts need of a build: the module, and a device to run it over. */
 const SCRIPT_TARGETS = {
@@ -39,7 +41,6 @@ const SCRIPT_TARGETS = {
 
 /** As runScripts, over a build with a sanitizer, each of whose reports counts as a failure. */
 function runSanitizedScripts(preset, folder, library) {
-  build(preset, SCRIPT_TARGETS[library]);
   const sanitized = new SanitizedRun(preset);
   const place = path.join(root, 'build', preset);
   const variables = Object.assign({ QUIRAVENT_BUILD: place }, sanitized.variables());
@@ -52,45 +53,56 @@ function runSanitizedScripts(preset, folder, library) {
   return count;
 }
 
+/** A folder of script tests under a sanitizer. */
+const sanitizedSuite = (name, preset, library) => ({
+  prepare: () => build(preset, SCRIPT_TARGETS[library]),
+  run: () => runSanitizedScripts(preset, path.join('test', name), library)
+});
+
 /** The suites of a folder of script tests, one under each sanitizer. */
 function sanitizedSuites(name, library) {
-  return ['asan', 'tsan'].map((preset) => ({
-    name: `${name}-${preset}`,
-    group: 'sanitizers',
-    run: () => runSanitizedScripts(preset, path.join('test', name), library)
-  }));
-}
-
-/** The module under all runtimes; these, and an emulator, are fetched. */
-function runRuntimes() {
-  setup(['arm']);
-  return testRuntimes([]);
+  return ['asan', 'tsan'].map((preset) =>
+    Object.assign(
+      { name: `${name}-${preset}`, group: 'sanitizers' },
+      sanitizedSuite(name, preset, library)
+    )
+  );
 }
 
 /**
  * In the order in which they are run: what fails fast comes first. A suite of a group is run when
- * it, or its group, is asked for; one of the group 'ci' also in continuous integration.
+ * it, or its group, is asked for; one of the group 'ci' also in continuous integration. What a suite
+ * needs: `packages`, groups of tools/packages.txt; `prepare()`, which builds, and may have been
+ * called before, by another process too.
  */
 const suites = [
-  { name: 'native', run: () => runNative('release') },
-  { name: 'script', run: () => runScripts('test/script', 'recorder') },
-  { name: 'faults', run: () => runScripts('test/faults', 'recorder') },
-  { name: 'cli', run: () => runScripts('test/cli', 'bench') },
-  { name: 'device', run: () => runScripts('test/device', '.') },
+  nativeSuite('native', 'release'),
+  scriptSuite('script', 'recorder'),
+  scriptSuite('faults', 'recorder'),
+  scriptSuite('cli', 'bench'),
+  scriptSuite('device', '.'),
   { name: 'instructions', run: checkCounts },
-  { name: 'native-sanitized', run: () => runNative('asan') },
-  { name: 'leaks', run: () => runSanitizedScripts('asan', 'test/leaks', 'recorder') },
+  nativeSuite('native-sanitized', 'asan'),
+  Object.assign({ name: 'leaks' }, sanitizedSuite('leaks', 'asan', 'recorder')),
   {
     name: 'fuzz',
     group: 'ci',
+    packages: ['fuzz'],
+    prepare: () => buildTargets(targets),
     run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 })
   },
   { name: 'soak', group: 'ci', run: () => runTool(['tools/soak.js', '--minutes', '2']) },
   ...sanitizedSuites('script', 'recorder'),
   ...sanitizedSuites('faults', 'recorder'),
   ...sanitizedSuites('device', '.'),
-  { name: 'native-tsan', group: 'sanitizers', run: () => runNative('tsan') },
-  { name: 'runtimes', group: 'ci', run: runRuntimes }
+  Object.assign(nativeSuite('native-tsan', 'tsan'), { group: 'sanitizers' }),
+  {
+    name: 'runtimes',
+    group: 'ci',
+    packages: ['arm'],
+    prepare: buildRuntimes,
+    run: () => testRuntimes([])
+  }
 ];
 
 module.exports = { suites };
