@@ -201,7 +201,7 @@ TEST(Canvas, ComposesItselfAsItWasBefore) {
     const int moves[][2] = {{3, 0}, {-3, 0}, {0, 2}, {0, -2}, {4, 3}, {-4, 3}, {4, -3}, {0, 0}};
     constexpr Rect kPart{2, 2, 20, 20};
     const auto copyOf = [](const Surface& source) {
-        const auto copy = newSurface(24, 24);
+        auto copy = newSurface(24, 24);
         Canvas(copy).compose(source, 0, 0);
         return copy;
     };
