@@ -158,17 +158,17 @@ TEST(Lines, AreOnePixelWideAndCoverBothEnds) {
                                 {80, 5, 5, 60},  {10, 90, 14, 3}, {3, 40, 90, 41}};
     for (const auto& e : lines) {
         const std::vector<int> painted = paintLine(e);
-        const auto dx = static_cast<double>(e[2] - e[0]);
-        const auto dy = static_cast<double>(e[3] - e[1]);
+        const auto middle = [&](int index) { return static_cast<double>(e[index]) + 0.5; };
+        const double dx = middle(2) - middle(0);
+        const double dy = middle(3) - middle(1);
         const double length = std::hypot(dx, dy);
         const auto inLine = [&](double x, double y) {
-            const auto isWithin = [&](int64_t column, int64_t row) {
-                return std::floor(x) == column && std::floor(y) == row;
+            const auto isAt = [&](int index) {
+                return std::abs(x - middle(index)) < 0.5 && std::abs(y - middle(index + 1)) < 0.5;
             };
-            const double along = ((x - e[0] - .5) * dx + (y - e[1] - .5) * dy) / length;
-            const double away = ((x - e[0] - .5) * dy - (y - e[1] - .5) * dx) / length;
-            return (along >= 0 && along <= length && std::abs(away) <= 0.5) ||
-                   isWithin(e[0], e[1]) || isWithin(e[2], e[3]);
+            const double along = ((x - middle(0)) * dx + (y - middle(1)) * dy) / length;
+            const double away = ((x - middle(0)) * dy - (y - middle(1)) * dx) / length;
+            return (along >= 0 && along <= length && std::abs(away) <= 0.5) || isAt(0) || isAt(2);
         };
         const std::vector<int> wanted = supersampled(inLine);
         expectNear(painted, wanted);

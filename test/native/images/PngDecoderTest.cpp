@@ -19,7 +19,7 @@ Bytes randomPng(const PngShape& shape, bool hasTransparency) {
     constexpr uint32_t kChannels[] = {1, 0, 3, 1, 2, 0, 4};  // by colour type
     std::mt19937 random(shape.colourType * 100U + shape.depth);
     const auto byte = [&] { return static_cast<uint8_t>(random()); };
-    Bytes samples((kWidth * kChannels[shape.colourType] * shape.depth + 7) / 8 * kHeight);
+    Bytes samples((size_t{kWidth} * kChannels[shape.colourType] * shape.depth + 7) / 8 * kHeight);
     std::generate(samples.begin(), samples.end(), byte);
     spng_plte palette{};
     palette.n_entries = 1U << std::min<uint8_t>(shape.depth, 8);
