@@ -9,6 +9,7 @@
 
 #include "common/TemporaryFolder.h"
 #include "common/errorOf.h"
+#include "support/Text.h"
 
 namespace quiravent::desktop {
 namespace {
@@ -48,7 +49,7 @@ TEST(ServiceSelectorPipe, IsWrittenWhereSomebodyListens) {
     };
     for (const auto& [unfit, reason] : cases)
         EXPECT_EQ(test::errorOf([&, place = unfit] { const ServiceSelectorPipe pipe(place); }),
-                  "the pipe " + unfit + reason);
+                  joined("the pipe ", unfit, reason));
     const FileDescriptor reader(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     const ServiceSelectorPipe pipe(path);
     EXPECT_TRUE(pipe.isEmpty());
