@@ -72,11 +72,11 @@ function runExample(runtime, folder, words, variables, prefix) {
 }
 
 /** The digests of all pictures of a run, in their order; a Failure where it complained. */
-function picturesOf(runtime, folder, words) {
+function picturesOf(runtime, folder, words, more) {
   const pictures = path.join(folder, 'pictures');
   mustRun('rm', ['-rf', pictures]);
   fs.mkdirSync(pictures);
-  const variables = { QUIRAVENT_SCREENSHOT: path.join(pictures, '%06d.png') };
+  const variables = Object.assign({ QUIRAVENT_SCREENSHOT: path.join(pictures, '%06d.png') }, more);
   const result = runExample(runtime, folder, words, variables);
   if (result.status !== 0 || result.stderr !== '') {
     throw new Failure(`${words[0]} ended with ${result.status}: ${result.stderr}`);
@@ -91,6 +91,15 @@ function picturesOf(runtime, folder, words) {
 /** The pictures of every example in turn. */
 function allPictures(runtime) {
   return inFolder((folder) => EXAMPLES.map((words) => picturesOf(runtime, folder, words)));
+}
+
+/**
+ * The pictures of the first example where the system's zlib is there before the device, as an add-on
+ * of an application may bring it: bound to the copy of itself that the runtime exports.
+ */
+function picturesBesideZlib(runtime) {
+  const variables = { LD_PRELOAD: 'libz.so.1' };
+  return inFolder((folder) => picturesOf(runtime, folder, EXAMPLES[0], variables));
 }
 
 /** What two runs differ in, as a text; '' if in nothing. */
@@ -170,6 +179,9 @@ function testSamples(runtime, reference) {
   const shown = allPictures(runtime);
   EXAMPLES.forEach((words, index) =>
     count(total, words.join(' '), () => differenceOf(shown[index], expected[index]))
+  );
+  count(total, 'beside a zlib that was there before', () =>
+    differenceOf(picturesBesideZlib(runtime), expected[0])
   );
   count(total, 'what the device takes from the runtime', () => bindingFault(runtime));
   return total;

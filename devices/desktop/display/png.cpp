@@ -1,45 +1,50 @@
 #include "display/png.h"
 
-#include <spng.h>
+#include <libdeflate.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <new>
-
-#include "support/DeviceError.h"
-#include "support/Text.h"
+#include <string_view>
 
 namespace quiravent::desktop {
 
 namespace {
 
 constexpr size_t kBytesPerPixel = 3;
+constexpr uint8_t kBitsPerChannel = 8;
+constexpr uint8_t kTrueColour = 2;
 
 /// Fast rather than small: a picture may be written for every frame.
 constexpr int kCompressionLevel = 3;
 
-struct FreeContext {
-    void operator()(spng_ctx* context) const { spng_ctx_free(context); }
-};
-struct FreeBuffer {
-    void operator()(void* buffer) const { std::free(buffer); }
+struct FreeCompressor {
+    void operator()(libdeflate_compressor* compressor) const {
+        libdeflate_free_compressor(compressor);
+    }
 };
 
-void check(int code) {
-    if (code == SPNG_OK) return;
-    if (code == SPNG_EMEM) throw std::bad_alloc();
-    throw DeviceError(e_pl_status_io_error, joined("PNG encoder: ", spng_strerror(code)));
+void appendBigEndian(std::vector<uint8_t>& bytes, uint32_t value) {
+    for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<uint8_t>(value >> shift));
 }
 
-void setUp(spng_ctx* context, const Surface& picture) {
-    spng_ihdr header{};
-    header.width = picture.width();
-    header.height = picture.height();
-    header.bit_depth = 8;
-    header.color_type = SPNG_COLOR_TYPE_TRUECOLOR;
-    check(spng_set_ihdr(context, &header));
-    check(spng_set_option(context, SPNG_ENCODE_TO_BUFFER, 1));
-    check(spng_set_option(context, SPNG_IMG_COMPRESSION_LEVEL, kCompressionLevel));
+void appendChunk(std::vector<uint8_t>& file, std::string_view type,
+                 const std::vector<uint8_t>& data) {
+    appendBigEndian(file, static_cast<uint32_t>(data.size()));
+    const size_t begin = file.size();
+    file.insert(file.end(), type.begin(), type.end());
+    file.insert(file.end(), data.begin(), data.end());
+    appendBigEndian(file, libdeflate_crc32(0, &file[begin], file.size() - begin));
+}
+
+std::vector<uint8_t> headerOf(const Surface& picture) {
+    std::vector<uint8_t> header;
+    appendBigEndian(header, picture.width());
+    appendBigEndian(header, picture.height());
+    for (const uint8_t value : {kBitsPerChannel, kTrueColour}) header.push_back(value);
+    header.resize(13);  // the only compression and filtering there are, and no interlacing
+    return header;
 }
 
 void toRgb(const uint32_t* pixels, std::vector<uint8_t>& row) {
@@ -51,30 +56,42 @@ void toRgb(const uint32_t* pixels, std::vector<uint8_t>& row) {
     }
 }
 
-void encodeRows(spng_ctx* context, const Surface& picture) {
-    check(spng_encode_image(context, nullptr, 0, SPNG_FMT_PNG,
-                            SPNG_ENCODE_PROGRESSIVE | SPNG_ENCODE_FINALIZE));
-    std::vector<uint8_t> row(picture.width() * kBytesPerPixel);
-    for (uint32_t y = 0; y < picture.height(); ++y) {
+/// The rows one after the other, each behind the number of its filter: the difference to what is
+/// above, which makes most rows of a screen zeros, and gradients small.
+std::vector<uint8_t> filteredRows(const Surface& picture) {
+    constexpr uint8_t kUp = 2;
+    std::vector<uint8_t> above(picture.width() * kBytesPerPixel);
+    std::vector<uint8_t> row(above.size());
+    std::vector<uint8_t> rows;
+    rows.reserve((row.size() + 1) * picture.height());
+    for (uint32_t y = 0; y < picture.height(); ++y, above.swap(row)) {
         toRgb(picture.row(y), row);
-        const int code = spng_encode_row(context, row.data(), row.size());
-        if (code != SPNG_EOI) check(code);
+        rows.push_back(kUp);
+        std::transform(
+            row.begin(), row.end(), above.begin(), std::back_inserter(rows),
+            [](uint8_t here, uint8_t there) { return static_cast<uint8_t>(here - there); });
     }
+    return rows;
+}
+
+std::vector<uint8_t> deflated(const std::vector<uint8_t>& bytes) {
+    const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
+        libdeflate_alloc_compressor(kCompressionLevel));
+    if (!compressor) throw std::bad_alloc();
+    std::vector<uint8_t> data(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
+    data.resize(libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), data.data(),
+                                         data.size()));
+    return data;
 }
 
 }  // namespace
 
 std::vector<uint8_t> encodePng(const Surface& picture) {
-    const std::unique_ptr<spng_ctx, FreeContext> context(spng_ctx_new(SPNG_CTX_ENCODER));
-    if (!context) throw std::bad_alloc();
-    setUp(context.get(), picture);
-    encodeRows(context.get(), picture);
-    size_t size = 0;
-    int code = SPNG_OK;
-    const std::unique_ptr<void, FreeBuffer> file(spng_get_png_buffer(context.get(), &size, &code));
-    check(code);
-    const auto* const bytes = static_cast<const uint8_t*>(file.get());
-    return {bytes, bytes + size};
+    std::vector<uint8_t> file{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+    appendChunk(file, "IHDR", headerOf(picture));
+    appendChunk(file, "IDAT", deflated(filteredRows(picture)));
+    appendChunk(file, "IEND", {});
+    return file;
 }
 
 }  // namespace quiravent::desktop

@@ -9,26 +9,11 @@
 #include <system_error>
 
 #include "resources/LimitText.h"
+#include "support/FileDescriptor.h"
 
 namespace quiravent::desktop {
 
 namespace {
-
-class FileDescriptor {
-  public:
-    explicit FileDescriptor(int number) : m_number(number) {}
-    ~FileDescriptor() {
-        if (m_number >= 0) ::close(m_number);
-    }
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-
-    bool isOpen() const { return m_number >= 0; }
-    int number() const { return m_number; }
-
-  private:
-    int m_number;
-};
 
 Failure systemFailure(int error) {
     if (error == ENOENT) return {"no such file"};
@@ -62,7 +47,7 @@ Result<bool> readMore(const FileDescriptor& file, size_t wanted, Bytes& bytes) {
 Result<Bytes> readLocalFile(const std::string& path, size_t maxBytes) {
     // Opened without blocking, since the path may name a pipe that nobody writes to.
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (!file.isOpen()) return systemFailure(errno);
+    if (!file) return systemFailure(errno);
     const Result<size_t> size = regularFileSize(file);
     if (!size) return Failure{size.reason()};
     if (*size > maxBytes) return largerThan(maxBytes);

@@ -1,11 +1,22 @@
 #include "support/Reaper.h"
 
+#include <malloc.h>
+
 #include <utility>
 
 #include "support/Clock.h"
 #include "support/NamedThread.h"
 
 namespace quiravent::desktop {
+
+namespace {
+
+/// Each thread takes its memory from one of several heaps, which keep what is freed for whoever
+/// shares the heap. What is reaped has used many threads, the next of its kind is served by other
+/// heaps, and so the pictures of one film would be kept several times over.
+void giveMemoryBack() { malloc_trim(0); }
+
+}  // namespace
 
 Reaper::Reaper(const char* name) : m_thread(startThread(name, [this] { run(); })) {}
 
@@ -40,6 +51,7 @@ void Reaper::run() {
         m_busy = true;
         lock.unlock();
         object.reset();
+        giveMemoryBack();
         lock.lock();
         m_busy = false;
         m_changed.notify_all();

@@ -10,7 +10,7 @@
 namespace quiravent::desktop {
 
 /// Destroys what has threads that may hang for a while, on a thread of its own, so that nobody
-/// else waits for them. Thread-safe.
+/// else waits for them, and gives the memory that they had back to the system. Thread-safe.
 class Reaper {
   public:
     /// name: of the thread, at most 15 characters.

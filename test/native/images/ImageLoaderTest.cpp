@@ -35,6 +35,7 @@ TEST(ImageLoaderTest, NamesTheLocationOfWhatFails) {
         {folder.write("empty", {}), "cannot read", "it is empty"},
         {folder / "", "cannot read", "it is a directory"},
         {folder / "missing", "cannot read", "no such file"},
+        {"/proc/self/mem", "cannot read", "Input/output error"},
     };
     for (const auto& expected : kCases) {
         const auto image = desktop::loadImage(expected.location, pool);

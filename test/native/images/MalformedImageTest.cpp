@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <string>
 
 #include "common/MalformedInput.h"
+#include "common/processMemory.h"
 #include "images/Encoders.h"
 
 namespace quiravent::test {
@@ -85,6 +87,98 @@ uint32_t crc32(const uint8_t* data, size_t size) {
         for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
     }
     return ~crc;
+}
+
+constexpr size_t kPngHeaderSize = 33;  // signature and IHDR
+
+void appendBigEndian(Bytes& bytes, uint32_t value) {
+    for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<uint8_t>(value >> shift));
+}
+
+/// A chunk with whatever length it claims to have.
+Bytes pngChunk(const std::string& type, const Bytes& data, uint32_t length) {
+    Bytes chunk;
+    appendBigEndian(chunk, length);
+    chunk.insert(chunk.end(), type.begin(), type.end());
+    chunk.insert(chunk.end(), data.begin(), data.end());
+    appendBigEndian(chunk, crc32(&chunk[4], chunk.size() - 4));
+    return chunk;
+}
+
+Bytes pngChunk(const std::string& type, const Bytes& data) {
+    return pngChunk(type, data, static_cast<uint32_t>(data.size()));
+}
+
+Bytes joined(Bytes first, const Bytes& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+/// A picture with more before its pixels.
+Bytes pngWith(const Bytes& chunks) {
+    Bytes png = encodePng(gradient);
+    png.insert(png.begin() + kPngHeaderSize, chunks.begin(), chunks.end());
+    return png;
+}
+
+/// A picture of zeros instead of its pixels.
+Bytes pngOfZeros(const Bytes& compressed) {
+    Bytes png = encodePng(gradient);
+    png.resize(kPngHeaderSize);
+    return joined(joined(png, pngChunk("IDAT", compressed)), pngChunk("IEND", {}));
+}
+
+/// What inflates to so many mebibytes of zeros.
+Bytes deflatedZeros(size_t mebibytes) {
+    Bytes zeros(size_t{1} << 20);
+    Bytes compressed((mebibytes << 11) + 1000);
+    z_stream stream{};
+    EXPECT_EQ(deflateInit(&stream, 9), Z_OK);
+    stream.next_out = compressed.data();
+    stream.avail_out = static_cast<uInt>(compressed.size());
+    for (size_t left = mebibytes; left > 0; --left) {
+        stream.next_in = zeros.data();
+        stream.avail_in = static_cast<uInt>(zeros.size());
+        EXPECT_EQ(deflate(&stream, left > 1 ? Z_NO_FLUSH : Z_FINISH),
+                  left > 1 ? Z_OK : Z_STREAM_END);
+    }
+    compressed.resize(stream.total_out);
+    deflateEnd(&stream);
+    return compressed;
+}
+
+Bytes manyTexts() {
+    const Bytes text = pngChunk("tEXt", {'k', 0, 'v'});
+    Bytes texts;
+    for (int i = 0; i < 20000; ++i) texts = joined(std::move(texts), text);
+    return texts;
+}
+
+TEST_F(MalformedImageTest, TakesLittleMemoryForWhatInflatesToMuch) {
+    constexpr size_t kMostKibibytes = 80 << 10;
+    const Bytes zeros = deflatedZeros(256);
+    const std::string beyond = "broken PNG data: reached chunk/cache limits";
+    const struct {
+        const char* name;
+        Bytes png;
+        std::string failure;
+    } kCases[] = {
+        {"profile", pngWith(pngChunk("iCCP", joined({'p', 0, 0}, zeros))), beyond},
+        {"text", pngWith(pngChunk("zTXt", joined({'k', 0, 0}, zeros))), beyond},
+        {"international text", pngWith(pngChunk("iTXt", joined({'k', 0, 1, 0, 0, 0}, zeros))),
+         beyond},
+        {"many texts", pngWith(manyTexts()), beyond},
+        {"large text", pngWith(pngChunk("tEXt", Bytes(size_t{32} << 20, 'k'))), ""},
+        {"longest chunk", pngWith(pngChunk("tEXt", {}, UINT32_MAX)),
+         "broken PNG data: chunk exceeds maximum standard length"},
+        {"pixels", pngOfZeros(zeros), ""},
+    };
+    for (const auto& expected : kCases) {
+        forgetMostMemory();
+        const size_t before = processMemory("VmHWM");
+        EXPECT_EQ(failureOf(expected.png), expected.failure) << expected.name;
+        EXPECT_LE(processMemory("VmHWM") - before, kMostKibibytes) << expected.name;
+    }
 }
 
 Bytes pngOfDeclaredSize(uint32_t side) {

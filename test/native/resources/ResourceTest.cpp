@@ -1,7 +1,10 @@
 #include "resources/Resource.h"
 
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 
 #include <cstdlib>
 #include <map>
@@ -9,6 +12,7 @@
 #include "common/ConnectionServer.h"
 #include "common/ServerConnection.h"
 #include "common/TemporaryFolder.h"
+#include "support/FileDescriptor.h"
 
 namespace quiravent::desktop {
 namespace {
@@ -53,10 +57,20 @@ TEST(ResourceFileTest, ReadsUpToTheLimit) {
     EXPECT_NE(failureOf("/proc/self/smaps").find("read "), std::string::npos);
 }
 
+/// Makes a socket of that path.
+void makeSocket(const std::string& path) {
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(socket.number(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+}
+
 TEST(ResourceFileTest, NamesWhatIsWrong) {
     const TemporaryFolder folder;
     const std::string pipe = folder / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    makeSocket(folder / "socket");
     const struct {
         std::string location;
         const char* why;
@@ -66,7 +80,9 @@ TEST(ResourceFileTest, NamesWhatIsWrong) {
         {folder.write("empty", {}), "it is empty"},
         {folder.write("plain", kContent) + "/x", "Not a directory"},
         {pipe, "it is not a regular file"},
+        {folder / "socket", "No such device or address"},
         {"/dev/zero", "it is not a regular file"},
+        {"/proc/self/mem", "Input/output error"},  // opens, and fails to read
         {"ftp://h/p", "the scheme 'ftp' is none of file, http and https"},
         {"", "the location is empty"},
         {"file://other/a", "a file URL can't name another host"},
@@ -81,6 +97,18 @@ TEST(ResourceFileTest, NamesWhatIsWrong) {
         EXPECT_EQ(failureOf(expected.location), expectedFailure(expected.location, expected.why));
     EXPECT_EQ(failureOf(std::string("/a\0b", 4)),
               expectedFailure("/a?b", "the location contains a NUL"));
+}
+
+TEST(ResourceFileTest, NamesAMissingPermission) {
+    constexpr uid_t kOther = 1;
+    const TemporaryFolder folder;
+    const std::string path = folder.write("secret", kContent);
+    ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+    // Of root's alone; the rights of another user are taken by this thread only.
+    const auto user = static_cast<uid_t>(::setfsuid(kOther));
+    const std::string failure = failureOf(path);
+    ::setfsuid(user);
+    EXPECT_EQ(failure, expectedFailure(path, "Permission denied"));
 }
 
 std::string answer(const std::string& status, const std::string& headers, const std::string& body) {
