@@ -175,15 +175,15 @@ TEST(ValueStore, ProcessesShareTheFileFromItsFirstMomentOn) {
     constexpr int kProcesses = 6;
     constexpr int kValues = 50;
     const TemporaryFolder folder;
-    std::vector<pid_t> children;
-    for (int process = 0; process < kProcesses; ++process) {
-        children.push_back(startChild([&] {
+    pid_t children[kProcesses];
+    for (pid_t& child : children) {
+        child = startChild([&] {
             ValueStore store(folder / "shared", Durability::process);
             for (int i = 0; i < kValues; ++i) {
-                store.set("c", std::to_string(process * kValues + i), "v");
+                store.set("c", std::to_string((&child - children) * kValues + i), "v");
                 store.set("c", "all", std::to_string(i));
             }
-        }));
+        });
     }
     for (const pid_t child : children) EXPECT_EQ(waitFor(child), 0);
     ValueStore store(folder / "shared", Durability::process);

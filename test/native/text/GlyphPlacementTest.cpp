@@ -84,8 +84,8 @@ TEST(GlyphPlacementTest, AlignsTheBoxOfAdvanceAscentAndDescent) {
         const auto descent = static_cast<int32_t>(font->metrics().descent);
         const struct {
             desktop::TextAlignment alignment;
-            int64_t x;
-            int32_t baseline;
+            int64_t x = 0;
+            int32_t baseline = 0;
         } kCases[] = {
             {{0, 0}, 0, 0},        {{1, 0}, -advance / 2, 0},
             {{2, 0}, -advance, 0}, {{0, 1}, 0, ascent},
