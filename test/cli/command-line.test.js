@@ -1,7 +1,8 @@
 'use strict';
 
 const test = require('tape');
-const { inFolder, inSequence, launch } = require('./support/launcher');
+const { row } = require('../script/support/rows');
+const { inFolder, runRows } = require('./support/launcher');
 
 const verbs =
   'run press screenshot state message keys players halt captions faults tuner signal lineup doctor'.split(
@@ -53,28 +54,25 @@ test('a wrong command line is told in one line that names what is wrong, with st
       [['run', '--keys', 'Enter,', app], /--keys is 'Enter,'; allowed: words with commas/],
       [['run', '-r'], /run: the runtime doesn't accept '-r': it needs a value/]
     ];
-    return inSequence(cases, (one) =>
-      launch(one[0], {}, folder).then((result) => {
-        t.deepEqual([result.code, result.stdout], [2, ''], one[0].join(' '));
-        t.ok(/^quiravent: .*\n$/.test(result.stderr) && one[1].test(result.stderr), result.stderr);
-      })
+    const oneLineWith = (pattern) => new RegExp(`^quiravent: .*${pattern.source}.*\\n$`);
+    return runRows(
+      t,
+      cases.map(([words, error]) => row(words, 2, '', oneLineWith(error))),
+      {},
+      folder
     );
   }));
 
-test('--help of all verbs names their options and does nothing else', (t) =>
-  inSequence(verbs, (verb) =>
-    launch([verb, '--help']).then((result) => {
-      t.deepEqual([result.code, result.stderr], [0, '']);
-      t.ok(result.stdout.startsWith(`quiravent ${verb} [OPTION...]`), verb);
-      t.ok(/\n {2}--help +print this/.test(result.stdout));
-    })
-  )
-    .then(() => launch(['--help']))
-    .then((result) =>
-      verbs.forEach((verb) => t.ok(result.stdout.indexOf(`\n  ${verb} `) > 0, verb))
-    ));
-
-test('--version is that of the package', (t) =>
-  launch(['--version']).then((result) =>
-    t.equal(result.stdout, `${require('../../package.json').version}\n`)
-  ));
+test('--help of all verbs names their options and does nothing else', (t) => {
+  const help = (verb) =>
+    row(
+      [verb, '--help'],
+      0,
+      new RegExp(`^quiravent ${verb} \\[OPTION[^]*\n {2}--help +print this`),
+      ''
+    );
+  const all = new RegExp(verbs.map((verb) => `\n  ${verb} [^]*`).join(''));
+  const version = `${require('../../package.json').version}\n`;
+  const others = [row(['--help'], 0, all, ''), row(['--version'], 0, version, '')];
+  return runRows(t, verbs.map(help).concat(others));
+});

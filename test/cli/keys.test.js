@@ -5,6 +5,7 @@
 const fs = require('fs');
 const path = require('path');
 const test = require('tape');
+const { row } = require('../script/support/rows');
 const { DEVICE, Launcher, inFolder, inSequence, launch } = require('./support/launcher');
 
 /** Draws a first frame and one for each key, each a little after its cause; tells all of it. */
@@ -38,19 +39,9 @@ test('keys wait for the first frame, then each for the frame of the one before',
     const keys = 'ArrowDown*2, Enter:80,capture:a.png,wait:1,GoBack,idle:100,quit';
     return play(t, folder, write, APPLICATION + START, ['--keys', keys]).then((result) => {
       t.deepEqual([result.code, result.stderr], [0, '']);
-      t.deepEqual(result.stdout.trim().split('\n'), [
-        'frame 1',
-        'press ArrowDown',
-        'frame 2',
-        'press ArrowDown',
-        'frame 3',
-        'press Enter 80',
-        'frame 4',
-        'capture',
-        'press GoBack',
-        'frame 5',
-        'quit'
-      ]);
+      const down = 'press ArrowDown, frame 2, press ArrowDown, frame 3';
+      const rest = 'press Enter 80, frame 4, capture, press GoBack, frame 5, quit';
+      t.equal(result.stdout.trim().replace(/\n/g, ', '), `frame 1, ${down}, ${rest}`);
       t.ok(fs.existsSync(path.join(folder, 'a.png')));
     });
   }));
@@ -80,51 +71,37 @@ test('Ctrl-C takes the last picture too', (t) =>
       });
   }));
 
-test('a key that the device refuses ends the run with status 1', (t) =>
-  inFolder((folder, write) =>
-    play(t, folder, write, APPLICATION + START, ['--keys', 'Enter,Entre,Enter']).then((result) => {
-      t.equal(result.code, 1);
-      t.equal(result.stderr, "quiravent: run: --keys: unknown key 'Entre'\n");
-      t.ok(/press Entre\nquit\n$/.test(result.stdout), result.stdout);
-    })
-  ));
-
-test('keys that come too late for the application are told', (t) =>
+test('keys that are refused, or come too late for the application, are told', (t) =>
   inFolder((folder, write) => {
+    const keys = 'Enter,wait:600000,GoBack';
     const left = 'quiravent: run: the application ended before all keys were pressed; left: ';
-    const exitAt = (key) => `
-      const press = device.handlers.press;
-      device.handlers.press = (request) =>
-        request.key === '${key}' ? process.exit(6) : press(request, device);
-      ${START}`;
+    const all = `${left}Enter, wait:600000, GoBack\n`;
+    const unknown = "quiravent: run: --keys: unknown key 'Entre'\n";
+    const handling = (handlers) =>
+      `${APPLICATION} Object.assign(device.handlers, ${handlers}); ${START}`;
+    const exitAtEnter = `{ press: () => process.exit(6) }`;
+    const exitLater = `{
+      press: (request) => {
+        setTimeout(() => process.exit(6), 200);
+        device.flush();
+        return { code: 13 };
+      }
+    }`;
+    const exitAtFrame = `{ waitFlush: () => process.exit(6) }`;
     const cases = [
-      ['process.exit(6)', `${left}Enter, wait:600000, GoBack\n`],
-      [APPLICATION + exitAt('Enter'), `${left}wait:600000, GoBack\n`],
-      [
-        `${APPLICATION} device.handlers.waitFlush = () => process.exit(6); ${START}`,
-        `${left}Enter, wait:600000, GoBack\n`
-      ],
-      [
-        `${APPLICATION} device.handlers.press = (request) => {
-          setTimeout(() => process.exit(6), 200);
-          device.flush();
-          return { code: 13 };
-        }; ${START}`,
-        `${left}GoBack\n`
-      ]
+      row('Enter,Entre,Enter', APPLICATION + START, 1, unknown),
+      row(keys, 'process.exit(6)', 6, all),
+      row(keys, handling(exitAtEnter), 6, `${left}wait:600000, GoBack\n`),
+      row(keys, handling(exitAtFrame), 6, all),
+      row(keys, handling(exitLater), 6, `${left}GoBack\n`),
+      // The key that ends the application is no failure.
+      row('GoBack', handling('{ press: () => process.exit(0) }'), 0, '')
     ];
-    return inSequence(cases, (one) =>
-      play(t, folder, write, one[0], ['--keys', 'Enter,wait:600000,GoBack']).then((result) =>
-        t.deepEqual([result.code, result.stderr], [6, one[1]])
-      )
-    );
-  }));
-
-test('the key that ends the application is no failure', (t) =>
-  inFolder((folder, write) => {
-    const source = `${APPLICATION} device.handlers.press = () => process.exit(0); ${START}`;
-    return play(t, folder, write, source, ['--keys', 'GoBack']).then((result) =>
-      t.deepEqual([result.code, result.stderr], [0, ''])
+    return inSequence(cases, ([pressed, source, code, errors]) =>
+      play(t, folder, write, source, ['--keys', pressed]).then((result) => {
+        t.deepEqual([result.code, result.stderr], [code, errors], source);
+        t.ok(code !== 1 || /press Entre\nquit\n$/.test(result.stdout), result.stdout);
+      })
     );
   }));
 

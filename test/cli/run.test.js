@@ -4,6 +4,7 @@ const fs = require('fs');
 const net = require('net');
 const path = require('path');
 const test = require('tape');
+const { row } = require('../script/support/rows');
 const { Launcher, inFolder, inSequence, launch } = require('./support/launcher');
 
 const REPORT = `
@@ -50,45 +51,50 @@ test('options and surroundings become variables', (t) =>
     write('app.js', REPORT);
     const inner = (name) => path.join(folder, name);
     const config = write('other.json', '{}');
+    const build = path.resolve(
+      process.env.QUIRAVENT_BUILD || path.join(__dirname, '..', '..', 'build', 'release')
+    );
+    const layers = `${process.env.LD_LIBRARY_PATH}:${build}`;
     const cases = [
-      [[], {}, { QUIRAVENT_LAUNCHER: '1', UV_THREADPOOL_SIZE: '16', QUIRAVENT_CONTROL: '' }],
-      [['--headless'], {}, { QUIRAVENT_DISPLAY: 'headless' }],
-      [['--window'], { QUIRAVENT_DISPLAY: 'headless' }, { QUIRAVENT_DISPLAY: 'window' }],
-      [['--config', 'other.json'], {}, { QUIRAVENT_CONFIG: config }],
-      [['--config=other.json'], { QUIRAVENT_CONFIG: 'x' }, { QUIRAVENT_CONFIG: config }],
-      [['--control', 'c'], {}, { QUIRAVENT_CONTROL: inner('c') }],
-      [[], { QUIRAVENT_CONTROL: 'e' }, { QUIRAVENT_CONTROL: inner('e') }],
-      [['--storage', 'st'], {}, { QUIRAVENT_STORAGE: inner('st') }],
-      [
+      row([], {}, { QUIRAVENT_LAUNCHER: '1', UV_THREADPOOL_SIZE: '16', QUIRAVENT_CONTROL: '' }),
+      row(['--headless'], {}, { QUIRAVENT_DISPLAY: 'headless' }),
+      row(['--window'], { QUIRAVENT_DISPLAY: 'headless' }, { QUIRAVENT_DISPLAY: 'window' }),
+      row(['--config', 'other.json'], {}, { QUIRAVENT_CONFIG: config }),
+      row(['--config=other.json'], { QUIRAVENT_CONFIG: 'x' }, { QUIRAVENT_CONFIG: config }),
+      row(['--control', 'c'], {}, { QUIRAVENT_CONTROL: inner('c') }),
+      row([], { QUIRAVENT_CONTROL: 'e' }, { QUIRAVENT_CONTROL: inner('e') }),
+      row(['--storage', 'st'], {}, { QUIRAVENT_STORAGE: inner('st') }),
+      row(
         ['--screenshot', '%d.png'],
         {},
         { QUIRAVENT_SCREENSHOT: inner('%d.png'), QUIRAVENT_CONTROL: '' }
-      ],
-      [[], { UV_THREADPOOL_SIZE: '4' }, { UV_THREADPOOL_SIZE: '16' }],
-      [[], { UV_THREADPOOL_SIZE: 'many' }, { UV_THREADPOOL_SIZE: '16' }],
-      [[], { UV_THREADPOOL_SIZE: '64' }, { UV_THREADPOOL_SIZE: '64' }]
+      ),
+      row([], { UV_THREADPOOL_SIZE: '4' }, { UV_THREADPOOL_SIZE: '16' }),
+      row([], { UV_THREADPOOL_SIZE: 'many' }, { UV_THREADPOOL_SIZE: '16' }),
+      row([], { UV_THREADPOOL_SIZE: '64' }, { UV_THREADPOOL_SIZE: '64' }),
+      // Search paths are extended behind what the user put there.
+      row([], {}, { LD_LIBRARY_PATH: layers }),
+      row(
+        [],
+        { NODE_PATH: '/own' },
+        { NODE_PATH: `/own:${path.resolve(__dirname, '../../cli/modules')}` }
+      )
     ];
-    return inSequence(cases, (one) =>
-      reportOf(folder, one[0], one[1]).then((report) => {
+    const settings = inner('quiravent.config.json');
+    // Settings beside the application hold, unless others are named.
+    const beside = [
+      row([], {}, { QUIRAVENT_CONFIG: settings }),
+      row([], { QUIRAVENT_CONFIG: 'mine.json' }, { QUIRAVENT_CONFIG: 'mine.json' })
+    ];
+    const runCase = ([words, variables, expected]) =>
+      reportOf(folder, words, variables).then((report) => {
         const seen = {};
-        Object.keys(one[2]).forEach((name) => (seen[name] = report.environment[name]));
-        t.deepEqual(seen, one[2], one[0].join(' '));
-      })
-    );
-  }));
-
-test('search paths are extended behind what the user put there', (t) =>
-  inFolder((folder, write) => {
-    write('app.js', REPORT);
-    const layer = process.env.LD_LIBRARY_PATH;
-    return reportOf(folder, [], { NODE_PATH: '/own' }).then((report) => {
-      const build = path.resolve(__dirname, '..', '..', 'build', 'release');
-      const expected = process.env.QUIRAVENT_BUILD
-        ? path.resolve(process.env.QUIRAVENT_BUILD)
-        : build;
-      t.equal(report.environment.LD_LIBRARY_PATH, `${layer}:${expected}`);
-      t.equal(report.environment.NODE_PATH.split(':')[0], '/own');
-    });
+        Object.keys(expected).forEach((name) => (seen[name] = report.environment[name]));
+        t.deepEqual(seen, expected, words.join(' '));
+      });
+    return inSequence(cases, runCase)
+      .then(() => write('quiravent.config.json', '{}'))
+      .then(() => inSequence(beside, runCase));
   }));
 
 test('without a layer of the user the desktop device is found, and configured', (t) =>
@@ -107,81 +113,58 @@ test('without a layer of the user the desktop device is found, and configured', 
     });
   }));
 
-test('settings beside the application hold, unless others are named', (t) =>
-  inFolder((folder, write) => {
-    write('app.js', REPORT);
-    const beside = write('quiravent.config.json', '{}');
-    return reportOf(folder, [])
-      .then((report) => t.equal(report.environment.QUIRAVENT_CONFIG, beside))
-      .then(() => reportOf(folder, [], { QUIRAVENT_CONFIG: 'mine.json' }))
-      .then((report) => t.equal(report.environment.QUIRAVENT_CONFIG, 'mine.json'));
-  }));
-
 test("the exit status is the application's", (t) =>
   inFolder((folder, write) => {
     const cases = [
-      ['process.exitCode = 0', 0],
-      ['process.exit(7)', 7],
-      ['process.exit(255)', 255],
-      ['throw new Error("no")', 1],
-      ['process.kill(process.pid, "SIGKILL")', 137],
-      ['process.kill(process.pid, "SIGTERM"); setInterval(() => {}, 1000)', 143],
-      ['process.abort()', 134]
+      row('process.exitCode = 0', 0),
+      row('process.exit(7)', 7),
+      row('process.exit(255)', 255),
+      row('throw new Error("no")', 1),
+      row('process.kill(process.pid, "SIGKILL")', 137),
+      row('process.kill(process.pid, "SIGTERM"); setInterval(() => {}, 1000)', 143),
+      row('process.abort()', 134)
     ];
-    return inSequence(cases, (one) =>
-      launch(['run', write('app.js', one[0])]).then((result) => {
-        t.deepEqual([result.code, result.signal], [one[1], null], one[0]);
+    return inSequence(cases, ([source, code]) =>
+      launch(['run', write('app.js', source)]).then((result) => {
+        t.deepEqual([result.code, result.signal], [code, null], source);
       })
-    );
-  }));
-
-test('standard input reaches the application', (t) =>
-  inFolder((folder, write) => {
-    const launcher = new Launcher(['run', write('app.js', 'process.stdin.pipe(process.stdout)')]);
-    launcher.child.stdin.end('a line\n');
-    return launcher.ended.then((result) =>
-      t.deepEqual([result.code, result.stdout], [0, 'a line\n'])
     );
   }));
 
 /** Tells each signal, and ends when standard input does. */
 const LISTENER = `
-const say = (text) => require('fs').writeSync(1, text + '\\n');
+function say(text) { require('fs').writeSync(1, text + '\\n'); }
 ['SIGINT', 'SIGTERM', 'SIGHUP', 'SIGQUIT'].forEach((name) => process.on(name, () => say(name)));
 process.stdin.on('end', () => process.exit(9)).resume();
 say('ready');
 `;
 
-test('a signal is handed on once, and the application decides how it ends', (t) =>
-  inFolder((folder, write) =>
-    inSequence(['SIGINT', 'SIGTERM', 'SIGHUP', 'SIGQUIT'], (signal) => {
-      const launcher = new Launcher(['run', write('app.js', LISTENER)]);
-      return launcher
-        .waitFor('ready')
-        .then(() => launcher.kill(signal))
-        .then(() => launcher.waitFor(signal))
-        .then(() => launcher.child.stdin.end())
-        .then(() => launcher.ended)
-        .then((result) => t.deepEqual([result.code, result.stdout], [9, `ready\n${signal}\n`]));
-    })
-  ));
+/** Resolves with the launcher of an application that has said that it is ready. */
+function begin(write, source) {
+  const launcher = new Launcher(['run', write('app.js', source)]);
+  return launcher.waitFor('ready').then(() => launcher);
+}
 
-test('an echo of the first signal is not a second one', (t) =>
+test('a signal is handed on once, and the application decides how it ends', (t) =>
   inFolder((folder, write) => {
-    const launcher = new Launcher(['run', write('app.js', LISTENER)]);
-    return launcher
-      .waitFor('ready')
-      .then(() => {
-        launcher.kill('SIGINT');
-        launcher.kill('SIGTERM');
+    // The second one is taken for an echo of the first.
+    const cases = [['SIGINT'], ['SIGTERM'], ['SIGHUP'], ['SIGQUIT'], ['SIGINT', 'SIGTERM']];
+    return inSequence(cases, (signals) =>
+      begin(write, LISTENER).then((launcher) => {
+        signals.forEach((signal) => launcher.kill(signal));
+        return launcher
+          .waitFor('SIG')
+          .then(() => launcher.child.stdin.end())
+          .then(() => launcher.ended)
+          .then((result) => {
+            t.equal(result.code, 9);
+            t.ok(
+              signals.some((signal) => result.stdout === `ready\n${signal}\n`),
+              result.stdout
+            );
+          });
       })
-      .then(() => launcher.waitFor('SIG'))
-      .then(() => launcher.child.stdin.end())
-      .then(() => launcher.ended)
-      .then((result) => {
-        t.equal(result.code, 9);
-        t.ok(/^ready\nSIG\w+\n$/.test(result.stdout), result.stdout);
-      });
+    );
   }));
 
 test('a second signal kills the application and what it started', (t) =>
@@ -190,35 +173,24 @@ test('a second signal kills the application and what it started', (t) =>
       process.on('SIGTERM', () => {});
       const deaf = "trap '' TERM; echo ready; exec sleep 1000";
       require('child_process').spawn('sh', ['-c', deaf], { stdio: 'inherit' });`;
-    const launcher = new Launcher(['run', write('app.js', source)]);
-    let insist = null;
-    return (
-      launcher
-        .waitFor('ready')
-        .then(() => (insist = setInterval(() => launcher.kill('SIGTERM'), 100)))
-        // Which is when the last process has closed the output that all of them share.
-        .then(() => launcher.ended)
-        .then((result) => {
-          clearInterval(insist);
-          t.equal(result.code, 137);
-        })
-    );
+    return begin(write, source).then((launcher) => {
+      const insist = setInterval(() => launcher.kill('SIGTERM'), 100);
+      // Which is when the last process has closed the output that all of them share.
+      return launcher.ended.then((result) => {
+        clearInterval(insist);
+        t.equal(result.code, 137);
+      });
+    });
   }));
 
 test('Ctrl-Z stops the application too', (t) =>
   inFolder((folder, write) => {
-    const launcher = new Launcher([
-      'run',
-      write('app.js', `${LISTENER} say('pid ' + process.pid + '.');`)
-    ]);
     const stateOf = (pid) => /\) (\w)/.exec(fs.readFileSync(`/proc/${pid}/stat`, 'latin1'))[1];
-    const until = (pid, isStopped) =>
-      new Promise((resolve) => {
-        const check = () =>
-          (stateOf(pid) === 'T') === isStopped ? resolve() : setTimeout(check, 5);
-        check();
-      });
-    return launcher.waitFor('.').then(() => {
+    const until = (pid, isStopped) => {
+      if ((stateOf(pid) === 'T') === isStopped) return Promise.resolve();
+      return new Promise((resolve) => setTimeout(resolve, 5)).then(() => until(pid, isStopped));
+    };
+    return begin(write, `say('pid ' + process.pid); ${LISTENER}`).then((launcher) => {
       const pid = /pid (\d+)/.exec(launcher.output.stdout)[1];
       launcher.kill('SIGTSTP');
       return until(pid, true)
@@ -250,43 +222,38 @@ test('an application that asks for it is started again with the same words', (t)
 test('an application that was asked to end is not started again', (t) =>
   inFolder((folder, write) => {
     const source = "process.on('SIGTERM', () => process.exit(83)); setInterval(() => {}, 1000);";
-    const launcher = new Launcher(['run', write('app.js', `${source} console.log('ready')`)]);
-    return launcher
-      .waitFor('ready')
-      .then(() => launcher.kill('SIGTERM'))
-      .then(() => launcher.ended)
+    return begin(write, `${source} console.log('ready')`)
+      .then((launcher) => {
+        launcher.kill('SIGTERM');
+        return launcher.ended;
+      })
       .then((result) => t.deepEqual([result.code, result.stdout], [83, 'ready\n']));
   }));
 
 test('--for ends the application, even without a device, with status 0', (t) => {
   const stay = 'setInterval(() => {}, 1000);';
-  const cases = [
-    [stay, 0, /^$/],
-    [`process.on('SIGTERM', () => process.exit(143)); ${stay}`, 0, /^$/],
-    [`process.on('SIGTERM', () => process.exit(3)); ${stay}`, 3, /^$/],
-    [`process.on('SIGTERM', () => {}); ${stay}`, 137, /was asked to end, .* is killed\n$/]
-  ];
+  const onEnd = (body) => `process.on('SIGTERM', () => ${body}); ${stay}`;
   // Long enough for the slowest machine to have come to the handler.
-  const runCase = (one) =>
+  const cases = [
+    row(['--for', '5'], stay, 0, /^$/),
+    row(['--for', '5'], onEnd('process.exit(143)'), 0, /^$/),
+    row(['--for', '5'], onEnd('process.exit(3)'), 3, /^$/),
+    row(['--for', '5'], onEnd('{}'), 137, /was asked to end, .* is killed\n$/),
+    // One that ends by itself is left alone.
+    row(['--for', '1000', '--screenshot', 'x.png'], 'process.exit(4)', 4, /^$/)
+  ];
+  const runCase = ([options, source, code, errors]) =>
     inFolder((folder, write) =>
-      launch(['run', '--for', '5', write('app.js', one[0])], { TMPDIR: folder }).then((result) => {
-        t.equal(result.code, one[1], one[0]);
-        t.ok(one[2].test(result.stderr), result.stderr);
-        t.deepEqual(fs.readdirSync(folder), ['app.js'], 'nothing is left behind');
-      })
+      launch(['run'].concat(options, write('app.js', source)), { TMPDIR: folder }).then(
+        (result) => {
+          t.equal(result.code, code, source);
+          t.ok(errors.test(result.stderr), result.stderr);
+          t.deepEqual(fs.readdirSync(folder), ['app.js'], 'nothing is left behind');
+        }
+      )
     );
   return Promise.all(cases.map(runCase));
 });
-
-test('--for and --screenshot leave an application alone that ends by itself', (t) =>
-  inFolder((folder, write) =>
-    launch(['run', '--for', '1000', '--screenshot', 'x.png', write('app.js', 'process.exit(4)')], {
-      TMPDIR: folder
-    }).then((result) => {
-      t.deepEqual([result.code, result.stderr], [4, '']);
-      t.deepEqual(fs.readdirSync(folder), ['app.js']);
-    })
-  ));
 
 test("a killed device's socket is removed, a file in its place is not", (t) =>
   inFolder((folder, write) => {

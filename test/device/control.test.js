@@ -7,7 +7,9 @@ const { execFileSync } = require('child_process');
 const test = require('tape');
 const keys = require('../../lib/keys');
 const { staleProducts } = require('../../tools/keys');
+const { inSequence } = require('../lib/concurrently');
 const { modulePath } = require('../script/support/build');
+const { row } = require('../script/support/rows');
 const { Application } = require('./support/controlled');
 const { readPicture } = require('./support/png');
 
@@ -48,11 +50,6 @@ function storedValue(application) {
   return JSON.parse(execFileSync(process.execPath, ['-e', script], { env })).key;
 }
 
-/** Runs the steps one after the other; each gets what the one before resolved with. */
-function inTurn(steps) {
-  return steps.reduce((promise, step) => promise.then(step), Promise.resolve());
-}
-
 test('what is made from the list of keys is as the device knows them', (t) => {
   t.deepEqual(staleProducts(), [], 'run node tools/keys.js');
   const expected = Object.keys(keys).map((name) => [name, keys[name]]);
@@ -82,7 +79,7 @@ test('keys and states reach the application in their order', (t) => {
   const stateEvents = ['runtimestatechange overlay', 'runtimestatechange low_profile'];
   const isState = (line) => line.startsWith('runtimestatechange');
   return start(t, APPLICATION).then((application) =>
-    inTurn(steps.map((step) => () => application.ask(step[0], step[1])))
+    inSequence(steps, (step) => application.ask(step[0], step[1]))
       .then(() => application.until(keyEvents.split(', ').length + stateEvents.length))
       .then((said) => {
         t.equal(said.filter((line) => !isState(line)).join(', '), keyEvents);
@@ -95,53 +92,45 @@ test('keys and states reach the application in their order', (t) => {
 
 test('the frame that follows a key can be waited for and looked at', (t) =>
   start(t, APPLICATION).then((application) =>
-    inTurn([
-      () => application.ask('frame'),
-      (before) => {
-        t.equal(before.frame, 0);
-        return application.ask('press', { key: 'Enter' });
-      },
-      () => application.until(2),
-      () => application.ask('waitFlush', { after: 0 }),
-      (shown) => {
-        t.equal(shown.frame, 1);
-        return application.ask('capture', { file: 'screen.png' });
-      },
-      (captured) => {
+    application
+      .ask('frame')
+      .then((before) => t.equal(before.frame, 0))
+      .then(() => application.ask('press', { key: 'Enter' }))
+      .then(() => application.until(2))
+      .then(() => application.ask('waitFlush', { after: 0 }))
+      .then((shown) => t.equal(shown.frame, 1))
+      .then(() => application.ask('capture', { file: 'screen.png' }))
+      .then((captured) => {
         const file = fs.realpathSync(application.file('screen.png'));
         t.deepEqual(captured, { ok: true, file, frame: 1, width: 1280, height: 720 });
         t.deepEqual(Array.from(readPicture(file).colors.keys()), ['#336699']);
         return application.ask('info');
-      },
-      (info) => t.deepEqual([info.pid, info.display], [application.child.pid, 'headless'])
-    ])
+      })
+      .then((info) => t.deepEqual([info.pid, info.display], [application.child.pid, 'headless']))
   ));
 
 test('quit, exit and restart end the process in good order', (t) => {
-  // [command and parameters, variables, how the process ends, what it stored]
+  const key = (name) => ['keyDown', { key: name }];
+  const launched = { QUIRAVENT_LAUNCHER: '1' };
+  // Command and parameters, variables, how the process ends, what it stored.
   const cases = [
-    [['quit'], {}, { code: null, signal: 'SIGTERM' }, undefined],
-    [['keyDown', { key: 'Exit' }], {}, { code: 0, signal: null }, 'stored'],
-    [
-      ['keyDown', { key: 'GoBack' }],
-      { QUIRAVENT_LAUNCHER: '1' },
-      { code: 83, signal: null },
-      undefined
-    ]
+    row(['quit'], {}, { code: null, signal: 'SIGTERM' }, undefined),
+    row(key('Exit'), {}, { code: 0, signal: null }, 'stored'),
+    row(key('GoBack'), launched, { code: 83, signal: null }, undefined)
   ];
-  const run = (each) => () => {
-    const variables = Object.assign({ QUIRAVENT_SCREENSHOT: 'end.png' }, each[1]);
-    return start(t, APPLICATION, variables).then((application) => {
-      application.ask(each[0][0], each[0][1]);
-      return application.end.then((end) => {
-        t.deepEqual(end, each[2], JSON.stringify(each[0]));
-        t.ok(fs.existsSync(application.file('end.png')), 'the picture of the end is there');
-        t.notOk(fs.existsSync(application.file('control')), 'the socket is gone');
-        t.equal(storedValue(application), each[3], 'what it stored');
-      });
-    });
-  };
-  return inTurn(cases.map(run));
+  return inSequence(cases, ([command, variables, expected, stored]) =>
+    start(t, APPLICATION, Object.assign({ QUIRAVENT_SCREENSHOT: 'end.png' }, variables)).then(
+      (application) => {
+        application.ask(command[0], command[1]);
+        return application.end.then((end) => {
+          t.deepEqual(end, expected, JSON.stringify(command));
+          t.ok(fs.existsSync(application.file('end.png')), 'the picture of the end is there');
+          t.notOk(fs.existsSync(application.file('control')), 'the socket is gone');
+          t.equal(storedValue(application), stored, 'what it stored');
+        });
+      }
+    )
+  );
 });
 
 test('restart begins the same process anew, with what it was started with', (t) => {

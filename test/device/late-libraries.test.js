@@ -3,13 +3,11 @@
 // What an application meets where the libraries of media and of the network can't be opened.
 
 const fs = require('fs');
-const os = require('os');
 const path = require('path');
 const { spawnSync } = require('child_process');
 const test = require('tape');
 const { installed, spoilLibraries } = require('./support/broken-libraries');
-
-const root = path.join(__dirname, '..', '..');
+const { newFolder, root } = require('./support/files');
 
 const APPLICATION = `
   const { graphicServices, mediaServices, tunerServices } =
@@ -31,21 +29,17 @@ const APPLICATION = `
   })));`;
 
 /** Runs the application with spoilt libraries: { status, said, errors: lines }. */
-function runSpoilt(spoil) {
-  const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-late-'));
-  try {
-    spoilLibraries(folder, spoil);
-    const env = Object.assign({}, process.env, {
-      LD_LIBRARY_PATH: [folder, process.env.LD_LIBRARY_PATH].join(path.delimiter),
-      QUIRAVENT_STORAGE: folder
-    });
-    const words = ['-e', APPLICATION];
-    const run = spawnSync(process.execPath, words, { env, encoding: 'utf8', timeout: 60000 });
-    const errors = run.stderr.split('\n').filter((line) => line);
-    return { status: run.status, said: JSON.parse(run.stdout), errors };
-  } finally {
-    spawnSync('rm', ['-rf', folder]);
-  }
+function runSpoilt(t, spoil) {
+  const folder = newFolder(t);
+  spoilLibraries(folder, spoil);
+  const env = Object.assign({}, process.env, {
+    LD_LIBRARY_PATH: [folder, process.env.LD_LIBRARY_PATH].join(path.delimiter),
+    QUIRAVENT_STORAGE: folder
+  });
+  const words = ['-e', APPLICATION];
+  const run = spawnSync(process.execPath, words, { env, encoding: 'utf8', timeout: 60000 });
+  const errors = run.stderr.split('\n').filter((line) => line);
+  return { status: run.status, said: JSON.parse(run.stdout), errors };
 }
 
 [
@@ -63,24 +57,19 @@ function runSpoilt(spoil) {
   ]
 ].forEach(([name, spoil, media, network]) =>
   test(`${name} is told in one line, and the rest of the device works`, (t) => {
-    const run = runSpoilt(spoil);
+    const run = runSpoilt(t, spoil);
+    const refused = 'Error on getPlayer';
     t.equal(run.status, 0);
-    t.deepEqual(run.said, [
-      'Error on getPlayer',
-      'Error on getPlayer',
-      'Error on loading image',
-      'undefined',
-      false
-    ]);
+    t.deepEqual(run.said, [refused, refused, 'Error on loading image', 'undefined', false]);
     const expected = [
-      [/: pl_media_CreateUrlPlayer: media can't be used: /, media],
-      [/: pl_media_CreateUrlPlayer: media can't be used: /, media],
-      [/: pl_gfx_LoadImage: .* the HTTP client can't be used: /, network],
-      [/: pl_dtv_Action_getPlayer: media can't be used: /, media]
+      `: pl_media_CreateUrlPlayer: media can't be used: .*${media.source}`,
+      `: pl_media_CreateUrlPlayer: media can't be used: .*${media.source}`,
+      `: pl_gfx_LoadImage: .* the HTTP client can't be used: .*${network.source}`,
+      `: pl_dtv_Action_getPlayer: media can't be used: .*${media.source}`
     ];
-    t.equal(run.errors.length, expected.length, run.errors.join('\n'));
-    expected.forEach((patterns, index) =>
-      patterns.forEach((pattern) => t.ok(pattern.test(run.errors[index]), run.errors[index]))
+    t.ok(
+      new RegExp(`^.*${expected.join('.*\n.*')}.*$`).test(run.errors.join('\n')),
+      run.errors.join('\n')
     );
     t.end();
   })

@@ -4,12 +4,13 @@
 
 const test = require('tape');
 const { inSequence } = require('../lib/concurrently');
+const { row } = require('../script/support/rows');
 const { Application } = require('./support/controlled');
 const { medium } = require('./support/files');
 
 /**
  * Plays a film and an advertisement, and says their events. A key pauses the film, switches live
- * television, resumes both.
+ * television, starts or stops a live player, resumes both.
  */
 const SOURCE = `
 const url = ${JSON.stringify(medium('film.mp4'))};
@@ -19,6 +20,7 @@ const follow = (name, player) => {
   setTimeout(() => player.start(), 300);
   return player;
 };
+const live = quiravent.tunerServices.getPlayer(256, 257, 256);
 const make = (kind, name) => new Promise((resolve) => quiravent.mediaServices[kind](url, {},
   (error, player) => resolve(follow(name, player))));
 make('getPlayer', 'film').then((first) => make('getAdPlayer', 'ad').then((second) => {
@@ -27,6 +29,8 @@ make('getPlayer', 'film').then((first) => make('getAdPlayer', 'ad').then((second
     19: () => players[0].pause(),
     48: () => platformServices.toggleLiveDTV(false),
     49: () => platformServices.toggleLiveDTV(true),
+    50: () => live.start(),
+    51: () => live.stop(),
     415: () => players.forEach((player) => player.resume())
   };
   new quiravent.InputWorker((name, data) => {
@@ -46,27 +50,30 @@ const commands = {
 const both = (event) => [`film ${event}`, `ad ${event}`];
 
 /** Causes in their order, and the events that follow from each. */
-const SUSPENSIONS = [].concat
-  .apply(
-    [],
-    ['paused', 'suspended', 'low_profile', 'overlay'].map((state) => [
-      [commands.state(state), both('playback_suspend')],
-      [commands.press('MediaPlay'), []],
-      [commands.state('running'), []],
-      [commands.press('MediaPlay'), both('playback_ready')]
-    ])
-  )
-  .concat([
-    [commands.state('advertising'), []],
-    [commands.press('1'), both('playback_suspend')],
-    [commands.state('overlay'), []],
-    [commands.press('0'), []],
-    [commands.press('MediaPlay'), []],
-    [commands.state('running'), []],
-    [commands.press('MediaPlay'), both('playback_ready')],
-    [commands.press('MediaPause'), []],
-    [commands.state('overlay'), ['ad playback_suspend']]
-  ]);
+const SUSPENSIONS = [].concat.apply(
+  [],
+  ['paused', 'suspended', 'low_profile', 'overlay'].map((state) => [
+    row(commands.state(state), both('playback_suspend')),
+    row(commands.press('MediaPlay'), []),
+    row(commands.state('running'), []),
+    row(commands.press('MediaPlay'), both('playback_ready'))
+  ])
+);
+SUSPENSIONS.push(
+  row(commands.press('2'), both('playback_suspend')),
+  row(commands.press('MediaPlay'), []),
+  row(commands.press('3'), []),
+  row(commands.press('MediaPlay'), both('playback_ready')),
+  row(commands.state('advertising'), []),
+  row(commands.press('1'), both('playback_suspend')),
+  row(commands.state('overlay'), []),
+  row(commands.press('0'), []),
+  row(commands.press('MediaPlay'), []),
+  row(commands.state('running'), []),
+  row(commands.press('MediaPlay'), both('playback_ready')),
+  row(commands.press('MediaPause'), []),
+  row(commands.state('overlay'), ['ad playback_suspend'])
+);
 
 class Script {
   constructor(t) {

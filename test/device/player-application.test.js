@@ -20,20 +20,16 @@ const advertisement = 2;
 /** For how long something is waited for, on a busy machine; in ms. */
 const timeout = 30000;
 
-class Viewer {
+class Viewer extends Application {
   constructor(t, example, variables) {
     const settings = { NODE_PATH: path.join(root, 'cli', 'modules'), UV_THREADPOOL_SIZE: '8' };
     const source = `require(${JSON.stringify(path.join(root, 'examples', example))});`;
-    this.application = new Application(t, source, Object.assign(settings, variables));
-  }
-
-  start() {
-    return this.application.connect().then(() => this);
+    super(t, source, Object.assign(settings, variables));
   }
 
   /** Rejects where the device refuses. */
   request(command, parameters) {
-    return this.application.ask(command, parameters).then((answer) => {
+    return this.ask(command, parameters).then((answer) => {
       if (!answer.ok) throw new Error(answer.error);
       return answer;
     });
@@ -49,34 +45,34 @@ class Viewer {
   }
 
   /** Resolves with the film's report once a condition holds for it; keys wake a sleeping worker. */
-  until(condition) {
+  untilFilm(condition) {
     return this.request('players').then((answer) => {
       const found = answer.players.filter((each) => each.player === film)[0];
-      return condition(found) ? found : this.press('Info').then(() => this.until(condition));
+      return condition(found) ? found : this.press('Info').then(() => this.untilFilm(condition));
     });
   }
 
   /** Presses a key on which the player ends; resolves with how it did. */
   leave(key) {
     // There may be nobody left to answer.
-    this.application.ask('keyDown', { key });
-    return this.application.end;
+    this.ask('keyDown', { key });
+    return this.end;
   }
 
   see(name) {
-    return captureFilm(this, film, this.application.file(name));
+    return captureFilm(this, film, this.file(name));
   }
 }
 
 function start(t, variables) {
   makeMedia(path.join(root, 'build', 'media'));
-  return new Viewer(t, 'player', variables).start();
+  return new Viewer(t, 'player', variables).connect();
 }
 
 function startHome(t) {
   drawArtwork(path.join(root, 'build', 'artwork'));
   makeMedia(path.join(root, 'build', 'media'));
-  return new Viewer(t, 'home').start();
+  return new Viewer(t, 'home').connect();
 }
 
 const idsOf = (player, kind) =>
@@ -96,11 +92,11 @@ test('at each time the screen shows the picture of that time', (t) =>
     return lookAt(3000)
       .then((first) => lookAt(5000).then((second) => t.ok(second > first, 'it moves')))
       .then(() => viewer.press('MediaPause ArrowRight'))
-      .then(() => viewer.until((found) => found.state === 'paused' && found.time.now > 15000))
+      .then(() => viewer.untilFilm((found) => found.state === 'paused' && found.time.now > 15000))
       .then((paused) => {
         const due = numberAt(paused.time.now);
         return viewer
-          .until((found) => found.picture === due * 40)
+          .untilFilm((found) => found.picture === due * 40)
           .then(() => viewer.see('paused.png'))
           .then((seen) => t.equal(seen.number, due, 'standing still, the very picture'));
       });
@@ -131,17 +127,17 @@ test('the languages of sound and subtitles can be chosen', (t) =>
         t.deepEqual([idsOf(player, 'audio'), idsOf(player, 'subtitle')], [['eng'], []])
       )
       .then(() => viewer.press('ArrowUp ArrowDown Enter ArrowRight ArrowDown ArrowDown Enter'))
-      .then(() => viewer.until((player) => idsOf(player, 'subtitle').length > 0))
+      .then(() => viewer.untilFilm((player) => idsOf(player, 'subtitle').length > 0))
       .then((player) => {
         t.deepEqual([idsOf(player, 'audio'), idsOf(player, 'subtitle')], [['por'], ['por']]);
         return viewer.press('ArrowUp ArrowUp Enter GoBack');
       })
-      .then(() => viewer.until((player) => idsOf(player, 'subtitle').length === 0))
+      .then(() => viewer.untilFilm((player) => idsOf(player, 'subtitle').length === 0))
       .then((player) => viewer.waitFor(film, 'playing', player.time.now + 2000))
       .then(() => viewer.leave('MediaStop'))
       .then((end) => {
         t.deepEqual(end, { code: 0, signal: null }, 'stop leaves the player');
-        const tone = lastTone(viewer.application.file('sound.wav'), 0.5);
+        const tone = lastTone(viewer.file('sound.wav'), 0.5);
         t.ok(Math.abs(tone - 660) < 10, `Portuguese is heard: ${tone} Hz`);
       })
   ));
@@ -160,7 +156,7 @@ test('an advertisement interrupts the film, which goes on where it was', (t) =>
         t.deepEqual([interrupted.state, ad.kind, ad.volume], ['paused', 'ad', 0]);
         return viewer.press('ArrowRight');
       })
-      .then(() => viewer.until((player) => player.state === 'playing'))
+      .then(() => viewer.untilFilm((player) => player.state === 'playing'))
       .then((player) => {
         t.ok(
           player.time.now - interrupted.time.now < 10000,
@@ -185,7 +181,7 @@ function hasSpinner(screen) {
 test('a viewer sees that a film is waited for', (t) =>
   start(t, { QUIRAVENT_FAULTS: 'stalled 0-100000 off' }).then((viewer) => {
     const untilSpinner = (isShown) => {
-      const file = viewer.application.file('waiting.png');
+      const file = viewer.file('waiting.png');
       return viewer
         .press('Info')
         .then(() => viewer.request('capture', { file }))
@@ -248,7 +244,7 @@ test('the keys of the remote control change speed, place and volume', (t) =>
         inSequence(steps, (step) =>
           viewer
             .press(step[0])
-            .then(() => viewer.until(step[1]))
+            .then(() => viewer.untilFilm(step[1]))
             .then(() => t.pass(step[0]))
         )
       )
@@ -264,6 +260,6 @@ test('a film that the television interrupts goes on with it', (t) =>
       .then(() => viewer.waitFor(film, 'suspended'))
       .then(() => viewer.press('MediaPlay'))
       .then(() => viewer.request('state', { state: 'running' }))
-      .then(() => viewer.until((player) => player.state === 'playing'))
+      .then(() => viewer.untilFilm((player) => player.state === 'playing'))
       .then((player) => t.equal(player.state, 'playing'))
   ));

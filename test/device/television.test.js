@@ -53,22 +53,19 @@ function run(t, source, steps, variables) {
     .then(() => app);
 }
 
-function askUntil(ask, isSo) {
-  return ask().then((answer) => (isSo(answer) ? answer : askUntil(ask, isSo)));
-}
-
-function lookAt(app, bounds) {
+/** Resolves with the mark in the bounds of the screen, once it is so. */
+function untilMarked(app, bounds, isSo) {
   const file = app.file('screen.png');
-  return app.ask('capture', { file }).then(() => readMark(readPicture(file), bounds));
+  const look = () => readMark(readPicture(file), bounds);
+  return app.askUntil('capture', { file }, () => isSo(look()));
 }
 
-/** Resolves with the mark of a picture of that service, once it is seen within the bounds. */
+/** Resolves once a picture of that service is seen within the bounds. */
 function untilSeen(app, service, bounds) {
-  return askUntil(
-    () => lookAt(app, bounds || SCREEN),
-    (mark) => mark !== undefined && mark.service === service
-  );
+  return untilMarked(app, bounds || SCREEN, (mark) => mark && mark.service === service);
 }
+
+const isBlack = (app) => readPicture(app.file('screen.png')).colorAt(640, 600) === '#000000';
 
 test('each service has its own picture, within its bounds, above what was made before', (t) => {
   const corner = { x: 40, y: 40, w: 320, h: 180 };
@@ -90,12 +87,7 @@ test('each service has its own picture, within its bounds, above what was made b
       .then(() => untilSeen(app, 2, corner))
       .then(() => t.pass('the second service lies in a corner of the first'))
       .then(() => app.press('2'))
-      .then(() =>
-        askUntil(
-          () => app.ask('capture', { file: app.file('screen.png') }),
-          () => readPicture(app.file('screen.png')).colorAt(640, 600) === '#000000'
-        )
-      )
+      .then(() => app.askUntil('capture', { file: app.file('screen.png') }, () => isBlack(app)))
       .then(() => untilSeen(app, 2, corner))
       .then(() => t.pass('a stopped player shows nothing, the other one goes on'))
       .then(() => app.press('3'))
@@ -113,20 +105,23 @@ test('captions are read as text, and subtitles are counted', (t) => {
     onKeys({ 49: () => one.toggleClosedCaption('1'), 50: () => one.toggleClosedCaption(false),
       51: () => two.toggleClosedCaption('274') });`;
   return run(t, source, (app) => {
-    const captions = () => app.ask('captions').then((answer) => answer.players);
+    const untilCaptions = (isSo) =>
+      app
+        .askUntil('captions', {}, (answer) => isSo(answer.players))
+        .then((answer) => answer.players);
     const isOff = (player) => player.captions === 0 && player.lines.length === 0;
     return app
       .untilListening()
-      .then(captions)
+      .then(() => untilCaptions(() => true))
       .then((players) => t.ok(players.length === 2 && players.every(isOff), 'off at first'))
       .then(() => app.press('1'))
       .then(() => app.ask('captions', { text: 'Bom', timeout: 20000 }))
       .then((answer) => t.deepEqual(answer.players[0].lines, ['Bom dia']))
       .then(() => app.press('2'))
-      .then(() => askUntil(captions, (players) => players[0].captions === 0))
+      .then(() => untilCaptions((players) => players[0].captions === 0))
       .then((players) => t.deepEqual(players[0].lines, [], 'switched off'))
       .then(() => app.press('3'))
-      .then(() => askUntil(captions, (players) => players[1].pictures === 1))
+      .then(() => untilCaptions((players) => players[1].pictures === 1))
       .then((players) => t.equal(players[1].captions, 274))
       .then(() => app.ask('captions', { text: 'never', timeout: 1 }))
       .then((answer) => t.ok(/no caption with "never" was seen within 1 ms/.test(answer.error)));
@@ -180,40 +175,11 @@ test('live television lies below everything, and the runtime state tells of it',
       .then(() => {
         const states = 'runtimestatechange overlay, runtimestatechange running';
         t.equal(told().sort().join(', '), `live false, live false, live true, ${states}`);
-        return askUntil(
-          () => app.ask('tuner'),
-          (answer) => answer.tuner.state === 'idle'
-        );
+        return app.askUntil('tuner', {}, (answer) => answer.tuner.state === 'idle');
       })
       .then(() => t.pass('the device gives its tuner back'));
   };
   return run(t, source, steps, { QUIRAVENT_LIVE_TELEVISION: multiplex });
-});
-
-test('a live player takes the output from a film, until it is stopped', (t) => {
-  const source = `
-    tune(file);
-    let live;
-    quiravent.mediaServices.getPlayer(file, { x: 0, y: 0, w: 320, h: 180 }, (error, film) => {
-      film.registerListener((name) => { if (/^playback/.test(name)) say(name); });
-      film.start();
-      onKeys({
-        49: () => { live = play(256, 257, 256); },
-        50: () => { live.stop(); film.resume(); }
-      });
-    });`;
-  return run(t, source, (app) => {
-    const told = () => app.said().filter((line) => /^playback/.test(line));
-    const untilTold = (count) => app.nudgeUntil(() => told().length >= count);
-    return untilTold(1)
-      .then(() => app.press('1'))
-      .then(() => untilTold(2))
-      .then(() => app.press('2'))
-      .then(() => untilTold(3))
-      .then(() =>
-        t.deepEqual(told().slice(0, 3), ['playback_ready', 'playback_suspend', 'playback_ready'])
-      );
-  });
 });
 
 /** Loudest sample of a WAV file of 16 bits. */
@@ -234,11 +200,7 @@ test('the volume is that of the broadcast at 1.0, and nothing is heard at 0', (t
       player.setVolume(${volume});
       player.start();`;
     // A picture of the second loop: by then a second of sound has been heard at least.
-    const steps = (app) =>
-      askUntil(
-        () => lookAt(app, SCREEN),
-        (mark) => mark && mark.number > 60
-      );
+    const steps = (app) => untilMarked(app, SCREEN, (mark) => mark && mark.number > 60);
     return run(t, source, steps, { QUIRAVENT_AUDIO: 'wav', QUIRAVENT_AUDIO_FILE: file })
       .then((app) => app.end)
       .then(() => loudest(file));

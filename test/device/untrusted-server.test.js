@@ -2,12 +2,10 @@
 
 // A server that only itself vouches for, as an application meets it on the desktop device.
 
-const fs = require('fs');
-const os = require('os');
 const path = require('path');
 const { spawnSync } = require('child_process');
 const test = require('tape');
-const { medium } = require('./support/files');
+const { medium, newFolder } = require('./support/files');
 const { Application } = require('./support/controlled');
 
 /** Makes key.pem and certificate.pem in a folder. */
@@ -20,8 +18,7 @@ function makeCertificate(folder) {
 }
 
 test('a server that nobody vouches for is not believed', (t) => {
-  const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-server-'));
-  t.teardown(() => spawnSync('rm', ['-rf', folder]));
+  const folder = newFolder(t);
   t.equal(makeCertificate(folder), 0);
   const source = `
     const fs = require('fs');

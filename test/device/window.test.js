@@ -4,14 +4,14 @@
 // the same application without a window, driven by the control channel.
 
 const fs = require('fs');
-const os = require('os');
 const path = require('path');
-const { spawn, spawnSync } = require('child_process');
+const { spawnSync } = require('child_process');
 const test = require('tape');
 const { drawArtwork } = require('../../tools/artwork/draw');
+const { Launcher, inSequence, launch } = require('../cli/support/launcher');
 const { startDisplay } = require('./support/display');
+const { newFolder, root } = require('./support/files');
 
-const root = path.join(__dirname, '..', '..');
 const application = ['examples/home', '--still', '--time', '2025-11-21T20:47'];
 
 /** The keys of a keyboard, as X names them, and what each stands for on the remote control. */
@@ -24,30 +24,17 @@ const KEYS = [
   ['F4', 'ColorF3Blue']
 ];
 
-function launcher(words, variables) {
-  const env = Object.assign({}, process.env, variables);
-  return spawnSync(process.execPath, ['cli/quiravent.js'].concat(words), {
-    cwd: root,
-    env,
-    encoding: 'utf8',
-    timeout: 60000
-  });
-}
-
-/** The picture after the keys, without a window. */
+/** Resolves with the picture after the keys, without a window. */
 function pictureWithoutWindow(folder) {
   const file = path.join(folder, 'headless.png');
-  const keys = ['idle:700'].concat(
-    KEYS.map((key) => key[1]),
-    'idle:300',
-    `capture:${file}`,
-    'quit'
-  );
+  const names = KEYS.map((key) => key[1]).join();
+  const keys = `idle:700,${names},idle:300,capture:${file},quit`;
   const store = path.join(folder, 'headless-store');
-  const options = ['--headless', '--storage', store, '--keys', keys.join()];
-  const run = launcher(['run'].concat(options, application), {});
-  if (run.status !== 0) throw new Error(run.stderr);
-  return fs.readFileSync(file);
+  const options = ['--headless', '--storage', store, '--keys', keys];
+  return launch(['run'].concat(options, application), {}, root).then((run) => {
+    if (run.code !== 0) throw new Error(run.stderr);
+    return fs.readFileSync(file);
+  });
 }
 
 /** Waits until the window shows nothing new, or presses keys through X, or keeps the picture. */
@@ -55,21 +42,18 @@ class WindowedApplication {
   constructor(folder, display) {
     this.control = path.join(folder, 'control');
     this.variables = { DISPLAY: display };
-    const options = ['--window', '--control', this.control];
-    const store = ['--storage', path.join(folder, 'window-store')];
-    const words = ['cli/quiravent.js', 'run'].concat(options, store, application);
-    const env = Object.assign({}, process.env, this.variables);
-    this.child = spawn(process.execPath, words, { cwd: root, env, stdio: 'inherit' });
-    this.end = new Promise((resolve) => this.child.on('close', resolve));
+    const store = path.join(folder, 'window-store');
+    const options = ['--window', '--control', this.control, '--storage', store];
+    this.launcher = new Launcher(['run'].concat(options, application), this.variables, root);
   }
 
   ask(words) {
-    return launcher(words.concat('--control', this.control), {});
+    return launch(words.concat('--control', this.control), {}, root);
   }
 
   /** Until the device is there and the application has drawn its home screen. */
   settle() {
-    while (this.ask(['press', 'idle:700']).status !== 0);
+    return this.ask(['press', 'idle:700']).then(({ code }) => code === 0 || this.settle());
   }
 
   xdotool(words) {
@@ -81,32 +65,40 @@ class WindowedApplication {
 
   press(key) {
     this.xdotool(['key', key]);
-    this.ask(['press', 'idle:300']);
+    return this.ask(['press', 'idle:300']);
+  }
+
+  /** Resolves with the picture of the screen. */
+  look(name) {
+    const file = path.join(path.dirname(this.control), name);
+    return this.ask(['screenshot', file]).then(() => fs.readFileSync(file));
   }
 }
 
 test('keys of a window drive an application, which shows what it shows without one', (t) => {
   drawArtwork(path.join(root, 'build', 'artwork'));
-  const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-window-'));
-  t.teardown(() => spawnSync('rm', ['-rf', folder]));
+  const folder = newFolder(t);
   return startDisplay().then((server) => {
     t.teardown(server.stop);
     const windowed = new WindowedApplication(folder, server.display);
-    windowed.settle();
-    const id = windowed.xdotool(['search', '--sync', '--onlyvisible', '--name', 'Quiravent']);
-    windowed.xdotool(['windowfocus', '--sync', id.split('\n')[0]]);
-    const before = path.join(folder, 'before.png');
-    windowed.ask(['screenshot', before]);
-    KEYS.forEach((key) => windowed.press(key[0]));
-    const after = path.join(folder, 'after.png');
-    windowed.ask(['screenshot', after]);
-    windowed.ask(['press', 'quit']);
-    return windowed.end.then(() => {
-      t.notOk(
-        fs.readFileSync(after).equals(fs.readFileSync(before)),
-        'the keys changed the screen'
-      );
-      t.ok(fs.readFileSync(after).equals(pictureWithoutWindow(folder)), 'the same picture');
-    });
+    return windowed
+      .settle()
+      .then(() => {
+        const id = windowed.xdotool(['search', '--sync', '--onlyvisible', '--name', 'Quiravent']);
+        windowed.xdotool(['windowfocus', '--sync', id.split('\n')[0]]);
+        return windowed.look('before.png');
+      })
+      .then((before) =>
+        inSequence(KEYS, (key) => windowed.press(key[0]))
+          .then(() => windowed.look('after.png'))
+          .then((after) => {
+            t.notOk(after.equals(before), 'the keys changed the screen');
+            return pictureWithoutWindow(folder).then((same) =>
+              t.ok(after.equals(same), 'the same picture')
+            );
+          })
+      )
+      .then(() => windowed.ask(['press', 'quit']))
+      .then(() => windowed.launcher.ended);
   });
 });

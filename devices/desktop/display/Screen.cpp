@@ -49,7 +49,6 @@ void Screen::present(const Surface& target, const Box& part) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_frameCount = frame;
     }
-    m_frameShown.notify_all();
     m_onFrame();
 }
 
@@ -81,11 +80,6 @@ void Screen::refresh(const Box& part) {
 uint64_t Screen::frameCount() const {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_frameCount;
-}
-
-bool Screen::waitForFrame(uint64_t number, std::chrono::steady_clock::time_point deadline) const {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    return m_frameShown.wait_until(lock, deadline, [&] { return m_frameCount >= number; });
 }
 
 std::shared_ptr<Surface> Screen::compose() const {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -51,10 +49,6 @@ class Screen {
     /// Number of the last frame, 0 when there was none.
     uint64_t frameCount() const;
 
-    /// Waits until the frame of that number has been shown (and written, where it is captured);
-    /// false when it hasn't by the deadline.
-    bool waitForFrame(uint64_t number, std::chrono::steady_clock::time_point deadline) const;
-
     /// A new opaque picture of the screen as it is.
     std::shared_ptr<Surface> compose() const;
 
@@ -74,7 +68,6 @@ class Screen {
 
     std::mutex m_showing;        ///< one call of the driver at a time
     mutable std::mutex m_mutex;  ///< guards what follows
-    mutable std::condition_variable m_frameShown;
     GraphicsPlane m_graphics;
     std::vector<const Plane*> m_planes;  ///< from the bottom
     uint64_t m_frameCount = 0;

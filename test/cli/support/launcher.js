@@ -97,10 +97,28 @@ function inFolder(body) {
     );
 }
 
+/**
+ * Launches each row's words in the folder, one after the other, and compares code and output: [words,
+ * code, standard output, standard error], where a pattern has to match and all else to be equal.
+ */
+function runRows(t, rows, variables, folder) {
+  return inSequence(rows, ([words, code, stdout, stderr]) =>
+    launch(words, variables, folder).then((result) => {
+      t.equal(result.code, code, words.join(' '));
+      [
+        [result.stdout, stdout],
+        [result.stderr, stderr]
+      ].forEach(([text, expected]) =>
+        expected instanceof RegExp ? t.ok(expected.test(text), text) : t.equal(text, expected)
+      );
+    })
+  );
+}
+
 /** The beginning of an application that stands for a device and its application at once. */
 const DEVICE = `
 const { FakeDevice } = require(${JSON.stringify(path.join(__dirname, 'fake-device'))});
 const say = (text) => require('fs').writeSync(1, text + '\\n');
 `;
 
-module.exports = { DEVICE, Launcher, inFolder, inSequence, launch };
+module.exports = { DEVICE, Launcher, inFolder, inSequence, launch, runRows };

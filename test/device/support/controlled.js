@@ -98,6 +98,13 @@ class Application {
     return this.control.ask(command, parameters);
   }
 
+  /** Asks until the answer is so; resolves with it. */
+  askUntil(command, parameters, isSo) {
+    return this.ask(command, parameters).then((answer) =>
+      isSo(answer) ? answer : this.askUntil(command, parameters, isSo)
+    );
+  }
+
   press(key) {
     return this.ask('press', { key, hold: 0 });
   }

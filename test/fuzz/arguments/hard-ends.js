@@ -3,23 +3,16 @@
 // The calls that end the process, or wait for something from outside, by design. The list is closed:
 // whatever else ends a process is a fault. Each of them has a test of its own in test/script.
 
-/** Whether a value has a text: a conversion that throws gives none. */
-function hasText(value) {
+/** What read() gives; a conversion or an accessor that throws gives undefined. */
+function attempt(read) {
   try {
-    return `${value}`.length >= 0;
-  } catch (error) {
-    return false;
-  }
-}
-
-/** The mode of an ellipse; an accessor that throws counts as undefined. */
-function modeOf(record) {
-  try {
-    return record.mode;
+    return read();
   } catch (error) {
     return undefined;
   }
 }
+
+const hasText = (value) => attempt(() => `${value}`) !== undefined;
 
 const isObject = (value) =>
   (typeof value === 'object' && value !== null) || typeof value === 'function';
@@ -74,7 +67,7 @@ const HARD_ENDS = [
     holds: (call) =>
       (TEXTS[call.name] || []).some((index) => !hasText(call.args[index])) ||
       (call.name === 'canvas.drawEllipse' &&
-        !hasText(isObject(call.args[0]) ? modeOf(call.args[0]) : call.args[0]))
+        !hasText(isObject(call.args[0]) ? attempt(() => call.args[0].mode) : call.args[0]))
   },
   {
     name: 'a colour without digits',

@@ -16,20 +16,29 @@ struct ChildOutcome {
     std::string errors;
 };
 
+/// Runs a body in a child process, whose exit status is 0 when every expectation held.
+inline pid_t startChild(const std::function<void()>& body) {
+    std::fflush(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        // What it throws must not come back into the tests of the parent.
+        [&]() noexcept { body(); }();
+        std::exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    return child;
+}
+
 /// Runs a body in a child process, which then exits in good order. For what happens once in a
 /// process (start, configuration, end), and so that no test sees the device of another one.
 /// variables: set in the child's environment.
 inline ChildOutcome runInChild(const std::map<std::string, std::string>& variables,
                                const std::function<void()>& body) {
     std::FILE* const errors = std::tmpfile();
-    std::fflush(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
+    const pid_t child = startChild([&] {
         dup2(fileno(errors), STDERR_FILENO);
         for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
         body();
-        std::exit(testing::Test::HasFailure() ? 1 : 0);
-    }
+    });
     ChildOutcome outcome;
     waitpid(child, &outcome.status, 0);
     std::rewind(errors);

@@ -30,4 +30,10 @@ inline std::vector<std::vector<uint8_t>> byteFlips(const std::vector<uint8_t>& b
     return result;
 }
 
+/// Overwrites `count` bytes with a number, the highest byte first.
+inline void putBigEndian(std::vector<uint8_t>& bytes, size_t at, uint32_t value, size_t count = 4) {
+    for (size_t i = 0; i < count; ++i)
+        bytes[at + i] = static_cast<uint8_t>(value >> 8 * (count - 1 - i));
+}
+
 }  // namespace quiravent::test

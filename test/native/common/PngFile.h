@@ -24,7 +24,8 @@ class PngFile {
             throw std::runtime_error("no PNG file: " + path);
         }
         m_bytes.resize(size);
-        if (spng_decode_image(context.get(), m_bytes.data(), size, SPNG_FMT_RGBA8, 0) != SPNG_OK) {
+        if (spng_decode_image(context.get(), m_bytes.data(), size, SPNG_FMT_RGBA8,
+                              SPNG_DECODE_TRNS) != SPNG_OK) {
             throw std::runtime_error("broken PNG file: " + path);
         }
     }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
@@ -23,6 +24,8 @@ class XServer {
         m_process = fork();
         if (m_process == 0) {
             const std::string descriptor = std::to_string(ready[1]);
+            // It complains of displays that another server takes at the same time.
+            std::freopen("/dev/null", "w", stderr);
             execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", mode.c_str(),
                    "-nolisten", "tcp", "-noreset", nullptr);
             _exit(127);

@@ -20,7 +20,9 @@ class XWindow {
     explicit XWindow(const std::string& title)
         : m_display(XOpenDisplay(nullptr), XCloseDisplay),
           m_root(DefaultRootWindow(m_display.get())),
-          m_window(find(title)) {}
+          m_window(find(title)) {
+        XSynchronize(m_display.get(), True);  // each request has been served when it returns
+    }
 
     bool exists() const { return m_window != 0; }
 
@@ -43,12 +45,11 @@ class XWindow {
         return result;
     }
 
-    /// Asks the server until the window shows what is expected; false when it never does.
-    template <class Condition>
-    bool waitUntil(Condition holds) const {
+    /// Asks the server until the window shows these pixels; false when it never does.
+    bool waitFor(const Pixels& expected) const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         while (std::chrono::steady_clock::now() < deadline) {
-            if (holds(pixels())) return true;
+            if (pixels() == expected) return true;
         }
         return false;
     }
@@ -56,27 +57,14 @@ class XWindow {
     /// Moves the window to the corner, so that all of it can be seen, and resizes it.
     void resize(unsigned width, unsigned height) const {
         XMoveResizeWindow(m_display.get(), m_window, 0, 0, width, height);
-        XSync(m_display.get(), False);
     }
 
     /// Takes away what the window shows, as another window over it would have done.
-    void wipe() const {
-        XClearArea(m_display.get(), m_window, 0, 0, 0, 0, True);
-        XSync(m_display.get(), False);
-    }
-
-    void hide() const {
-        XUnmapWindow(m_display.get(), m_window);
-        XSync(m_display.get(), False);
-    }
-    void unhide() const {
-        XMapWindow(m_display.get(), m_window);
-        XSync(m_display.get(), False);
-    }
-
+    void wipe() const { XClearArea(m_display.get(), m_window, 0, 0, 0, 0, True); }
+    void hide() const { XUnmapWindow(m_display.get(), m_window); }
+    void unhide() const { XMapWindow(m_display.get(), m_window); }
     void takeFocusAway() const {
         XSetInputFocus(m_display.get(), m_root, RevertToNone, CurrentTime);
-        XSync(m_display.get(), False);
     }
 
     /// What the close button does.
@@ -89,14 +77,10 @@ class XWindow {
         event.xclient.data.l[0] =
             static_cast<long>(XInternAtom(m_display.get(), "WM_DELETE_WINDOW", False));
         XSendEvent(m_display.get(), m_window, False, NoEventMask, &event);
-        XSync(m_display.get(), False);
     }
 
     /// Ends the connection that the window belongs to.
-    void killConnection() const {
-        XKillClient(m_display.get(), m_window);
-        XSync(m_display.get(), False);
-    }
+    void killConnection() const { XKillClient(m_display.get(), m_window); }
 
   private:
     Window find(const std::string& title) const {

@@ -8,9 +8,9 @@
 #include <string>
 
 #include "common/TemporaryFolder.h"
+#include "common/errorOf.h"
 #include "common/pairsIn.h"
 #include "config/settings.h"
-#include "support/DeviceError.h"
 #include "support/Text.h"
 
 namespace quiravent::desktop {
@@ -18,20 +18,18 @@ namespace {
 
 using Variables = std::map<std::string, std::string>;
 
-Configuration read(const Variables& variables) {
-    return readConfiguration([&](const char* name) {
+/// As getenv() of a process with such variables.
+Environment readerOf(const Variables& variables) {
+    return [&](const char* name) {
         const auto found = variables.find(name);
         return found == variables.end() ? nullptr : found->second.c_str();
-    });
+    };
 }
 
+Configuration read(const Variables& variables) { return readConfiguration(readerOf(variables)); }
+
 std::string readingError(const Variables& variables) {
-    try {
-        read(variables);
-        return "none";
-    } catch (const DeviceError& error) {
-        return error.what();
-    }
+    return test::errorOf([&] { read(variables); });
 }
 
 /// A configuration file of that text, in a folder with a percent sign.
@@ -114,40 +112,32 @@ TEST(Configuration, WrongFileIsRefusedWithOneLine) {
 }
 
 TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
-    const std::map<std::string, std::string> lines{
-        {"QUIRAVENT_LOG", R"("loud"; allowed: "silent", "error", "warning", "info", "debug")"},
-        {"QUIRAVENT_DISPLAY", R"("loud"; allowed: "auto", "window", "headless")"},
-        {"QUIRAVENT_PROPERTIES",
-         R"("loud"; allowed: an object, in which each value is a text without NUL)"},
-        {"QUIRAVENT_TIME_LIMIT", R"("loud"; allowed: a whole number from 1 to 3600)"},
-    };
-    for (const auto& [name, line] : lines) {
-        EXPECT_EQ(readingError({{name, "loud"}}),
-                  joined("environment variable ", name, " is ", line));
-    }
-    EXPECT_EQ(
-        readingError({{"QUIRAVENT_KEY_MAP", R"({"F1": "Entr"})"}}),
-        "environment variable QUIRAVENT_KEY_MAP.F1 is \"Entr\"; allowed: the name of a remote "
-        "key, as \"ArrowLeft\", \"VK_LEFT\" or \"KEY_LEFT\" (docs/keys.md has all), or a "
-        "key's code, or null for none");
-}
-
-TEST(Configuration, WhatIsNestedTooDeeplyIsRefused) {
-    const std::string deep = std::string(100000, '[') + std::string(100000, ']');
-    const ConfigurationFile file(R"({"platform": {"properties": {"a": )" + deep + "}}}");
-    EXPECT_EQ(readingError(file.variables()),
-              file.path() + ": nested too deeply; allowed: 32 levels");
-    EXPECT_EQ(readingError({{"QUIRAVENT_PROPERTIES", deep}}),
-              joined("environment variable QUIRAVENT_PROPERTIES is \"", std::string(59, '['),
-                     "...; allowed: an object, in which each value is a text without NUL"));
-}
-
-TEST(Configuration, NamedFileHasToBeReadable) {
     const TemporaryFolder folder;
-    EXPECT_EQ(readingError({{"QUIRAVENT_CONFIG", folder / "none.json"}}),
-              folder / "none.json: the configuration can't be read: no such file");
-    EXPECT_EQ(readingError({{"QUIRAVENT_CONFIG", folder.path()}}),
-              folder.path() + ": the configuration can't be read: it is a directory");
+    const std::string deep = std::string(100000, '[') + std::string(100000, ']');
+    const ConfigurationFile nested(R"({"platform": {"properties": {"a": )" + deep + "}}}");
+    const std::string properties = "allowed: an object, in which each value is a text without NUL";
+    const struct {
+        std::string name;
+        std::string value;
+        std::string error;
+    } cases[] = {
+        {"LOG", "loud", R"( is "loud"; allowed: "silent", "error", "warning", "info", "debug")"},
+        {"DISPLAY", "loud", R"( is "loud"; allowed: "auto", "window", "headless")"},
+        {"PROPERTIES", "loud", R"( is "loud"; )" + properties},
+        {"PROPERTIES", deep, joined(" is \"", std::string(59, '['), "...; ", properties)},
+        {"TIME_LIMIT", "loud", R"( is "loud"; allowed: a whole number from 1 to 3600)"},
+        {"KEY_MAP", R"({"F1": "Entr"})",
+         R"(.F1 is "Entr"; allowed: the name of a remote key, as "ArrowLeft", "VK_LEFT" or )"
+         R"("KEY_LEFT" (docs/keys.md has all), or a key's code, or null for none)"},
+        {"CONFIG", nested.path(), ": nested too deeply; allowed: 32 levels"},
+        {"CONFIG", folder / "none.json", ": the configuration can't be read: no such file"},
+        {"CONFIG", folder.path(), ": the configuration can't be read: it is a directory"},
+    };
+    for (const auto& one : cases) {
+        const std::string name = "QUIRAVENT_" + one.name;
+        EXPECT_EQ(readingError({{name, one.value}}),
+                  (one.name == "CONFIG" ? one.value : "environment variable " + name) + one.error);
+    }
 }
 
 TEST(Configuration, FileInTheWorkingDirectoryIsTaken) {
@@ -162,10 +152,7 @@ TEST(Configuration, FileInTheWorkingDirectoryIsTaken) {
 
 TEST(Configuration, StorageFolderFollowsTheUsersFolders) {
     const auto folderFor = [](const Variables& variables) {
-        return defaultStorageFolder([&](const char* name) {
-            const auto found = variables.find(name);
-            return found == variables.end() ? nullptr : found->second.c_str();
-        });
+        return defaultStorageFolder(readerOf(variables));
     };
     EXPECT_EQ(folderFor({{"HOME", "/h"}, {"XDG_DATA_HOME", "/data"}}), "/data/quiravent");
     EXPECT_EQ(folderFor({{"HOME", "/h"}, {"XDG_DATA_HOME", "relative"}}),

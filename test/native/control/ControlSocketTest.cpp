@@ -12,8 +12,9 @@
 
 #include "common/ChildProcess.h"
 #include "common/TemporaryFolder.h"
+#include "common/errorOf.h"
 #include "control/Station.h"
-#include "support/DeviceError.h"
+#include "support/Text.h"
 
 namespace quiravent::desktop {
 namespace {
@@ -24,12 +25,7 @@ mode_t modeOf(const std::string& path) {
 }
 
 std::string errorOf(const std::string& path) {
-    try {
-        const ControlSocket socket(path);
-        return "none";
-    } catch (const DeviceError& error) {
-        return error.what();
-    }
+    return test::errorOf([&] { const ControlSocket socket(path); });
 }
 
 TEST(ControlSocket, IsForItsUserAloneWhateverTheMask) {
@@ -93,18 +89,13 @@ TEST(ControlSocket, SaysWhyItCantBe) {
     const TemporaryFolder folder;
     std::ofstream(folder / "file") << "text";
     const std::string longPath = folder / std::string(100, 'x');
-    const struct {
-        std::string path;
-        std::string reason;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {folder / "file", ": that is no socket; remove it, or choose another path"},
         {folder / "none/control", ": it can't be made: No such file or directory"},
-        {longPath,
-         ": its path has " + std::to_string(longPath.size()) + " bytes; allowed: at most 107"},
+        {longPath, joined(": its path has ", longPath.size(), " bytes; allowed: at most 107")},
     };
-    for (const auto& each : cases) {
-        EXPECT_EQ(errorOf(each.path), "the control channel can't be at " + each.path + each.reason);
-    }
+    for (const auto& [path, reason] : cases)
+        EXPECT_EQ(errorOf(path), joined("the control channel can't be at ", path, reason));
     EXPECT_TRUE(std::filesystem::exists(folder / "file"));
 }
 

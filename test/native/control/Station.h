@@ -1,12 +1,13 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <cstring>
-#include <future>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 
@@ -93,9 +94,7 @@ class Station {
     RemoteControl& remote() { return m_remote; }
     PlayerService& players() { return m_players; }
     Tuner& tuner() { return m_tuner; }
-    RuntimeState& state() { return m_state; }
     ControlServer& server() { return m_server; }
-    std::future<void> processEnd() { return m_processEnd.get_future(); }
 
   private:
     static Configuration withFaults(const std::string& faults, const std::string& signalFaults) {
@@ -115,14 +114,27 @@ class Station {
     Tuner m_tuner{m_configuration.television};
     PlayerService m_players{m_configuration, m_screen};
     LivePlayers m_livePlayers{m_players, m_screen, m_tuner.multiplex()};
-    std::promise<void> m_processEnd;
-    ControlServer m_server{m_folder / "control",
-                           {m_remote, m_state, m_screen, m_players, m_livePlayers, m_tuner,
-                            [this] { m_processEnd.set_value(); }, m_folder / "pipe"}};
+    ControlServer m_server{
+        m_folder / "control",
+        {m_remote, m_state, m_screen, m_players, m_livePlayers, m_tuner, [] {}, m_folder / "pipe"}};
     const bool m_listening = [this] {
         m_screen.setFrameListener(m_server.waker());
         return true;
     }();
+};
+
+/// Requests of a client to a station, and their answers.
+class ChannelTest : public testing::Test {
+  protected:
+    using json = nlohmann::json;
+
+    json ask(const std::string& command, json members = json::object()) {
+        members["command"] = command;
+        return json::parse(m_client.ask(members.dump()));
+    }
+
+    Station m_station;
+    Client m_client = m_station.client();
 };
 
 }  // namespace quiravent::desktop

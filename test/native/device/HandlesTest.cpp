@@ -7,30 +7,12 @@
 
 #include "common/callWith.h"
 #include "device/Station.h"
+#include "device/handles.h"
 #include "porting/pl_events.h"
-#include "porting/pl_functions.h"
 
 namespace {
 
 constexpr s_pl_gfx_rect kRect{1, 2, 3, 4};
-
-uint32_t target() {
-    uint32_t handle = 0;
-    EXPECT_EQ(pl_gfx_GetTargetCanvas(&handle), e_pl_status_ok);
-    return handle;
-}
-
-uint32_t newCanvas() {
-    uint32_t handle = 0;
-    EXPECT_EQ(pl_gfx_CreateCanvas(10, 10, &handle), e_pl_status_ok);
-    return handle;
-}
-
-uint32_t newFont() {
-    uint32_t handle = 0;
-    EXPECT_EQ(pl_gfx_LoadFont(TEST_FONT, 20, &handle), e_pl_status_ok);
-    return handle;
-}
 
 /// Functions that take a number as it is, or nothing.
 const std::set<std::string> kTakersOfAll{
@@ -53,8 +35,7 @@ void expectRefusalOfAll(uint32_t number) {
 }
 
 TEST(Handles, WrongOnesAndNullPointersAreRefusedByEveryFunction) {
-    const Station station;
-    station.expectQuiet([] {
+    expectQuiet([] {
         EXPECT_EQ(pl_input_init(), e_pl_status_ok);
         for (const uint32_t number : {0U, 1U, 0x7fffffffU, 0x80000000U, 0xffffffffU}) {
             expectRefusalOfAll(number);
@@ -64,51 +45,53 @@ TEST(Handles, WrongOnesAndNullPointersAreRefusedByEveryFunction) {
 }
 
 TEST(Handles, NullPointersAreRefusedOnALiveCanvasAsWell) {
-    const Station station;
-    station.expectQuiet([] {
-        const uint32_t canvas = newCanvas();
-        for (auto* const function : {pl_gfx_Canvas_FillRect, pl_gfx_Canvas_ClearRect,
-                                     pl_gfx_Canvas_DrawRect, pl_gfx_Canvas_SetClip}) {
-            EXPECT_EQ(function(canvas, nullptr), e_pl_status_invalid_argument);
-        }
+    expectQuiet([] {
+        const uint32_t canvas = newCanvas(10, 10);
         uint32_t size = 0;
-        EXPECT_EQ(pl_gfx_Canvas_GetSize(canvas, &size, nullptr), e_pl_status_invalid_argument);
-        EXPECT_EQ(pl_gfx_Canvas_GetColor(canvas, nullptr), e_pl_status_invalid_argument);
-        EXPECT_EQ(pl_gfx_Canvas_GetClip(canvas, nullptr), e_pl_status_invalid_argument);
-        EXPECT_EQ(pl_gfx_Canvas_DrawText(canvas, 0, 0, nullptr), e_pl_status_invalid_argument);
-        EXPECT_EQ(pl_gfx_Canvas_ComposeScaled(canvas, canvas, nullptr, &kRect),
-                  e_pl_status_invalid_argument);
-        EXPECT_EQ(pl_gfx_Canvas_ComposeScaled(canvas, canvas, &kRect, nullptr),
-                  e_pl_status_invalid_argument);
+        const int32_t statuses[] = {
+            callWith(canvas, &pl_gfx_Canvas_FillRect),
+            callWith(canvas, &pl_gfx_Canvas_ClearRect),
+            callWith(canvas, &pl_gfx_Canvas_DrawRect),
+            callWith(canvas, &pl_gfx_Canvas_SetClip),
+            callWith(canvas, &pl_gfx_Canvas_GetClip),
+            callWith(canvas, &pl_gfx_Canvas_GetColor),
+            callWith(canvas, &pl_gfx_Canvas_DrawText),
+            pl_gfx_Canvas_GetSize(canvas, &size, nullptr),
+            pl_gfx_Canvas_ComposeScaled(canvas, canvas, nullptr, &kRect),
+            pl_gfx_Canvas_ComposeScaled(canvas, canvas, &kRect, nullptr),
+        };
+        for (const int32_t& status : statuses)
+            EXPECT_EQ(status, e_pl_status_invalid_argument) << &status - statuses;
     });
 }
 
 TEST(Handles, AreOfOneKind) {
-    const Station station;
-    station.expectQuiet([] {
-        const uint32_t canvas = newCanvas();
-        const uint32_t font = newFont();
-        unsigned int store = 0;
-        EXPECT_EQ(pl_persistent_GetPersistent(&store, "c"), e_pl_status_ok);
+    expectQuiet([] {
+        const uint32_t canvas = newCanvas(10, 10);
+        const uint32_t font = newFont(20);
+        const uint32_t store = storeOf("c");
         std::string value;
-        for (const uint32_t other : {font, store}) {
-            EXPECT_EQ(pl_gfx_Canvas_FillRect(other, &kRect), e_pl_status_invalid_handle);
-            EXPECT_EQ(pl_gfx_Canvas_Compose(canvas, other, 0, 0, nullptr),
-                      e_pl_status_invalid_handle);
-            EXPECT_EQ(pl_gfx_ReleaseCanvas(other), e_pl_status_invalid_handle);
-        }
-        EXPECT_EQ(pl_gfx_Canvas_SetFont(canvas, canvas), e_pl_status_invalid_handle);
-        EXPECT_EQ(pl_gfx_ReleaseFont(canvas), e_pl_status_invalid_handle);
-        EXPECT_EQ(pl_persistent_GetValue(canvas, "k", value), e_pl_status_invalid_handle);
+        const int32_t statuses[] = {
+            pl_gfx_Canvas_FillRect(font, &kRect),
+            pl_gfx_Canvas_FillRect(store, &kRect),
+            pl_gfx_Canvas_Compose(canvas, font, 0, 0, nullptr),
+            pl_gfx_Canvas_Compose(canvas, store, 0, 0, nullptr),
+            pl_gfx_ReleaseCanvas(font),
+            pl_gfx_ReleaseCanvas(store),
+            pl_gfx_Canvas_SetFont(canvas, canvas),
+            pl_gfx_ReleaseFont(canvas),
+            pl_persistent_GetValue(canvas, "k", value),
+        };
+        for (const int32_t& status : statuses)
+            EXPECT_EQ(status, e_pl_status_invalid_handle) << &status - statuses;
         EXPECT_EQ(pl_gfx_Canvas_SetFont(canvas, font), e_pl_status_ok);
         EXPECT_EQ(pl_gfx_Canvas_FillRect(canvas, &kRect), e_pl_status_ok);
     });
 }
 
 TEST(Handles, ReleasedOnesAreStale) {
-    const Station station;
-    station.expectQuiet([] {
-        const uint32_t canvas = newCanvas();
+    expectQuiet([] {
+        const uint32_t canvas = newCanvas(10, 10);
         EXPECT_EQ(pl_gfx_ReleaseCanvas(canvas), e_pl_status_ok);
         EXPECT_EQ(pl_gfx_ReleaseCanvas(canvas), e_pl_status_invalid_handle);
         EXPECT_EQ(pl_gfx_Canvas_FillRect(canvas, &kRect), e_pl_status_invalid_handle);
@@ -116,18 +99,17 @@ TEST(Handles, ReleasedOnesAreStale) {
         uint32_t h = 7;
         EXPECT_EQ(pl_gfx_Canvas_GetSize(canvas, &w, &h), e_pl_status_invalid_handle);
         EXPECT_EQ(w, 7U);
-        EXPECT_NE(newCanvas(), canvas);
+        EXPECT_NE(newCanvas(10, 10), canvas);
     });
 }
 
 TEST(Handles, FontThatIsReleasedWhileSetTakesTextAway) {
-    const Station station;
-    station.expectQuiet([] {
-        const uint32_t canvas = newCanvas();
+    expectQuiet([] {
+        const uint32_t canvas = newCanvas(10, 10);
         uint32_t w = 0;
         uint32_t h = 0;
         EXPECT_EQ(pl_gfx_Canvas_MeasureText(canvas, "x", &w, &h), e_pl_status_wrong_state);
-        const uint32_t font = newFont();
+        const uint32_t font = newFont(20);
         pl_gfx_Canvas_SetFont(canvas, font);
         EXPECT_EQ(pl_gfx_Canvas_MeasureText(canvas, "x", &w, &h), e_pl_status_ok);
         EXPECT_GT(w, 0U);
@@ -152,8 +134,7 @@ TEST(Handles, TargetIsOneUntilReleasedAndKeepsItsPixels) {
         EXPECT_EQ(w, 1280U);
         EXPECT_EQ(h, 720U);
         pl_gfx_Canvas_SetColor(first, {1, 2, 3, 4});
-        s_pl_gfx_vram_stats before{};
-        pl_gfx_GetVRAMStats(&before);
+        const int32_t used = videoMemory().used;
 
         EXPECT_EQ(pl_gfx_ReleaseCanvas(first), e_pl_status_ok);
         EXPECT_EQ(pl_gfx_Canvas_Flush(first, nullptr), e_pl_status_invalid_handle);
@@ -162,9 +143,7 @@ TEST(Handles, TargetIsOneUntilReleasedAndKeepsItsPixels) {
         s_pl_gfx_color color{};
         pl_gfx_Canvas_GetColor(second, &color);
         EXPECT_EQ(color.r, 255);
-        s_pl_gfx_vram_stats after{};
-        pl_gfx_GetVRAMStats(&after);
-        EXPECT_EQ(after.used, before.used);
+        EXPECT_EQ(videoMemory().used, used);
     });
 }
 

@@ -9,13 +9,12 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "device/Station.h"
-#include "porting/pl_functions.h"
+#include "device/handles.h"
 
 namespace {
 
@@ -35,16 +34,12 @@ e_pl_platform_runtime_state state() {
 }
 
 void storeValue(const std::string& value) {
-    unsigned int store = 0;
-    EXPECT_EQ(pl_persistent_GetPersistent(&store, "context"), e_pl_status_ok);
-    EXPECT_EQ(pl_persistent_SetValue(store, "key", value), e_pl_status_ok);
+    EXPECT_EQ(pl_persistent_SetValue(storeOf("context"), "key", value), e_pl_status_ok);
 }
 
 std::string storedValue() {
-    unsigned int store = 0;
     std::string value;
-    EXPECT_EQ(pl_persistent_GetPersistent(&store, "context"), e_pl_status_ok);
-    EXPECT_EQ(pl_persistent_GetValue(store, "key", value), e_pl_status_ok);
+    EXPECT_EQ(pl_persistent_GetValue(storeOf("context"), "key", value), e_pl_status_ok);
     return value;
 }
 
@@ -61,8 +56,7 @@ TEST(Platform, PropertiesAreTheDefaultsAndThoseOfTheConfiguration) {
 }
 
 TEST(Platform, StatesAndSwitchesAreKept) {
-    const Station station;
-    station.expectQuiet([] {
+    expectQuiet([] {
         EXPECT_EQ(state(), e_pl_platform_runtime_state_running);
         EXPECT_EQ(pl_platform_SetRuntimeState(e_pl_platform_runtime_state_overlay), 0);
         EXPECT_EQ(pl_platform_SetRuntimeState(static_cast<e_pl_platform_runtime_state>(6)),
@@ -80,34 +74,28 @@ TEST(Platform, StatesAndSwitchesAreKept) {
     });
 }
 
-TEST(Platform, ExitIsOrderlyAndImmediate) {
-    Station station;
-    station.setVariable("QUIRAVENT_SCREENSHOT", station / "screen.png");
-    const ChildOutcome outcome = station.run([] {
-        // What would come later, or never, were it waited for.
-        std::atexit([] { std::abort(); });
-        properties();
-        storeValue("kept");
-        pl_platform_Exit();
-        std::abort();
-    });
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.errors, "");
-    EXPECT_TRUE(std::filesystem::exists(station / "screen.png"));
-    station.expectQuiet([] { EXPECT_EQ(storedValue(), "kept"); });
-}
-
-TEST(Platform, RestartIsLeftToTheLauncherWhereThereIsOne) {
-    Station station;
-    station.setVariable("QUIRAVENT_LAUNCHER", "1");
-    const ChildOutcome outcome = station.run([] {
-        storeValue("kept");
-        pl_platform_Restart();
-        std::abort();
-    });
-    ASSERT_TRUE(WIFEXITED(outcome.status));
-    EXPECT_EQ(WEXITSTATUS(outcome.status), 83);
-    station.expectQuiet([] { EXPECT_EQ(storedValue(), "kept"); });
+TEST(Platform, ExitAndRestartAreOrderlyAndImmediate) {
+    // A restart is left to the launcher where there is one.
+    const std::pair<int32_t (*)(), int> cases[] = {{pl_platform_Exit, 0},
+                                                   {pl_platform_Restart, 83}};
+    for (const auto& [end, code] : cases) {
+        Station station;
+        station.setVariable("QUIRAVENT_LAUNCHER", "1");
+        station.setVariable("QUIRAVENT_SCREENSHOT", station / "screen.png");
+        const ChildOutcome outcome = station.run([end = end] {
+            // What would come later, or never, were it waited for.
+            std::atexit([] { std::abort(); });
+            properties();
+            storeValue("kept");
+            end();
+            std::abort();
+        });
+        ASSERT_TRUE(WIFEXITED(outcome.status));
+        EXPECT_EQ(WEXITSTATUS(outcome.status), code);
+        EXPECT_EQ(outcome.errors, "");
+        EXPECT_TRUE(std::filesystem::exists(station / "screen.png"));
+        station.expectQuiet([] { EXPECT_EQ(storedValue(), "kept"); });
+    }
 }
 
 TEST(Platform, SignalThatEndsTheProcessDoesSoAfterAnOrderlyEnd) {
@@ -134,8 +122,7 @@ TEST(Platform, SignalThatEndsTheProcessDoesSoAfterAnOrderlyEnd) {
 }
 
 TEST(Platform, SignalThatIsHandledOrIgnoredIsLeftAlone) {
-    const Station station;
-    station.expectQuiet([] {
+    expectQuiet([] {
         static volatile sig_atomic_t handled = 0;
         signal(SIGHUP, SIG_IGN);
         struct sigaction handle = {};

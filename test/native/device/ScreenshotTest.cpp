@@ -12,15 +12,9 @@
 
 #include "common/PngFile.h"
 #include "device/Station.h"
-#include "porting/pl_functions.h"
+#include "device/handles.h"
 
 namespace {
-
-uint32_t target() {
-    uint32_t handle = 0;
-    EXPECT_EQ(pl_gfx_GetTargetCanvas(&handle), e_pl_status_ok);
-    return handle;
-}
 
 void fill(uint32_t canvas, s_pl_gfx_color color, const s_pl_gfx_rect& rect) {
     EXPECT_EQ(pl_gfx_Canvas_SetColor(canvas, color), e_pl_status_ok);
@@ -31,33 +25,12 @@ constexpr s_pl_gfx_color kRed{255, 0, 0, 255};
 constexpr s_pl_gfx_color kGreen{0, 255, 0, 255};
 constexpr s_pl_gfx_rect kScreen{0, 0, 1280, 720};
 
-TEST(Screenshot, ShowsWhatWasFlushedWhenTheProcessEnds) {
-    Station station;
-    station.setVariable("QUIRAVENT_SCREENSHOT", station / "end.png");
-    station.expectQuiet([] {
-        const uint32_t canvas = target();
-        fill(canvas, kRed, kScreen);
-        const s_pl_gfx_rect left{0, 0, 100, 720};
-        EXPECT_EQ(pl_gfx_Canvas_Flush(canvas, &left), e_pl_status_ok);
-        fill(canvas, kGreen, kScreen);
-        const s_pl_gfx_rect beyond{1270, 0xffffffff, 0xffffffff, 11};
-        EXPECT_EQ(pl_gfx_Canvas_Flush(canvas, &beyond), e_pl_status_ok);
-    });
-    const PngFile picture(station / "end.png");
-    EXPECT_EQ(picture.rgba(99, 719), 0xff0000ffU);
-    EXPECT_EQ(picture.rgba(100, 0), 0x000000ffU);
-    EXPECT_EQ(picture.rgba(1270, 9), 0x00ff00ffU);
-    EXPECT_EQ(picture.rgba(1270, 10), 0x000000ffU);
-    EXPECT_EQ(picture.rgba(1269, 0), 0x000000ffU);
-}
-
 TEST(Screenshot, HasEachFrameAndNoneForOtherFlushes) {
     Station station;
     station.setVariable("QUIRAVENT_SCREENSHOT", station / "frame%d.png");
     station.expectQuiet([&] {
         const uint32_t screen = target();
-        uint32_t offScreen = 0;
-        EXPECT_EQ(pl_gfx_CreateCanvas(1280, 720, &offScreen), e_pl_status_ok);
+        const uint32_t offScreen = newCanvas(1280, 720);
         fill(offScreen, kGreen, kScreen);
         EXPECT_EQ(pl_gfx_Canvas_Flush(offScreen, nullptr), e_pl_status_ok);
         const s_pl_gfx_rect empty{5, 5, 0, 9};
@@ -68,9 +41,13 @@ TEST(Screenshot, HasEachFrameAndNoneForOtherFlushes) {
         EXPECT_EQ(pl_gfx_Canvas_Compose(screen, offScreen, 0xffffffff, 0, nullptr), e_pl_status_ok);
         EXPECT_EQ(pl_gfx_ReleaseCanvas(screen), e_pl_status_ok);
         EXPECT_EQ(pl_gfx_Canvas_Flush(target(), nullptr), e_pl_status_ok);
-        EXPECT_EQ(PngFile(station / "frame1.png").rgba(0, 0), 0x000000ffU);
-        EXPECT_EQ(PngFile(station / "frame2.png").rgba(1278, 0), 0x00ff00ffU);
-        EXPECT_EQ(PngFile(station / "frame2.png").rgba(1279, 0), 0x000000ffU);
+        const PngFile first(station / "frame1.png");
+        EXPECT_EQ(first.width(), 1280U);
+        EXPECT_EQ(first.height(), 720U);
+        EXPECT_EQ(first.rgba(0, 0), 0x000000ffU);
+        const PngFile second(station / "frame2.png");
+        EXPECT_EQ(second.rgba(1278, 719), 0x00ff00ffU);
+        EXPECT_EQ(second.rgba(1279, 719), 0x000000ffU);
         EXPECT_FALSE(std::filesystem::exists(station / "frame3.png"));
     });
 }
@@ -80,38 +57,38 @@ TEST(Screenshot, TextAndShapesReachTheScreen) {
     station.setVariable("QUIRAVENT_SCREENSHOT", station / "text.png");
     station.expectQuiet([] {
         const uint32_t canvas = target();
-        uint32_t font = 0;
-        EXPECT_EQ(pl_gfx_LoadFont(TEST_FONT, 100, &font), e_pl_status_ok);
-        EXPECT_EQ(pl_gfx_Canvas_SetFont(canvas, font), e_pl_status_ok);
-        EXPECT_EQ(pl_gfx_Canvas_SetTextAlign(canvas, 1, 2), e_pl_status_ok);
-        EXPECT_EQ(pl_gfx_Canvas_SetTextAlign(canvas, 3, 0), e_pl_status_invalid_argument);
-        EXPECT_EQ(pl_gfx_Canvas_SetTextAlign(canvas, 0, 4), e_pl_status_invalid_argument);
-        // A text that is turned by a right angle about its centre stands upright there.
-        EXPECT_EQ(pl_gfx_Canvas_SetRotation(canvas, 90), e_pl_status_ok);
-        EXPECT_EQ(pl_gfx_Canvas_DrawText(canvas, 640, 360, "\xe2\x96\x88\xe2\x96\x88\xe2\x96\x88"),
-                  e_pl_status_ok);
-        // So does one that would lie beyond the screen for the most part.
-        EXPECT_EQ(pl_gfx_Canvas_SetTextAlign(canvas, 0, 2), e_pl_status_ok);
-        EXPECT_EQ(pl_gfx_Canvas_DrawText(canvas, 1200, 360, "\xe2\x96\x88\xe2\x96\x88\xe2\x96\x88"),
-                  e_pl_status_ok);
+        const char* const text = "\xe2\x96\x88\xe2\x96\x88\xe2\x96\x88";
         const double notANumber = std::nan("");
-        EXPECT_EQ(pl_gfx_Canvas_DrawEllipse(canvas, 0, 100, 100, 50, 50, notANumber, 1),
-                  e_pl_status_ok);
-        EXPECT_EQ(pl_gfx_Canvas_DrawEllipse(canvas, 2, 0, 0, 9, 9, 0, 1),
-                  e_pl_status_invalid_argument);
-        EXPECT_EQ(pl_gfx_Canvas_SetOpacity(canvas, notANumber), e_pl_status_invalid_argument);
-        EXPECT_EQ(pl_gfx_Canvas_SetPorterDuff(canvas, static_cast<e_pl_fgx_porter_duff>(12)),
-                  e_pl_status_invalid_argument);
+        const int32_t done[] = {
+            pl_gfx_Canvas_SetFont(canvas, newFont(100)),
+            pl_gfx_Canvas_SetRotation(canvas, -1e300),
+            // A text that is turned by a right angle about its centre stands upright there.
+            pl_gfx_Canvas_SetTextAlign(canvas, 1, 2),
+            pl_gfx_Canvas_SetRotation(canvas, 90),
+            pl_gfx_Canvas_DrawText(canvas, 640, 360, text),
+            // So does one that would lie beyond the screen for the most part.
+            pl_gfx_Canvas_SetTextAlign(canvas, 0, 2),
+            pl_gfx_Canvas_DrawText(canvas, 1200, 360, text),
+            pl_gfx_Canvas_DrawEllipse(canvas, 0, 100, 100, 50, 50, notANumber, 1),
+        };
+        for (const int32_t& status : done) EXPECT_EQ(status, e_pl_status_ok) << &status - done;
+        const int32_t refused[] = {
+            pl_gfx_Canvas_SetTextAlign(canvas, 3, 0),
+            pl_gfx_Canvas_SetTextAlign(canvas, 0, 4),
+            pl_gfx_Canvas_SetRotation(canvas, notANumber),
+            pl_gfx_Canvas_SetRotation(canvas, HUGE_VAL),
+            pl_gfx_Canvas_SetOpacity(canvas, notANumber),
+            pl_gfx_Canvas_SetPorterDuff(canvas, static_cast<e_pl_fgx_porter_duff>(12)),
+            pl_gfx_Canvas_DrawEllipse(canvas, 2, 0, 0, 9, 9, 0, 1),
+        };
+        for (const int32_t& status : refused)
+            EXPECT_EQ(status, e_pl_status_invalid_argument) << &status - refused;
         pl_gfx_Canvas_Flush(canvas, nullptr);
     });
     const PngFile picture(station / "text.png");
-    EXPECT_EQ(picture.rgba(640, 360), 0xffffffffU);
-    EXPECT_EQ(picture.rgba(640, 260), 0xffffffffU);
-    EXPECT_EQ(picture.rgba(740, 360), 0x000000ffU);
-    EXPECT_EQ(picture.rgba(1275, 460), 0xffffffffU);
-    EXPECT_EQ(picture.rgba(1210, 360), 0x000000ffU);
-    EXPECT_EQ(picture.rgba(100, 60), 0xffffffffU);
-    EXPECT_EQ(picture.rgba(100, 140), 0xffffffffU);
+    const int white[][2] = {{640, 360}, {640, 260}, {1275, 460}, {100, 60}, {100, 140}};
+    for (const auto& at : white) EXPECT_EQ(picture.rgba(at[0], at[1]), 0xffffffffU) << at[0];
+    for (const int x : {740, 1210}) EXPECT_EQ(picture.rgba(x, 360), 0x000000ffU) << x;
 }
 
 TEST(ProcessEnd, IsOrderlyWhileThreadsAreInsideTheDevice) {

@@ -36,3 +36,6 @@ class Station {
     TemporaryFolder m_folder;
     std::map<std::string, std::string> m_variables;
 };
+
+/// The same in a station of which nothing else is wanted.
+inline void expectQuiet(const std::function<void()>& body) { Station().expectQuiet(body); }

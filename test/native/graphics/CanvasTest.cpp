@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -13,7 +14,48 @@ namespace {
 constexpr uint32_t kBackground = 0xFF204060;
 constexpr Color kHalfRed{255, 0, 0, 128};
 
-uint32_t minus(uint32_t value) { return 0U - value; }
+constexpr Rect kAll{0, 0, 20, 20};
+
+constexpr uint32_t minus(uint32_t value) { return 0U - value; }
+
+using Draw = std::function<void(Canvas&)>;
+
+/// What draws on every pixel of a surface of 20 by 20.
+std::vector<Draw> drawsOnAll() {
+    static const auto opaque = newSurface(20, 20, 0xFFFFFFFF);
+    static const auto translucent = newSurface(20, 20, 0x80402010);
+    static const std::vector<uint8_t> bytes(400, 255);
+    static const CoverageMask mask{0, 0, 20, 20, 20, bytes.data()};
+    static constexpr Rect kBeyond{minus(5), minus(5), 90, 90};
+    static constexpr Rect kFarBeyond{minus(30), minus(30), 80, 80};
+    return {
+        [](Canvas& c) { c.fillRect(kAll); },
+        [](Canvas& c) { c.drawEllipse(EllipseStyle::fill, 10, 10, 90, 90, 0, 360); },
+        [](Canvas& c) { c.compose(*opaque, 0, 0); },
+        [](Canvas& c) { c.compose(*translucent, 0, 0); },
+        [](Canvas& c) { c.composeScaled(*opaque, kBeyond); },
+        [](Canvas& c) { c.drawMasks(&mask, 1, toBox(kAll)); },
+        [](Canvas& c) {
+            c.setRotation(45);
+            c.composeScaled(*opaque, kFarBeyond);
+        },
+    };
+}
+
+/// The same, and what draws on some of them.
+std::vector<Draw> allDraws() {
+    static const auto source = newSurface(20, 20, 0xFF402010);
+    static constexpr Rect kCorner{19, 19, 1, 1};
+    static constexpr Rect kInner{1, 1, 5, 5};
+    std::vector<Draw> draws = drawsOnAll();
+    draws.emplace_back([](Canvas& c) { c.fillRect(kCorner); });
+    draws.emplace_back([](Canvas& c) { c.drawLine(1, 2, 17, 9); });
+    draws.emplace_back(
+        [](Canvas& c) { c.drawEllipse(EllipseStyle::outline, 10, 10, 9, 9, 0, 360); });
+    draws.emplace_back([](Canvas& c) { c.compose(*source, 18, 18); });
+    draws.emplace_back([](Canvas& c) { c.composeScaled(*source, kInner); });
+    return draws;
+}
 
 /// How many pixels of a fresh surface of 20 by 20 an operation changes, and of what they become.
 struct Changes {
@@ -21,7 +63,7 @@ struct Changes {
     uint32_t pixel = 0;
 };
 
-Changes changesOf(const std::function<void(Canvas&)>& draw) {
+Changes changesOf(const Draw& draw) {
     const auto surface = newSurface(20, 20, kBackground);
     Canvas canvas(surface);
     canvas.setColor(kHalfRed);
@@ -33,15 +75,6 @@ Changes changesOf(const std::function<void(Canvas&)>& draw) {
         changes.pixel = pixel;
     }
     return changes;
-}
-
-TEST(Canvas, StartsInOpaqueWhiteOnAllOfTheSurface) {
-    const auto surface = newSurface(5, 3);
-    Canvas canvas(surface);
-    canvas.fillRect({0, 0, 100, 100});
-    EXPECT_EQ(pixelsOf(*surface), std::vector<uint32_t>(15, 0xFFFFFFFF));
-    EXPECT_EQ(canvas.clip().width, 5U);
-    EXPECT_EQ(canvas.color().alpha, 255);
 }
 
 TEST(Canvas, PaintsRectanglesOnPixelsOnceEach) {
@@ -61,53 +94,31 @@ TEST(Canvas, PaintsRectanglesOnPixelsOnceEach) {
         {{0x80000000, 0x80000000, 0xFFFFFFFF, 0xFFFFFFFF}, 400, 0},
         {{0x7FFFFFFF, 0x7FFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}, 0, 0},
     };
+    const auto expectPainted = [&](const Draw& draw, int count) {
+        const Changes changes = changesOf(draw);
+        EXPECT_EQ(changes.count, count);
+        EXPECT_EQ(changes.pixel, count > 0 ? kBlended : 0);
+    };
     for (const auto& c : cases) {
-        const Changes filled = changesOf([&](Canvas& canvas) { canvas.fillRect(c.rect); });
-        const Changes outlined = changesOf([&](Canvas& canvas) { canvas.drawRect(c.rect); });
-        EXPECT_EQ(filled.count, c.filled) << c.rect.x << "," << c.rect.width;
-        EXPECT_EQ(outlined.count, c.outlined) << c.rect.x << "," << c.rect.width;
-        EXPECT_EQ(filled.pixel, c.filled > 0 ? kBlended : 0);
-        EXPECT_EQ(outlined.pixel, c.outlined > 0 ? kBlended : 0);
+        SCOPED_TRACE(&c - cases);
+        expectPainted([&](Canvas& canvas) { canvas.fillRect(c.rect); }, c.filled);
+        expectPainted([&](Canvas& canvas) { canvas.drawRect(c.rect); }, c.outlined);
     }
 }
 
 TEST(Canvas, DrawsWithinTheClipAndReportsItAsSet) {
-    const auto source = newSurface(20, 20, 0xFFFFFFFF);
-    const std::vector<uint8_t> bytes(400, 255);
-    const CoverageMask mask{0, 0, 20, 20, 20, bytes.data()};
-    const std::function<void(Canvas&)> draws[] = {
-        [](Canvas& c) {
-            c.fillRect({0, 0, 20, 20});
-        },
-        [](Canvas& c) {
-            c.clearRect({0, 0, 20, 20});
-        },
-        [](Canvas& c) { c.drawEllipse(EllipseStyle::fill, 10, 10, 90, 90, 0, 360); },
-        [&](Canvas& c) { c.compose(*source, 0, 0); },
-        [&](Canvas& c) {
-            c.composeScaled(*source, {minus(5), minus(5), 90, 90});
-        },
-        [&](Canvas& c) {
-            c.drawMasks(&mask, 1, {0, 0, 20, 20});
-        },
-        [&](Canvas& c) {
-            c.setRotation(45);
-            c.composeScaled(*source, {minus(30), minus(30), 80, 80});
-        },
-    };
-    for (const auto& draw : draws) {
-        const Changes changes = changesOf([&](Canvas& canvas) {
-            canvas.setClip({16, minus(2), 50, 5});
-            draw(canvas);
-            EXPECT_EQ(canvas.clip().y, minus(2));
-            EXPECT_EQ(canvas.clip().width, 50U);
-        });
-        EXPECT_EQ(changes.count, 4 * 3);
-        const auto nowhere = [&](Canvas& canvas) {
-            canvas.setClip({30, 0, 10, 10});
-            draw(canvas);
+    std::vector<Draw> draws = drawsOnAll();
+    draws.emplace_back([](Canvas& c) { c.clearRect(kAll); });
+    for (const Draw& draw : draws) {
+        const auto changesIn = [&](const Rect& clip) {
+            return changesOf([&](Canvas& canvas) {
+                canvas.setClip(clip);
+                draw(canvas);
+                EXPECT_EQ(toBox(canvas.clip()), toBox(clip));
+            });
         };
-        EXPECT_EQ(changesOf(nowhere).count, 0);
+        EXPECT_EQ(changesIn({16, minus(2), 50, 5}).count, 4 * 3);
+        EXPECT_EQ(changesIn({30, 0, 10, 10}).count, 0);
     }
 }
 
@@ -142,68 +153,33 @@ TEST(Canvas, HoldsOpacityToItsRange) {
     EXPECT_EQ(pixelAt(-1), 0U);
 }
 
-TEST(Canvas, TakesUnknownModesAsSourceOver) {
-    for (const uint32_t code : {0U, 1U, 12U, 0xFFFFFFFFU}) {
-        EXPECT_EQ(changesOf([&](Canvas& canvas) {
-                      canvas.setPorterDuff(11);
-                      canvas.setPorterDuff(code);
-                      canvas.fillRect({0, 0, 1, 1});
-                  }).pixel,
-                  0xFF902030U);
-    }
-}
-
-TEST(Canvas, ClearsWhateverIsSet) {
-    const Changes changes = changesOf([](Canvas& canvas) {
-        canvas.setOpacity(0);
-        canvas.setPorterDuff(7);
-        canvas.clearRect({5, 5, 3, 3});
-        EXPECT_FALSE(canvas.surface()->isOpaque());
-    });
-    EXPECT_EQ(changes.count, 9);
-    EXPECT_EQ(changes.pixel, 0U);
-}
-
 /// The flag must never claim too much, in any mode and for any operation.
 TEST(Canvas, KnowsWhenTheSurfaceIsOpaque) {
-    const auto opaque = newSurface(8, 8, 0xFF808080);
-    const auto translucent = newSurface(8, 8, 0x80404040);
-    const std::function<void(Canvas&)> draws[] = {
-        [](Canvas& c) {
-            c.fillRect({0, 0, 8, 8});
-        },
-        [](Canvas& c) { c.drawEllipse(EllipseStyle::fill, 4, 4, 3, 3, 0, 360); },
-        [&](Canvas& c) { c.compose(*opaque, 0, 0); },
-        [&](Canvas& c) { c.compose(*translucent, 0, 0); },
-        [&](Canvas& c) {
-            c.composeScaled(*opaque, {minus(1), minus(1), 16, 16});
-        },
-        [&](Canvas& c) {
-            c.composeScaled(*opaque, {1, 1, 5, 5});
-        },
+    const auto check = [](const Draw& draw, uint32_t mode, uint32_t background, double opacity) {
+        const auto surface = newSurface(20, 20, background);
+        const uint64_t before = surface->generation();
+        Canvas canvas(surface);
+        canvas.setPorterDuff(mode);
+        canvas.setOpacity(opacity);
+        draw(canvas);
+        const std::vector<uint32_t> pixels = pixelsOf(*surface);
+        const bool isOpaque = std::all_of(pixels.begin(), pixels.end(),
+                                          [](uint32_t pixel) { return pixel >> 24 == 255; });
+        EXPECT_GT(surface->generation(), before);
+        EXPECT_FALSE(surface->isOpaque() && !isOpaque) << "mode " << mode;
     };
-    for (uint32_t mode = 1; mode < 12; ++mode) {
-        for (const auto& draw : draws) {
+    std::vector<Draw> draws = allDraws();
+    draws.emplace_back([](Canvas& c) { c.clearRect({5, 5, 3, 3}); });
+    for (const Draw& draw : draws) {
+        for (uint32_t mode = 1; mode < 12; ++mode) {
             for (const uint32_t background : {kBackground, 0x40202020U, 0U}) {
-                for (const double opacity : {1.0, 0.5}) {
-                    const auto surface = newSurface(8, 8, background);
-                    const uint64_t before = surface->generation();
-                    Canvas canvas(surface);
-                    canvas.setPorterDuff(mode);
-                    canvas.setOpacity(opacity);
-                    draw(canvas);
-                    bool allOpaque = true;
-                    for (const uint32_t pixel : pixelsOf(*surface)) {
-                        allOpaque = allOpaque && pixel >> 24 == 255;
-                    }
-                    EXPECT_GT(surface->generation(), before);
-                    EXPECT_FALSE(surface->isOpaque() && !allOpaque) << "mode " << mode;
-                }
+                check(draw, mode, background, 1);
+                check(draw, mode, background, 0.5);
             }
         }
     }
     const auto surface = newSurface(8, 8);
-    Canvas(surface).compose(*opaque, 0, 0);
+    Canvas(surface).compose(*newSurface(8, 8, 0xFF808080), 0, 0);
     EXPECT_TRUE(surface->isOpaque());
 }
 
@@ -223,28 +199,34 @@ TEST(Canvas, ComposesThePartThatExists) {
 
 TEST(Canvas, ComposesItselfAsItWasBefore) {
     const int moves[][2] = {{3, 0}, {-3, 0}, {0, 2}, {0, -2}, {4, 3}, {-4, 3}, {4, -3}, {0, 0}};
-    for (const double degrees : {0.0, 30.0}) {
+    constexpr Rect kPart{2, 2, 20, 20};
+    const auto copyOf = [](const Surface& source) {
+        auto copy = newSurface(24, 24);
+        Canvas(copy).compose(source, 0, 0);
+        return copy;
+    };
+    const auto check = [&](const Rect& place, double degrees, double opacity) {
+        const auto surface = newSurface(24, 24);
+        RandomPixels().fill(*surface, false);
+        const auto copy = copyOf(*surface);
+        const auto wanted = copyOf(*surface);
+        const auto draw = [&](Canvas&& canvas, const Surface& source) {
+            canvas.setRotation(degrees);
+            canvas.setOpacity(opacity);
+            canvas.composeScaled(source, place, &kPart);
+        };
+        draw(Canvas(wanted), *copy);
+        draw(Canvas(surface), *surface);
+        ASSERT_EQ(pixelsOf(*surface), pixelsOf(*wanted))
+            << "to " << place.x << "," << place.y << " turned by " << degrees;
+    };
+    for (const auto& move : moves) {
         for (const uint32_t width : {20U, 27U}) {
-            for (const auto& move : moves) {
-                for (const double opacity : {1.0, 0.6}) {
-                    const auto surface = newSurface(24, 24);
-                    RandomPixels().fill(*surface, false);
-                    const auto copy = newSurface(24, 24);
-                    Canvas(copy).compose(*surface, 0, 0);
-                    const auto wanted = newSurface(24, 24);
-                    Canvas(wanted).compose(*surface, 0, 0);
-                    const Rect part{2, 2, 20, 20};
-                    const Rect place{static_cast<uint32_t>(2 + move[0]),
-                                     static_cast<uint32_t>(2 + move[1]), width, 20};
-                    const auto draw = [&](Canvas&& canvas, const Surface& source) {
-                        canvas.setRotation(degrees);
-                        canvas.setOpacity(opacity);
-                        canvas.composeScaled(source, place, &part);
-                    };
-                    draw(Canvas(wanted), *copy);
-                    draw(Canvas(surface), *surface);
-                    ASSERT_EQ(pixelsOf(*surface), pixelsOf(*wanted)) << move[0] << "," << move[1];
-                }
+            const Rect place{static_cast<uint32_t>(2 + move[0]), static_cast<uint32_t>(2 + move[1]),
+                             width, 20};
+            for (const double degrees : {0.0, 30.0}) {
+                check(place, degrees, 1);
+                check(place, degrees, 0.6);
             }
         }
     }
@@ -274,50 +256,33 @@ TEST(Canvas, DrawsPicturesOfAnySizeFromAnyPart) {
 
 /// A clear surface is left as it is, so it must be known when it isn't clear any more.
 TEST(Canvas, ClearsWhateverWasDrawnSinceTheLastTime) {
-    const auto source = newSurface(20, 20, 0x80402010);
-    const std::vector<uint8_t> bytes(400, 255);
-    const CoverageMask mask{0, 0, 20, 20, 20, bytes.data()};
-    const Rect all{0, 0, 20, 20};
-    const std::function<void(Canvas&)> draws[] = {
-        [](Canvas& c) {
-            c.fillRect({19, 19, 1, 1});
-        },
-        [](Canvas& c) { c.drawLine(1, 2, 17, 9); },
-        [](Canvas& c) { c.drawEllipse(EllipseStyle::outline, 10, 10, 9, 9, 0, 360); },
-        [&](Canvas& c) { c.compose(*source, 18, 18); },
-        [&](Canvas& c) {
-            c.composeScaled(*source, {minus(1), minus(1), 3, 3});
-        },
-        [&](Canvas& c) {
-            c.drawMasks(&mask, 1, {0, 0, 20, 20});
-        },
-        [&](Canvas& c) {
-            c.setRotation(30);
-            c.compose(*source, 0, 0);
-        },
-        [&](Canvas& c) {  // leaves all but a corner
-            c.fillRect(all);
-            c.setClip({0, 0, 5, 5});
-            c.clearRect(all);
-            c.setClip(all);
-        },
-        [&](Canvas& c) {
-            c.fillRect(all);
-            c.clearRect({0, 0, 20, 19});
-        },
-    };
+    std::vector<Draw> draws = allDraws();
+    draws.emplace_back([](Canvas& c) {  // leaves all but a corner
+        c.fillRect(kAll);
+        c.setClip({0, 0, 5, 5});
+        c.clearRect(kAll);
+        c.setClip(kAll);
+    });
+    draws.emplace_back([](Canvas& c) {
+        c.fillRect(kAll);
+        c.clearRect({0, 0, 20, 19});
+    });
     const auto surface = newSurface(20, 20);
     const std::vector<uint32_t> nothing(400);
-    for (const auto& draw : draws) {
+    for (const Draw& draw : draws) {
+        SCOPED_TRACE(&draw - draws.data());
         Canvas canvas(surface);
         draw(canvas);
         EXPECT_NE(pixelsOf(*surface), nothing);
-        canvas.clearRect(all);
-        EXPECT_EQ(pixelsOf(*surface), nothing) << &draw - draws;
+        // Whatever is set.
+        canvas.setOpacity(0);
+        canvas.setPorterDuff(7);
+        canvas.clearRect(kAll);
+        EXPECT_EQ(pixelsOf(*surface), nothing);
         const uint64_t before = surface->generation();
-        canvas.clearRect(all);
+        canvas.clearRect(kAll);
         canvas.clearRect({3, 4, 5, 6});
-        EXPECT_EQ(surface->generation(), before) << &draw - draws;
+        EXPECT_EQ(surface->generation(), before);
     }
 }
 

@@ -1,13 +1,13 @@
 #include "graphics/RowTeam.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <future>
 #include <mutex>
 #include <set>
 #include <vector>
+
+#include "common/ChildProcess.h"
 
 namespace quiravent::desktop::test {
 namespace {
@@ -76,15 +76,11 @@ TEST(RowTeam, IsAloneWhereThereIsNoOtherProcessorOrThreadAndOnceStopped) {
 TEST(RowTeam, IsAloneInAForkedProcess) {
     RowTeam team(2, 2);
     visits(team, 64, kLong);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const bool isWhole = visits(team, 64, kLong) == std::vector<int>(64, 1);
+    const ChildOutcome outcome = runInChild({}, [&] {
+        EXPECT_EQ(visits(team, 64, kLong), std::vector<int>(64, 1));
         team.stop();
-        ::_exit(isWhole ? 0 : 1);
-    }
-    int status = -1;
-    EXPECT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
+    });
+    EXPECT_EQ(outcome.status, 0);
 }
 
 }  // namespace

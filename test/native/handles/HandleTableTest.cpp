@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <set>
 #include <string>
-#include <thread>
 
 namespace quiravent::desktop {
 namespace {
@@ -27,10 +25,15 @@ TEST(HandleTable, RefusesForeignHandles) {
         EXPECT_EQ(canvases.remove(handle), nullptr) << handle;
     }
     EXPECT_EQ(fonts.find(canvas), nullptr);
-    EXPECT_EQ(*canvases.find(canvas), "canvas");
+    // In use it survives its release.
+    const auto inUse = canvases.find(canvas);
+    canvases.remove(canvas);
+    EXPECT_EQ(*inUse, "canvas");
+    EXPECT_EQ(inUse.use_count(), 1);
 }
 
 TEST(HandleTable, ReleasedHandleIsStaleAtOnceAndForALongTime) {
+    constexpr uint32_t kNextOfSlot = 1U << 20;
     Canvases table;
     std::set<uint32_t> seen;
     for (int i = 0; i < 200000; ++i) {
@@ -38,17 +41,11 @@ TEST(HandleTable, ReleasedHandleIsStaleAtOnceAndForALongTime) {
         ASSERT_NE(handle, 0U);
         ASSERT_TRUE(seen.insert(handle).second) << "reused after " << i;
         ASSERT_NE(table.remove(handle), nullptr);
-        ASSERT_EQ(table.find(handle), nullptr);
-        ASSERT_EQ(table.remove(handle), nullptr);
+        for (const uint32_t stale : {handle, handle + kNextOfSlot}) {
+            ASSERT_EQ(table.find(stale), nullptr);
+            ASSERT_EQ(table.remove(stale), nullptr);
+        }
     }
-}
-
-TEST(HandleTable, NextHandleOfASlotIsNotKnownBeforeItIsGiven) {
-    Canvases table;
-    const uint32_t first = table.insert(text("x"));
-    table.remove(first);
-    EXPECT_EQ(table.remove(first + (1U << 20)), nullptr);
-    EXPECT_EQ(table.find(first + (1U << 20)), nullptr);
 }
 
 TEST(HandleTable, FullTableGivesZeroUntilOneIsReleased) {
@@ -61,32 +58,6 @@ TEST(HandleTable, FullTableGivesZeroUntilOneIsReleased) {
     table.remove(last);
     EXPECT_NE(table.insert(object), 0U);
     EXPECT_EQ(table.insert(object), 0U);
-}
-
-TEST(HandleTable, ObjectInUseSurvivesItsRelease) {
-    Canvases table;
-    const uint32_t handle = table.insert(text("still here"));
-    const auto inUse = table.find(handle);
-    table.remove(handle);
-    EXPECT_EQ(*inUse, "still here");
-    EXPECT_EQ(inUse.use_count(), 1);
-}
-
-TEST(HandleTable, ThreadsShareIt) {
-    Canvases table;
-    const uint32_t kept = table.insert(text("kept"));
-    const auto work = [&] {
-        for (int i = 0; i < 2000; ++i) {
-            const uint32_t handle = table.insert(text("mine"));
-            ASSERT_EQ(*table.find(handle), "mine");
-            ASSERT_EQ(*table.find(kept), "kept");
-            ASSERT_NE(table.remove(handle), nullptr);
-        }
-    };
-    std::array<std::thread, 4> threads;
-    for (std::thread& thread : threads) thread = std::thread(work);
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(*table.find(kept), "kept");
 }
 
 }  // namespace

@@ -49,6 +49,7 @@ Bytes rgbaOf(const Picture& picture) {
 Bytes encodePng(PngShape shape, const Bytes& samples, spng_plte* palette, spng_trns* transparency) {
     const std::unique_ptr<spng_ctx, FreePng> context(spng_ctx_new(SPNG_CTX_ENCODER));
     spng_set_option(context.get(), SPNG_ENCODE_TO_BUFFER, 1);
+    spng_set_option(context.get(), SPNG_FILTER_CHOICE, shape.filter);
     spng_ihdr header{kWidth, kHeight, shape.depth, shape.colourType, 0, 0, 0};
     header.interlace_method = shape.interlaced ? SPNG_INTERLACE_ADAM7 : SPNG_INTERLACE_NONE;
     EXPECT_EQ(spng_set_ihdr(context.get(), &header), 0);

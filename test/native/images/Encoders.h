@@ -36,9 +36,10 @@ Colour fadingGradient(uint32_t x, uint32_t y);
 Bytes rgbaOf(const Picture& picture);
 
 struct PngShape {
-    uint8_t colourType;
-    uint8_t depth;
-    bool interlaced;
+    uint8_t colourType = SPNG_COLOR_TYPE_TRUECOLOR_ALPHA;
+    uint8_t depth = 8;
+    bool interlaced = false;
+    spng_filter_choice filter = SPNG_FILTER_CHOICE_ALL;
 };
 
 /// `samples` are packed rows as PNG stores them, those of 16 bits in native order. The palette and

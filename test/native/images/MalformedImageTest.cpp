@@ -80,11 +80,6 @@ TEST_F(MalformedImageTest, RefusesWhatIsNoPicture) {
     EXPECT_EQ(failureOf(Bytes(1000, 0)), reason);
 }
 
-void putBigEndian(Bytes& bytes, size_t at, uint32_t value, size_t count) {
-    for (size_t i = 0; i < count; ++i)
-        bytes[at + i] = static_cast<uint8_t>(value >> 8 * (count - 1 - i));
-}
-
 uint32_t crc32(const uint8_t* data, size_t size) {
     uint32_t crc = ~0U;
     for (size_t i = 0; i < size; ++i) {
@@ -188,9 +183,9 @@ TEST_F(MalformedImageTest, TakesLittleMemoryForWhatInflatesToMuch) {
 
 Bytes pngOfDeclaredSize(uint32_t side) {
     Bytes png = encodePng(gradient);
-    putBigEndian(png, 16, side, 4);
-    putBigEndian(png, 20, side, 4);
-    putBigEndian(png, 29, crc32(&png[12], 17), 4);
+    putBigEndian(png, 16, side);
+    putBigEndian(png, 20, side);
+    putBigEndian(png, 29, crc32(&png[12], 17));
     return png;
 }
 

@@ -1,12 +1,11 @@
-#include <gtest/gtest.h>
+#include "common/RecorderTest.h"
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "Recorder.h"
 #include "interfaces/Canvas.h"
 #include "interfaces/DemuxFilter.h"
 #include "interfaces/Font.h"
@@ -16,29 +15,15 @@ using namespace quiravent::recorder;
 
 namespace {
 
-class InterfacesTest : public testing::Test {
+class InterfacesTest : public RecorderTest {
   protected:
-    InterfacesTest() {
-        m_recorder.resetAnswers();
-        m_recorder.clear();
-    }
-
     std::vector<double> handlesPassedTo(const std::string& function) const {
         std::vector<double> handles;
-        for (const Call& call : m_recorder.callsFrom(0)) {
+        for (const Call& call : calls()) {
             if (call.fn == function) handles.push_back(call.args.front().number());
         }
-        std::sort(handles.begin(), handles.end());
         return handles;
     }
-
-    void refuse(const std::string& function, int32_t status) {
-        Behaviour behaviour;
-        behaviour.status = status;
-        m_recorder.answerOnce(function, behaviour);
-    }
-
-    Recorder& m_recorder = Recorder::instance();
 };
 
 std::string failureOf(const std::function<void()>& construct) {
@@ -53,23 +38,31 @@ std::string failureOf(const std::function<void()>& construct) {
 TEST_F(InterfacesTest, FailedConstructorsSayWhy) {
     const auto offscreen = e_GraphicServices_CanvasType_Offscreen;
     const auto target = e_GraphicServices_CanvasType_Target;
-    EXPECT_EQ(failureOf([&] { Canvas(0, 5, offscreen, 0); }),
-              "Canvas Canvas.cpp:87 :: Invalid dimensions (width=0, height=5)");
-    EXPECT_EQ(failureOf([&] { Canvas(65536, 65536, offscreen, 9); }),
-              "Canvas Canvas.cpp:87 :: Invalid dimensions (width=65536, height=65536)");
-    EXPECT_TRUE(m_recorder.callsFrom(0).empty());
-
-    refuse("pl_gfx_CreateCanvas", -3);
-    EXPECT_EQ(failureOf([&] { Canvas(7, 8, offscreen, 0); }),
-              "Canvas Canvas.cpp:104 :: pl_gfx_GetTargetCanvas(width=7,height=8,type=2) failed! "
-              "(err=-3)");
-    refuse("pl_gfx_GetTargetCanvas", 12);
-    EXPECT_EQ(failureOf([&] { Canvas(1280, 720, target, 0); }),
-              "Canvas Canvas.cpp:104 :: pl_gfx_GetTargetCanvas(width=1280,height=720,type=0) "
-              "failed! (err=12)");
-    refuse("pl_gfx_LoadFont", 5);
-    EXPECT_EQ(failureOf([] { Font("a/b.ttf", 300); }),
-              "Font Font.cpp:18 :: pl_gfx_LoadFont(path='a/b.ttf') failed! (err=5)");
+    const struct {
+        std::function<void()> construct;
+        const char* refusing;  ///< a function of the device; null: none is called
+        int32_t status;
+        const char* reason;
+    } cases[] = {
+        {[&] { Canvas(0, 5, offscreen, 0); }, nullptr, 0,
+         "Canvas Canvas.cpp:87 :: Invalid dimensions (width=0, height=5)"},
+        {[&] { Canvas(65536, 65536, offscreen, 9); }, nullptr, 0,
+         "Canvas Canvas.cpp:87 :: Invalid dimensions (width=65536, height=65536)"},
+        {[&] { Canvas(7, 8, offscreen, 0); }, "pl_gfx_CreateCanvas", -3,
+         "Canvas Canvas.cpp:104 :: pl_gfx_GetTargetCanvas(width=7,height=8,type=2) failed! "
+         "(err=-3)"},
+        {[&] { Canvas(1280, 720, target, 0); }, "pl_gfx_GetTargetCanvas", 12,
+         "Canvas Canvas.cpp:104 :: pl_gfx_GetTargetCanvas(width=1280,height=720,type=0) failed! "
+         "(err=12)"},
+        {[] { Font("a/b.ttf", 300); }, "pl_gfx_LoadFont", 5,
+         "Font Font.cpp:18 :: pl_gfx_LoadFont(path='a/b.ttf') failed! (err=5)"},
+    };
+    for (const auto& each : cases) {
+        m_recorder.clear();
+        if (each.refusing != nullptr) m_recorder.answerOnce(each.refusing, answering(each.status));
+        EXPECT_EQ(failureOf(each.construct), each.reason);
+        EXPECT_EQ(calls().empty(), each.refusing == nullptr);
+    }
     EXPECT_EQ(Canvas::s_target, nullptr);
 }
 
@@ -111,7 +104,7 @@ TEST_F(InterfacesTest, ThumbnailsAreAdoptedOrNull) {
     Canvas* thumbnail = nullptr;
     MediaPlayer(0).GetThumbnail(1, 2, 3, &thumbnail);
     EXPECT_EQ(thumbnail, nullptr);
-    EXPECT_TRUE(m_recorder.callsFrom(0).empty());
+    EXPECT_TRUE(calls().empty());
 
     MediaPlayer player(7);
     player.GetThumbnail(1000, 160, 90, &thumbnail);
@@ -120,16 +113,12 @@ TEST_F(InterfacesTest, ThumbnailsAreAdoptedOrNull) {
     EXPECT_FALSE(thumbnail->IsInvalid());
 
     // No canvas of that size; the device refuses; it succeeds without a canvas.
-    Behaviour empty;
-    empty.outputs = {{"canvas", 0.0}};
-    const std::function<void()> obstacles[] = {
-        [] {}, [&] { refuse("pl_media_UrlPlayer_GetThumbnail", 1); },
-        [&] { m_recorder.answerOnce("pl_media_UrlPlayer_GetThumbnail", empty); }};
-    for (const auto& prepare : obstacles) {
-        const bool isFirst = &prepare == &obstacles[0];
-        prepare();
+    const std::pair<unsigned, Behaviour> obstacles[] = {
+        {0, answering(0)}, {90, answering(1)}, {90, answering(0, {{"canvas", 0.0}})}};
+    for (const auto& [height, behaviour] : obstacles) {
+        m_recorder.answerOnce("pl_media_UrlPlayer_GetThumbnail", behaviour);
         Canvas* none = owned.get();
-        player.GetThumbnail(1000, 160, isFirst ? 0 : 90, &none);
+        player.GetThumbnail(1000, 160, height, &none);
         EXPECT_EQ(none, nullptr);
     }
 }

@@ -1,12 +1,10 @@
 // What players do that no script can reach.
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "Recorder.h"
+#include "common/RecorderTest.h"
 #include "interfaces/AdPlayer.h"
 #include "interfaces/MediaPlayer.h"
 #include "interfaces/MediaServices.h"
@@ -15,26 +13,7 @@ using namespace quiravent::recorder;
 
 namespace {
 
-class PlayersTest : public testing::Test {
-  protected:
-    PlayersTest() {
-        m_recorder.resetAnswers();
-        m_recorder.clear();
-    }
-
-    /// Prepares the status and the outputs of the next call of a function.
-    void answer(const std::string& function, int32_t status, Record outputs) {
-        Behaviour behaviour;
-        behaviour.status = status;
-        behaviour.outputs = std::move(outputs);
-        m_recorder.answerOnce(function, behaviour);
-    }
-
-    std::vector<Call> calls() const { return m_recorder.callsFrom(0); }
-
-  private:
-    Recorder& m_recorder = Recorder::instance();
-};
+using PlayersTest = RecorderTest;
 
 /// Calls all that both kinds of player have.
 template <class Player>
@@ -42,6 +21,9 @@ void callAllOf(Player& player) {
     s_pl_media_timeref records[10]{};
     s_pl_media_timeref* times = records;
     unsigned count = 10;
+    unsigned now = 1;
+    unsigned begin = 2;
+    unsigned end = 3;
     player.Start();
     player.Pause();
     player.Resume();
@@ -49,6 +31,8 @@ void callAllOf(Player& player) {
     player.Unload();
     player.SetVolume(100);
     player.GetBufferedTimes(&times, &count);
+    player.GetTime(&now, &begin, &end);
+    EXPECT_EQ((std::vector<unsigned>{now, begin, end}), (std::vector<unsigned>{1, 2, 3}));
     EXPECT_EQ(count, 10U);
 }
 
@@ -72,25 +56,10 @@ TEST_F(PlayersTest, WithoutAHandleReachNothing) {
     EXPECT_EQ(count, 10U);
 }
 
-template <class Player>
-std::vector<unsigned> timesOf(uint32_t handle) {
-    unsigned now = 1;
-    unsigned begin = 2;
-    unsigned end = 3;
-    Player(handle).GetTime(&now, &begin, &end);
-    return {now, begin, end};
-}
-
-TEST_F(PlayersTest, TellNothingWithoutAHandle) {
-    const std::vector<unsigned> untouched{1, 2, 3};
-    EXPECT_EQ(timesOf<MediaPlayer>(0), untouched);
-    EXPECT_EQ(timesOf<AdPlayer>(0), untouched);
-}
-
 TEST_F(PlayersTest, KeepTheirHandleAndHandStatusesBack) {
     MediaPlayer player(4294967295);
-    answer("pl_media_UrlPlayer_Unload", 3, {});
-    answer("pl_media_UrlPlayer_Start", -5, {});
+    m_recorder.answerOnce("pl_media_UrlPlayer_Unload", answering(3));
+    m_recorder.answerOnce("pl_media_UrlPlayer_Start", answering(-5));
     EXPECT_EQ(player.Unload(), 3);
     EXPECT_EQ(player.Start(), -5);
     for (const Call& call : calls()) EXPECT_EQ(call.args.front().number(), 4294967295.0);
@@ -114,7 +83,7 @@ TEST_F(PlayersTest, KnowFourKindsOfTrackByTheirWholeNames) {
 
 TEST_F(PlayersTest, TellTheErrorOfAnAdvertisementAlsoBesideANull) {
     for (const int32_t status : {0, 9}) {
-        answer("pl_media_CreateAdPlayer", status, {{"handle", 5.0}});
+        m_recorder.answerOnce("pl_media_CreateAdPlayer", answering(status, {{"handle", 5.0}}));
         auto error = static_cast<e_pl_ad_media_error>(77);
         const std::unique_ptr<AdPlayer> ad(MediaServices::GetAdPlayer("url", &error));
         EXPECT_EQ(ad != nullptr, status == 0);

@@ -116,17 +116,14 @@ TEST(Captions, AreSeenByBothStandardsFromTheDescribedPictureOn) {
         // CEA-608 has no more than 30 places in a second.
         const long grid = one.rate > 30 ? 2 : 1;
         const auto at608 = [&](double seconds) { return (at(seconds) + grid - 1) / grid * grid; };
-        const std::vector<Seen> shown608 = read608(data, one.rate);
-        ASSERT_EQ(shown608.size(), 3U) << one.rateText;
-        EXPECT_EQ(shown608[0], (Seen{"Olá, são ações|À NOITE", at608(2), at608(3)}))
-            << one.rateText;
-        EXPECT_EQ(shown608[1], (Seen{"õõ ♪", at608(3), at608(4)})) << one.rateText;
-        EXPECT_EQ(shown608[2], (Seen{"fim", at608(5), at608(5.5)})) << one.rateText;
-        const std::vector<Seen> shown708 = readAsDevice(data);
-        ASSERT_EQ(shown708.size(), 3U) << one.rateText;
-        EXPECT_EQ(shown708[0], (Seen{"Olá, são ações|À NOITE", at(2), at(3)})) << one.rateText;
-        EXPECT_EQ(shown708[1], (Seen{"õõ ♪", at(3), at(4)})) << one.rateText;
-        EXPECT_EQ(shown708[2], (Seen{"fim", at(5), at(5.5)})) << one.rateText;
+        SCOPED_TRACE(one.rateText);
+        EXPECT_EQ(read608(data, one.rate),
+                  (std::vector<Seen>{{"Olá, são ações|À NOITE", at608(2), at608(3)},
+                                     {"õõ ♪", at608(3), at608(4)},
+                                     {"fim", at608(5), at608(5.5)}}));
+        EXPECT_EQ(readAsDevice(data), (std::vector<Seen>{{"Olá, são ações|À NOITE", at(2), at(3)},
+                                                         {"õõ ♪", at(3), at(4)},
+                                                         {"fim", at(5), at(5.5)}}));
     }
 }
 
@@ -139,9 +136,7 @@ TEST(Captions, MayBeOfOneStandardOnly) {
                 R"(":false,"texts":[{"from":1,"to":2,"text":"a"}]}}]})",
             "video.h264");
         EXPECT_EQ(read608(data, 25).size(), is608 ? 1U : 0U);
-        const std::vector<Seen> shown = readAsDevice(data);
-        ASSERT_EQ(shown.size(), 1U);
-        EXPECT_EQ(shown[0], (Seen{"a", 25, 50}));
+        EXPECT_EQ(readAsDevice(data), (std::vector<Seen>{{"a", 25, 50}}));
     }
 }
 
@@ -150,34 +145,23 @@ TEST(Subtitles, AreShownAndTakenAway) {
         R"({"duration":3,"services":[{"name":"A","video":{"width":320,"height":180},
             "subtitles":{"texts":[{"from":0.5,"to":1,"text":"Olá"},{"from":2,"to":3,"text":"Fim"}]
             }}]})");
-    const TemporaryFolder folder;
-    std::FILE* const file = std::fopen((folder / "a.ts").c_str(), "wb");
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
-    std::fclose(file);
-    const std::atomic<bool> cancelled{false};
-    MediaInput input({}, cancelled);
-    ASSERT_EQ(input.open(folder / "a.ts"), MediaError::none);
-    TrackRef track;
-    for (const TrackRef& one : input.info().tracks) {
-        if (one->kind == TrackKind::subtitle) track = one;
-    }
-    ASSERT_TRUE(track);
-    SubtitleTrack subtitles(*track);
+    std::unique_ptr<SubtitleTrack> subtitles;
     std::vector<int64_t> times;
-    MediaError error = MediaError::none;
-    while (const PacketRef packet = input.read(error)) {
-        if (packet->track != track->id) continue;
-        subtitles.decode(*packet);
-        times.push_back(packet->pts);
-    }
+    test::readTrack(bytes, "a.ts", TrackKind::subtitle,
+                    [&](const Track& track, const Packet* packet) {
+                        if (!subtitles) subtitles = std::make_unique<SubtitleTrack>(track);
+                        if (packet == nullptr) return;
+                        subtitles->decode(*packet);
+                        times.push_back(packet->pts);
+                    });
     ASSERT_EQ(times.size(), 4U);
     EXPECT_EQ(times[1] - times[0], kSecond / 2);
-    const SubtitleCue* const cue = subtitles.at(times[0] + 1000);
+    const SubtitleCue* const cue = subtitles->at(times[0] + 1000);
     ASSERT_NE(cue, nullptr);
     ASSERT_EQ(cue->bitmaps.size(), 1U);
     EXPECT_EQ(cue->areaWidth, 320U);
     EXPECT_GT(cue->bitmaps[0].y, 120U) << "at the bottom";
-    const SubtitleCue* const after = subtitles.at(times[1] + 1000);
+    const SubtitleCue* const after = subtitles->at(times[1] + 1000);
     EXPECT_TRUE(after == nullptr || after->bitmaps.empty());
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <fstream>
 
@@ -84,31 +85,33 @@ Bytes contentOf(const Bytes& multiplex, Pid pid) {
     return content;
 }
 
-void decode(const Bytes& bytes, const std::string& name, TrackKind kind,
-            const std::function<void(const AVFrame&)>& use) {
+void readTrack(const Bytes& bytes, const std::string& name, TrackKind kind,
+               const std::function<void(const Track&, const Packet*)>& use) {
     const TemporaryFolder folder;
-    std::ofstream(folder / name, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
     const std::atomic<bool> cancelled{false};
     MediaInput input({}, cancelled);
-    ASSERT_EQ(input.open(folder / name), MediaError::none);
-    TrackRef track;
-    for (const TrackRef& one : input.info().tracks) {
-        if (!track && one->kind == kind) track = one;
-    }
-    ASSERT_TRUE(track);
-    const auto decoder = Decoder::open(*track);
-    ASSERT_TRUE(decoder);
+    ASSERT_EQ(input.open(folder.write(name, bytes)), MediaError::none);
+    const auto& tracks = input.info().tracks;
+    const auto found = std::find_if(tracks.begin(), tracks.end(),
+                                    [=](const TrackRef& track) { return track->kind == kind; });
+    ASSERT_NE(found, tracks.end());
+    const TrackRef& track = *found;
     MediaError error = MediaError::none;
-    for (bool isOver = false; !isOver;) {
-        const PacketRef packet = input.read(error);
-        isOver = !packet;
-        if (packet && packet->track != track->id) continue;
-        EXPECT_TRUE(decoder->send(packet ? packet->data.get() : nullptr));
-        while (const AvFrame frame = decoder->receive()) use(*frame);
-    }
+    while (const PacketRef packet = input.read(error))
+        if (packet->track == track->id) use(*track, packet.get());
+    use(*track, nullptr);
     EXPECT_EQ(error, MediaError::none);
+}
+
+void decode(const Bytes& bytes, const std::string& name, TrackKind kind,
+            const std::function<void(const AVFrame&)>& use) {
+    std::unique_ptr<Decoder> decoder;
+    readTrack(bytes, name, kind, [&](const Track& track, const Packet* packet) {
+        if (!decoder) decoder = Decoder::open(track);
+        ASSERT_TRUE(decoder);
+        EXPECT_TRUE(decoder->send(packet == nullptr ? nullptr : packet->data.get()));
+        while (const AvFrame frame = decoder->receive()) use(*frame);
+    });
 }
 
 std::vector<float> soundOf(const Bytes& bytes, const std::string& name) {

@@ -32,8 +32,14 @@ Bytes twice(const Bytes& bytes);
 /// What the packets of an identifier carry, without the heads of units.
 Bytes contentOf(const Bytes& multiplex, desktop::Pid pid);
 
+/// Calls use for each packet of a medium's first track of a kind, and with null behind the last
+/// one. name: of the file that the bytes are put into; its ending tells the format.
+void readTrack(
+    const Bytes& bytes, const std::string& name, desktop::TrackKind kind,
+    const std::function<void(const desktop::Track& track, const desktop::Packet* packet)>& use);
+
 /// Decodes all of a medium's first track of a kind, and calls use for each picture or piece of
-/// sound. name: of the file that the bytes are put into; its ending tells the format.
+/// sound. name: as above.
 void decode(const Bytes& bytes, const std::string& name, desktop::TrackKind kind,
             const std::function<void(const AVFrame&)>& use);
 

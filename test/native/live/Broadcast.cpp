@@ -1,12 +1,8 @@
 #include "live/Broadcast.h"
 
 #include <chrono>
-#include <fstream>
 
-#include "common/TemporaryFolder.h"
-#include "lineup/description/readLineup.h"
-#include "lineup/makeMultiplex.h"
-#include "media/Av.h"
+#include "lineup/TestLineup.h"
 #include "support/Clock.h"
 
 namespace quiravent::test {
@@ -28,66 +24,23 @@ constexpr const char* kLineup = R"({
 })";
 
 const std::vector<uint8_t>& bytes() {
-    static const std::vector<uint8_t> made = [] {
-        desktop::quietAv();
-        const TemporaryFolder folder;
-        const std::string file = folder / "lineup.json";
-        std::ofstream(file) << kLineup;
-        return desktop::lineup::makeMultiplex(desktop::lineup::readLineup(file), file);
-    }();
+    static const std::vector<uint8_t> made = multiplexOf(kLineup);
     return made;
 }
 
-desktop::TransportPacket packetAt(size_t number) {
-    return desktop::TransportPacket(bytes().data() + number * desktop::TransportPacket::kSize);
+const desktop::lineup::Inspection& inspection() {
+    static const desktop::lineup::Inspection made = desktop::lineup::inspect(viewOf(bytes()));
+    return made;
 }
 
 size_t packetsOfLoop() { return bytes().size() / desktop::TransportPacket::kSize; }
 
-/// By the clock references, between which packets come at an even rate.
-double durationOfPacket() {
-    static const double duration = [] {
-        std::vector<std::pair<size_t, int64_t>> references;
-        for (size_t number = 0; number < packetsOfLoop(); ++number) {
-            const desktop::TransportPacket packet = packetAt(number);
-            const auto reference = packet.clockReference();
-            if (packet.pid() == kVideo1 && reference) references.emplace_back(number, *reference);
-        }
-        const auto ticks = references.back().second - references.front().second;
-        const auto packets = references.back().first - references.front().first;
-        return static_cast<double>(ticks) / 27 / static_cast<double>(packets);
-    }();
-    return duration;
-}
-
-desktop::ElementaryStream stream(desktop::Pid pid, desktop::StreamCodec codec) {
-    desktop::ElementaryStream made;
-    made.pid = pid;
-    made.codec = codec;
-    return made;
-}
-
-desktop::Service service(uint16_t number, desktop::Pid clock,
-                         std::vector<desktop::ElementaryStream> streams) {
-    desktop::Service made;
-    made.number = number;
-    made.hasMap = true;
-    made.pcrPid = clock;
-    made.streams = std::move(streams);
-    return made;
-}
-
 }  // namespace
 
-int Broadcast::picturesOfLoop() {
-    int pictures = 0;
-    for (size_t number = 0; number < packetsOfLoop(); ++number)
-        if (packetAt(number).pid() == kVideo1 && packetAt(number).startsUnit()) ++pictures;
-    return pictures;
-}
+int Broadcast::picturesOfLoop() { return static_cast<int>(inspection().streams.at(kVideo1).units); }
 
 Broadcast::Broadcast() {
-    bytes();
+    inspection();
     retune();
 }
 
@@ -99,19 +52,15 @@ void Broadcast::retune() {
 }
 
 void Broadcast::publishTables() {
-    using desktop::StreamCodec;
-    auto description = std::make_shared<desktop::MultiplexDescription>();
-    description->services = {
-        service(1, kVideo1,
-                {stream(kVideo1, StreamCodec::h264), stream(kAudio1, StreamCodec::aac)}),
-        service(2, kVideo2,
-                {stream(kVideo2, StreamCodec::mpeg2Video), stream(kAudio2, StreamCodec::mpegAudio),
-                 stream(kSubtitle2, StreamCodec::dvbSubtitle)})};
-    m_multiplex.publish(m_selection, description, true);
+    m_multiplex.publish(m_selection,
+                        std::make_shared<desktop::MultiplexDescription>(inspection().description),
+                        true);
 }
 
 int64_t Broadcast::dueOfNext() const {
-    return m_epoch + static_cast<int64_t>(static_cast<double>(m_next) * durationOfPacket());
+    const double durationOfPacket =
+        8.0 * desktop::TransportPacket::kSize * desktop::kSecond / inspection().bitRate;
+    return m_epoch + static_cast<int64_t>(static_cast<double>(m_next) * durationOfPacket);
 }
 
 void Broadcast::receiveOne() {

@@ -3,15 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
-#include <filesystem>
 #include <random>
 #include <string>
-#include <thread>
 
+#include "common/RecordingOutput.h"
+#include "common/holdings.h"
+#include "lineup/streams/FrameMark.h"
 #include "live/Broadcast.h"
 #include "live/LivePlayer.h"
-#include "live/MarkedOutput.h"
 #include "media/audio/NullSink.h"
 
 namespace quiravent::test {
@@ -23,9 +22,13 @@ constexpr LiveStreams kService1{kVideo1, kAudio1, kVideo1, kNullPid};
 constexpr LiveStreams kService2{kVideo2, kAudio2, kVideo2, kNullPid};
 constexpr Rect kBounds{0, 0, 320, 180};
 
-std::ptrdiff_t entriesIn(const char* folder) {
-    const std::filesystem::directory_iterator entries(folder);
-    return std::distance(begin(entries), end(entries));
+using Mark = lineup::FrameMark;
+
+std::optional<Mark> markOf(const VideoPicture& picture) {
+    const Surface& surface = *picture.surface;
+    return lineup::readMark(surface.width(), surface.height(), [&](uint32_t x, uint32_t y) {
+        return static_cast<int>(surface.row(y)[x] >> 8 & 0xFF);
+    });
 }
 
 class LivePlayerTest : public testing::Test {
@@ -34,7 +37,7 @@ class LivePlayerTest : public testing::Test {
     class Watched {
       public:
         Watched(LivePlayerTest& test, const LiveStreams& streams)
-            : output(std::make_shared<MarkedOutput>()),
+            : output(std::make_shared<RecordingOutput<Mark>>(markOf)),
               m_player(LivePlayer::make(test.m_engine, test.m_broadcast.multiplex(), streams,
                                         kBounds, output)) {}
         ~Watched() { m_player->close(); }
@@ -42,31 +45,24 @@ class LivePlayerTest : public testing::Test {
         Watched& operator=(const Watched&) = delete;
         LivePlayer* operator->() { return m_player.get(); }
 
-        /// Waits until the captions are so; false when they aren't within ten seconds.
-        template <class Test>
-        bool waitForCaptions(Test isSo) {
-            const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-            while (!isSo(m_player->captions())) {
-                if (std::chrono::steady_clock::now() > deadline) return false;
-                const size_t count = output->seen().size();
-                output->waitForCount(count + 1);
-            }
-            return true;
-        }
-
-        std::shared_ptr<MarkedOutput> output;
+        std::shared_ptr<RecordingOutput<Mark>> output;
 
       private:
         std::shared_ptr<LivePlayer> m_player;
     };
+
+    /// Has received all that comes in three seconds.
+    void receive() {
+        m_broadcast.publishTables();
+        m_broadcast.receivePast(3 * kSecond);
+    }
 
     Broadcast m_broadcast;
     MediaEngine m_engine{MediaSettings{}, std::make_unique<NullSink>()};
 };
 
 TEST_F(LivePlayerTest, ShowsTheLastKeyPictureAtOnceAndThenGoesOn) {
-    m_broadcast.publishTables();
-    m_broadcast.receivePast(3 * kSecond);
+    receive();
     for (const auto& [streams, service] : {std::pair{kService1, 1}, std::pair{kService2, 2}}) {
         Watched player(*this, streams);
         player->start();
@@ -120,7 +116,7 @@ TEST_F(LivePlayerTest, PlaysWhatNoTableTellsOfAndWithoutAClock) {
     }
     m_broadcast.play();
     for (size_t index = 0; index < players.size(); ++index) {
-        MarkedOutput& output = *players[index]->output;
+        RecordingOutput<Mark>& output = *players[index]->output;
         ASSERT_TRUE(output.waitForCount(30)) << cases[index].what;
         EXPECT_EQ(output.seen()[0].service, cases[index].service) << cases[index].what;
     }
@@ -128,8 +124,7 @@ TEST_F(LivePlayerTest, PlaysWhatNoTableTellsOfAndWithoutAClock) {
 }
 
 TEST_F(LivePlayerTest, ShowsNothingWithoutAPictureStream) {
-    m_broadcast.publishTables();
-    m_broadcast.receivePast(3 * kSecond);
+    receive();
     Watched control(*this, kService1);
     Watched sound(*this, {0x1234, kAudio1, kVideo1, kNullPid});
     Watched swapped(*this, {kAudio1, kVideo1, kVideo1, kNullPid});
@@ -140,8 +135,7 @@ TEST_F(LivePlayerTest, ShowsNothingWithoutAPictureStream) {
 }
 
 TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
-    m_broadcast.publishTables();
-    m_broadcast.receivePast(3 * kSecond);
+    receive();
     Watched player(*this, kService1);
     player->start();
     ASSERT_TRUE(player.output->waitForCount(1));
@@ -160,36 +154,9 @@ TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
     m_broadcast.multiplex().end();
     ASSERT_TRUE(player.output->waitUntilHidden());
     m_broadcast.retune();
-    m_broadcast.publishTables();
     player.output->forget();
-    m_broadcast.receivePast(3 * kSecond);
+    receive();
     ASSERT_TRUE(player.output->waitForCount(1));
-}
-
-TEST_F(LivePlayerTest, ShowsCaptionsThatCanBeRead) {
-    using Captions = LivePlayer::Captions;
-    m_broadcast.publishTables();
-    m_broadcast.play();
-    Watched one(*this, kService1);
-    one->setCaptions(1);
-    one->start();
-    const std::vector<std::string> expected{"Bom dia", "serra"};
-    EXPECT_TRUE(one.waitForCaptions([&](const Captions& now) { return now.lines == expected; }));
-    one->setCaptions(3);
-    EXPECT_TRUE(one.waitForCaptions(
-        [](const Captions& now) { return now.number == 3 && now.lines.empty(); }));
-    one->setCaptions(LivePlayer::kNoCaptions);
-    EXPECT_TRUE(one.waitForCaptions(
-        [](const Captions& now) { return now.number == LivePlayer::kNoCaptions; }));
-
-    Watched two(*this, kService2);
-    two->start();
-    two->setCaptions(kSubtitle2);
-    EXPECT_TRUE(two.waitForCaptions([](const Captions& now) { return now.pictures == 1; }));
-    two->setCaptions(0x1234);
-    EXPECT_TRUE(two.waitForCaptions(
-        [](const Captions& now) { return now.number == 0x1234 && now.pictures == 0; }));
-    m_broadcast.stop();
 }
 
 TEST_F(LivePlayerTest, SurvivesWhatIsSpoiltAndShowsWhatFollows) {
@@ -201,7 +168,7 @@ TEST_F(LivePlayerTest, SurvivesWhatIsSpoiltAndShowsWhatFollows) {
     const Case cases[] = {
         {"garbage",
          [](std::vector<uint8_t>& packet, std::mt19937& any) {
-             for (size_t at = 4; at < packet.size(); ++at) packet[at] = static_cast<uint8_t>(any());
+             std::generate(packet.begin() + 4, packet.end(), std::ref(any));
              return true;
          }},
         {"bit errors",
@@ -237,25 +204,19 @@ TEST_F(LivePlayerTest, SurvivesWhatIsSpoiltAndShowsWhatFollows) {
 }
 
 TEST_F(LivePlayerTest, FiveHundredChannelChangesLeaveNothingBehind) {
-    m_broadcast.publishTables();
-    m_broadcast.receivePast(3 * kSecond);
-    std::ptrdiff_t threads = 0;
-    std::ptrdiff_t descriptors = 0;
+    receive();
+    std::vector<std::ptrdiff_t> before;
     for (int change = 0; change < 500; ++change) {
-        {
-            Watched player(*this, change % 2 == 0 ? kService1 : kService2);
-            player->start();
-            ASSERT_TRUE(change % 10 != 0 || player.output->waitForCount(1));
-        }
-        if (change != 20 && change != 499) continue;
-        ASSERT_TRUE(m_engine.reaper().waitUntilIdle());
         if (change == 20) {
-            threads = entriesIn("/proc/self/task");
-            descriptors = entriesIn("/proc/self/fd");
+            ASSERT_TRUE(m_engine.reaper().waitUntilIdle());
+            before = holdings();
         }
+        Watched player(*this, change % 2 == 0 ? kService1 : kService2);
+        player->start();
+        ASSERT_TRUE(change % 10 != 0 || player.output->waitForCount(1));
     }
-    EXPECT_EQ(entriesIn("/proc/self/task"), threads);
-    EXPECT_EQ(entriesIn("/proc/self/fd"), descriptors);
+    ASSERT_TRUE(m_engine.reaper().waitUntilIdle());
+    EXPECT_EQ(holdings(), before);
 }
 
 }  // namespace

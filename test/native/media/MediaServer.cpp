@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 
+#include "media/Samples.h"
 #include "media/TestPlayer.h"
 
 namespace quiravent::test {
@@ -69,17 +68,10 @@ std::vector<std::string> MediaServer::requested() const {
 }
 
 bool MediaServer::find(const std::string& name, std::string& content) const {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        const auto published = m_published.find(name);
-        if (published != m_published.end()) {
-            content = published->second;
-            return true;
-        }
-    }
-    std::ifstream file(mediaFile(name), std::ios::binary);
-    content.assign(std::istreambuf_iterator<char>(file), {});
-    return file.good() || file.eof();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto published = m_published.find(name);
+    content = published != m_published.end() ? published->second : contentOf(mediaFile(name));
+    return !content.empty();
 }
 
 void MediaServer::serve(int client) {
@@ -113,46 +105,21 @@ void MediaServer::serve(int client) {
 }
 
 void MediaServer::sendFile(ServerConnection& connection, const std::string& content, size_t from) {
-    size_t good = 0;
-    bool slow = false;
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        good = std::clamp(m_misbehaviour.goodBytes, from, content.size());
-        slow = m_misbehaviour.bytesPerSecond != 0;
-    }
-    if (slow) return sendSlowly(connection, content.substr(from));
+    std::unique_lock<std::mutex> lock(m_mutex);
+    const size_t good = std::clamp(m_misbehaviour.goodBytes, from, content.size());
+    lock.unlock();
     if (!connection.send(content.substr(from, good - from)) || good == content.size()) return;
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        m_holding = true;
-        m_changed.notify_all();
-        if (m_misbehaviour.thenDrops) {
-            m_dropped = true;
-            return;
-        }
-        m_changed.wait(lock, [&] { return m_closed || m_misbehaviour.goodBytes == SIZE_MAX; });
-        if (m_closed) return;
+    lock.lock();
+    m_holding = true;
+    m_changed.notify_all();
+    if (m_misbehaviour.thenDrops) {
+        m_dropped = true;
+        return;
     }
+    m_changed.wait(lock, [&] { return m_closed || m_misbehaviour.goodBytes == SIZE_MAX; });
+    if (m_closed) return;
+    lock.unlock();
     connection.send(content.substr(good));
-}
-
-void MediaServer::sendSlowly(ServerConnection& connection, const std::string& bytes) {
-    constexpr size_t kPartsPerSecond = 20;
-    auto next = std::chrono::steady_clock::now();
-    for (size_t sent = 0; sent < bytes.size();) {
-        size_t part = bytes.size();
-        {
-            std::unique_lock<std::mutex> lock(m_mutex);
-            if (m_misbehaviour.bytesPerSecond != 0) {
-                part = m_misbehaviour.bytesPerSecond / kPartsPerSecond;
-                next += std::chrono::milliseconds(1000 / kPartsPerSecond);
-                m_changed.wait_until(lock, next, [this] { return m_closed; });
-            }
-            if (m_closed) return;
-        }
-        if (!connection.send(bytes.substr(sent, part))) return;
-        sent += part;
-    }
 }
 
 }  // namespace quiravent::test

@@ -20,7 +20,6 @@ struct Misbehaviour {
     bool thenDrops = false;       ///< the connection breaks there, and every later one is refused
     std::string status;           ///< answered to everything, as "404 Not Found"; empty: none
     bool silent = false;          ///< takes requests and answers nothing
-    size_t bytesPerSecond = 0;    ///< sent no faster than that; 0: no limit
 };
 
 /// Serves the media of the tests over HTTP(S) on the loopback interface, each connection on a
@@ -54,7 +53,6 @@ class MediaServer {
     void serve(int client);
     bool find(const std::string& name, std::string& content) const;
     void sendFile(ServerConnection& connection, const std::string& content, size_t from);
-    void sendSlowly(ServerConnection& connection, const std::string& bytes);
 
     const std::unique_ptr<ServerIdentity> m_identity;  ///< null: without TLS
     mutable std::mutex m_mutex;

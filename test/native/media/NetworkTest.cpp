@@ -82,24 +82,13 @@ TEST(Network, StallsAndRecovers) {
     server.behave();
     ASSERT_EQ(player.waitFor(e_pl_media_event_playback_recovering), 0);
     EXPECT_GT(player->bufferedRanges()[0].end, before[0].end);
+    ASSERT_EQ(player->seek(5500000), e_pl_status_ok);
     ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
     const std::vector<e_pl_media_event> expected{
         e_pl_media_event_fetch_in_progress,   e_pl_media_event_fetch_ready,
         e_pl_media_event_playback_ready,      e_pl_media_event_playback_stalled,
         e_pl_media_event_playback_recovering, e_pl_media_event_playback_completed};
     EXPECT_EQ(kindsOf(player.events()), expected);
-}
-
-TEST(Network, StallsAgainAndAgainWhereTheServerIsTooSlow) {
-    // The film has some 28,000 bytes a second.
-    MediaServer server({SIZE_MAX, false, "", false, 16000});
-    TestPlayer player(server.url("film.mp4"));
-    ASSERT_TRUE(player.play());
-    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_stalled, 2), 0);
-    server.behave();
-    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
-    EXPECT_EQ(player.count(e_pl_media_event_playback_stalled),
-              player.count(e_pl_media_event_playback_recovering));
 }
 
 TEST(Network, PlaysWhatIsThereWhenTheServerDrops) {
@@ -142,55 +131,75 @@ TEST(Network, ReadsOnlyTheVariantThatFits) {
     }
 }
 
-struct FaultCase {
-    desktop::Fault::Kind kind;
-    e_pl_media_event expected;
-    int value;
+/// With faults, and a cache so small that they strike in the midst of reading.
+class FaultyPlayer : public TestPlayer {
+  public:
+    explicit FaultyPlayer(const desktop::Fault& fault)
+        : TestPlayer(mediaFile("film.mp4"), settings(), {fault}) {}
+
+    void setFaulty(bool isFaulty) { EXPECT_TRUE(engine().faults().setEnabled(0, isFaulty)); }
+
+  private:
+    static desktop::MediaSettings settings() {
+        desktop::MediaSettings settings = testSettings();
+        settings.cacheBytes = 60000;
+        return settings;
+    }
 };
 
-class Faults : public testing::TestWithParam<FaultCase> {};
+using desktop::Fault;
 
-TEST_P(Faults, ActFromTheirBeginningToTheirEnd) {
-    using desktop::Fault;
-    // Nothing is read ahead of a small cache, so that the fault strikes in the midst of reading.
-    desktop::MediaSettings settings = testSettings();
-    settings.cacheBytes = 60000;
-    TestPlayer player(mediaFile("film.mp4"), settings, {{GetParam().kind, 0, 1e9, 1000, false}});
-    EXPECT_FALSE(player.engine().faults().setEnabled(1, true));
-    ASSERT_TRUE(player.play());
-    ASSERT_TRUE(player.engine().faults().setEnabled(0, true));
-    EXPECT_EQ(player.waitFor(GetParam().expected), GetParam().value);
-    if (GetParam().expected != e_pl_media_event_playback_stalled) return;
-    player.engine().faults().setEnabled(0, false);
-    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_recovering), 0);
-    EXPECT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+TEST(Faults, ActFromTheirBeginningToTheirEnd) {
+    struct Case {
+        Fault::Kind kind;
+        e_pl_media_event expected;
+        int value;
+    };
+    for (const Case& one : {Case{Fault::Kind::slow, e_pl_media_event_playback_stalled, 0},
+                            Case{Fault::Kind::stalled, e_pl_media_event_playback_stalled, 0},
+                            Case{Fault::Kind::dropped, e_pl_media_event_playback_error,
+                                 static_cast<int>(MediaError::connectionLost)},
+                            Case{Fault::Kind::unavailable, e_pl_media_event_playback_error,
+                                 static_cast<int>(MediaError::serverError)}}) {
+        SCOPED_TRACE(nameOf(one.kind));
+        FaultyPlayer player({one.kind, 0, 1e9, 1000, false});
+        ASSERT_TRUE(player.play());
+        player.setFaulty(true);
+        EXPECT_EQ(player.waitFor(one.expected), one.value);
+        if (one.expected != e_pl_media_event_playback_stalled) continue;
+        player.setFaulty(false);
+        EXPECT_EQ(player.waitFor(e_pl_media_event_playback_recovering), 0);
+        ASSERT_EQ(player->seek(5500000), e_pl_status_ok);
+        EXPECT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    }
 }
 
-TEST(FaultsAfterASeek, AreToldAsWhilePlaying) {
-    using desktop::Fault;
-    desktop::MediaSettings settings = testSettings();
-    settings.cacheBytes = 60000;
-    TestPlayer player(mediaFile("film.mp4"), settings, {{Fault::Kind::stalled, 0, 1e9, 0, false}});
+TEST(Faults, HaltAgainAndAgainWhatIsTooSlow) {
+    // The film has some 28,000 bytes a second.
+    FaultyPlayer player({Fault::Kind::slow, 0, 1e9, 16000, true});
     ASSERT_TRUE(player.play());
-    ASSERT_TRUE(player.engine().faults().setEnabled(0, true));
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_stalled, 2), 0);
+    player.setFaulty(false);
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_recovering, 2), 0);
+    ASSERT_EQ(player->seek(5500000), e_pl_status_ok);
+    ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    EXPECT_EQ(player.count(e_pl_media_event_playback_stalled),
+              player.count(e_pl_media_event_playback_recovering));
+}
+
+TEST(Faults, AreToldAfterASeekAsWhilePlaying) {
+    FaultyPlayer player({Fault::Kind::stalled, 0, 1e9, 0, false});
+    ASSERT_TRUE(player.play());
+    player.setFaulty(true);
     ASSERT_EQ(player->seek(4000000), e_pl_status_ok);
     EXPECT_EQ(player.waitFor(e_pl_media_event_playback_stalled), 0);
     // Another seek is no end of the halt, which is told once.
     ASSERT_EQ(player->seek(3000000), e_pl_status_ok);
-    ASSERT_TRUE(player.engine().faults().setEnabled(0, false));
+    player.setFaulty(false);
     EXPECT_EQ(player.waitFor(e_pl_media_event_playback_recovering), 0);
     EXPECT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
     EXPECT_EQ(player.count(e_pl_media_event_playback_stalled), 1U);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Media, Faults,
-    testing::Values(FaultCase{desktop::Fault::Kind::slow, e_pl_media_event_playback_stalled, 0},
-                    FaultCase{desktop::Fault::Kind::stalled, e_pl_media_event_playback_stalled, 0},
-                    FaultCase{desktop::Fault::Kind::dropped, e_pl_media_event_playback_error,
-                              static_cast<int>(MediaError::connectionLost)},
-                    FaultCase{desktop::Fault::Kind::unavailable, e_pl_media_event_playback_error,
-                              static_cast<int>(MediaError::serverError)}));
 
 }  // namespace
 }  // namespace quiravent::test

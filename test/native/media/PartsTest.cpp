@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-#include <limits>
+#include <array>
 
 #include "media/FaultList.h"
 #include "media/FetchProgress.h"
@@ -12,10 +10,12 @@
 #include "media/MediaClock.h"
 #include "media/MediaErrors.h"
 #include "media/PacketCache.h"
+#include "media/Samples.h"
 #include "media/StallPolicy.h"
 #include "media/SubtitleTrack.h"
 #include "media/Timeline.h"
 #include "media/Watchdog.h"
+#include "support/Text.h"
 
 namespace quiravent::desktop {
 namespace {
@@ -30,8 +30,8 @@ class PacketCacheTest : public testing::Test {
     explicit PacketCacheTest(size_t bytes = 1U << 20)
         : m_track(std::make_shared<Track>()), m_cache({bytes, 600 * kSecond}, m_wakeup) {}
 
-    void start(int64_t target, PlayMode mode = PlayMode::all) {
-        m_cache.start({++m_serial, target, mode, 1, {m_track, nullptr, nullptr}});
+    void start(int64_t target) {
+        m_cache.start({++m_serial, target, PlayMode::all, 1, {m_track, nullptr, nullptr}});
         PacketSource::Read read{};
         ASSERT_TRUE(m_cache.tryNext(TrackKind::video, m_serial - 1, read));
         ASSERT_EQ(read.state, PacketSource::Read::State::newSegment);
@@ -89,7 +89,7 @@ class PacketCacheTest : public testing::Test {
     int m_seeks = 0;
 };
 
-TEST_F(PacketCacheTest, KeepsRangesAndJoinsThem) {
+TEST_F(PacketCacheTest, KeepsRangesJoinsThemAndReadsNothingTwice) {
     start(0);
     read(4);
     EXPECT_EQ(seconds(), (Ranges{{0, 4}}));
@@ -110,6 +110,11 @@ TEST_F(PacketCacheTest, KeepsRangesAndJoinsThem) {
     for (int number = 2 * kGroup + 1; number < 18 * kGroup; ++number)
         ASSERT_DOUBLE_EQ(take(), number / 25.0);
     EXPECT_EQ(take(), -1);
+    for (const int64_t target : {15 * kSecond, int64_t{0}, 3 * kSecond + 7 * kFrame}) {
+        start(target);
+        EXPECT_EQ(take(), target / kSecond);
+    }
+    EXPECT_EQ(m_seeks, 3);
 }
 
 PacketRef packetOf(uint32_t track, int64_t second) {
@@ -122,6 +127,15 @@ PacketRef packetOf(uint32_t track, int64_t second) {
     return packet;
 }
 
+/// A range of a packet each second of its tracks, each from one second up to another.
+PacketRange rangeOf(const std::vector<std::pair<int64_t, int64_t>>& tracks) {
+    PacketRange range(tracks[0].first * kSecond);
+    for (uint32_t track = 0; track < tracks.size(); ++track)
+        for (int64_t second = tracks[track].first; second < tracks[track].second; ++second)
+            range.append(packetOf(track, second));
+    return range;
+}
+
 TEST(PacketRange, IsContinuedByOneThatItMeetsWithAllItsTracks) {
     struct Case {
         int64_t soundFrom;  ///< of the next range, whose pictures begin at 8
@@ -132,15 +146,9 @@ TEST(PacketRange, IsContinuedByOneThatItMeetsWithAllItsTracks) {
     for (const Case& one :
          {Case{7, 14, false, true}, Case{8, 14, false, true}, Case{9, 14, false, false},
           Case{4, 6, false, false}, Case{8, 14, true, true}, Case{0, 0, false, false}}) {
-        PacketRange range(0);
-        PacketRange next(8 * kSecond);
-        for (int64_t second = 0; second <= 9; ++second) range.append(packetOf(0, second));
-        for (int64_t second = 0; second <= 8; ++second) range.append(packetOf(1, second));
-        range.append(packetOf(2, 3));
-        for (int64_t second = 8; second <= 15; ++second) next.append(packetOf(0, second));
-        for (int64_t second = one.soundFrom; second < one.soundTo; ++second)
-            next.append(packetOf(1, second));
-        if (one.subtitle) next.append(packetOf(2, 12));
+        PacketRange range = rangeOf({{0, 10}, {0, 9}, {3, 4}});
+        PacketRange next =
+            rangeOf({{8, 16}, {one.soundFrom, one.soundTo}, {12, one.subtitle ? 13 : 12}});
         EXPECT_EQ(range.resumePoint(), 9 * kSecond);
         ASSERT_EQ(range.runsInto(next), one.expected) << one.soundFrom;
         if (!one.expected) continue;
@@ -152,16 +160,6 @@ TEST(PacketRange, IsContinuedByOneThatItMeetsWithAllItsTracks) {
             EXPECT_EQ(range.packet(0, number)->pts, static_cast<int64_t>(number) * kSecond);
         EXPECT_EQ(range.resumePoint(), 14 * kSecond);
     }
-}
-
-TEST_F(PacketCacheTest, GoesBackWithoutReadingAnew) {
-    start(0);
-    read(6);
-    for (const int64_t target : {5 * kSecond, int64_t{0}, 3 * kSecond + 7 * kFrame}) {
-        start(target);
-        EXPECT_EQ(take(), target / kSecond);
-    }
-    EXPECT_EQ(m_seeks, 0);
 }
 
 TEST_F(PacketCacheTest, EndsOnceAndIgnoresWhatComesTooLate) {
@@ -182,32 +180,8 @@ TEST_F(PacketCacheTest, EndsOnceAndIgnoresWhatComesTooLate) {
     EXPECT_TRUE(m_cache.status().finished);
 }
 
-TEST_F(PacketCacheTest, GivesGroupsBackwardsFromWhatItHasAndAsksForTheRest) {
-    start(2 * kSecond);
-    read(2);
-    start(3 * kSecond + 12 * kFrame, PlayMode::backwards);
-    EXPECT_EQ(take(), 3);
-    for (int picture = 1; picture < kGroup; ++picture) EXPECT_GT(take(), 3);
-    EXPECT_EQ(take(), 2);
-    PacketCache::Task task = m_cache.awaitTask();
-    ASSERT_EQ(task.kind, PacketCache::Task::Kind::group);
-    EXPECT_EQ(task.time, 2 * kSecond);
-    m_cache.appendGroup({picture(kGroup), picture(kGroup + 1)}, task.generation);
-    for (int picture = 1; picture < kGroup; ++picture) EXPECT_GT(take(), 2);
-    EXPECT_EQ(take(), 1);
-    task = m_cache.awaitTask();
-    EXPECT_EQ(task.time, 1 * kSecond);
-    m_cache.appendGroup({picture(0)}, task.generation);
-    EXPECT_EQ(take(), 1.04);
-    EXPECT_EQ(take(), 0);
-    EXPECT_EQ(take(), -1);
-    EXPECT_TRUE(m_cache.status().finished);
-}
-
-class SmallPacketCacheTest : public PacketCacheTest {
-  protected:
-    static constexpr size_t kBytes = 400000;
-    SmallPacketCacheTest() : PacketCacheTest(kBytes) {}
+struct SmallPacketCacheTest : PacketCacheTest {
+    SmallPacketCacheTest() : PacketCacheTest(400000) {}
 };
 
 TEST_F(SmallPacketCacheTest, StaysWithinItsBudget) {
@@ -231,43 +205,45 @@ TEST_F(SmallPacketCacheTest, StaysWithinItsBudget) {
 
 TEST(Timeline, MendsTimesThatMakeNoSense) {
     constexpr int64_t kWild = int64_t{26} * 3600 * kSecond;
-    struct Packets {
+    constexpr int64_t kBack = 3 * kFrame;
+    struct Case {
         bool mayJump;
         int64_t duration;
-        std::vector<std::pair<int64_t, int64_t>> stated;  ///< pts and dts
-        std::vector<int64_t> expected;                    ///< pts
+        std::vector<std::array<int64_t, 3>> packets;  ///< pts and dts as stated, and the right pts
     };
-    constexpr int64_t kBack = 3 * kFrame;
-    const Packets cases[] = {
+    const Case cases[] = {
         {false,
          kSecond,
-         {{0, 0}, {kNoTime, kNoTime}, {kNoTime, 2 * kFrame}, {3 * kFrame, kNoTime}},
-         {0, kFrame, 2 * kFrame, 3 * kFrame}},
+         {{0, 0, 0},
+          {kNoTime, kNoTime, kFrame},
+          {kNoTime, 2 * kFrame, 2 * kFrame},
+          {3 * kFrame, kNoTime, 3 * kFrame}}},
         {false,
          kSecond,
-         {{0, 0}, {kWild, kWild}, {2 * kFrame, 2 * kFrame}, {kWild, 3 * kFrame}},
-         {0, kFrame, 2 * kFrame, 3 * kFrame}},
+         {{0, 0, 0},
+          {kWild, kWild, kFrame},
+          {2 * kFrame, 2 * kFrame, 2 * kFrame},
+          {kWild, 3 * kFrame, 3 * kFrame}}},
         // A gap is one, within the medium.
-        {false, 60 * kSecond, {{0, 0}, {30 * kSecond, 30 * kSecond}}, {0, 30 * kSecond}},
+        {false, 60 * kSecond, {{0, 0, 0}, {30 * kSecond, 30 * kSecond, 30 * kSecond}}},
         {true,
          60 * kSecond,
-         {{0, 0}, {30 * kSecond, 30 * kSecond}, {kFrame * 2, kFrame * 2}},
-         {0, kFrame, 2 * kFrame}},
+         {{0, 0, 0}, {30 * kSecond, 30 * kSecond, kFrame}, {kFrame * 2, kFrame * 2, 2 * kFrame}}},
         // Times that begin anew, and reordered pictures.
         {true,
          0,
-         {{0, 0}, {kWild + kBack, kWild}, {kWild + kFrame, kWild + kFrame}},
-         {0, kFrame + kBack, 2 * kFrame}},
-        {true, 0, {{INT64_MAX, INT64_MAX - 1}, {kFrame, kFrame}}, {0, kFrame}},
+         {{0, 0, 0},
+          {kWild + kBack, kWild, kFrame + kBack},
+          {kWild + kFrame, kWild + kFrame, 2 * kFrame}}},
+        {true, 0, {{INT64_MAX, INT64_MAX - 1, 0}, {kFrame, kFrame, kFrame}}},
     };
-    for (const Packets& one : cases) {
+    for (const Case& one : cases) {
         Timeline timeline(one.duration, one.mayJump);
-        for (size_t index = 0; index < one.stated.size(); ++index) {
-            auto [pts, dts] = one.stated[index];
+        for (auto [pts, dts, expected] : one.packets) {
             int64_t duration = kFrame;
             timeline.place(pts, dts, duration);
             EXPECT_EQ(duration, kFrame);
-            EXPECT_EQ(pts, one.expected[index]) << index;
+            EXPECT_EQ(pts, expected);
             EXPECT_LE(dts, pts);
         }
     }
@@ -300,7 +276,7 @@ TEST(MediaClock, GoesAtItsSpeedFromWhereItStands) {
     MediaClock clock;
     clock.setPosition(5000);
     EXPECT_EQ(clock.positionAt(123), 5000);
-    EXPECT_EQ(clock.timeOf(6000), std::numeric_limits<int64_t>::max());
+    EXPECT_EQ(clock.timeOf(6000), INT64_MAX);
     clock.start(1000);
     EXPECT_EQ(clock.positionAt(1500), 5500);
     clock.setSpeed(2, 1500);
@@ -370,17 +346,13 @@ TEST(Faults, AreReadFromAText) {
 }
 
 TEST(MediaErrors, AreDocumented) {
-    std::ifstream page(PROJECT_ROOT "/docs/media.md");
-    const std::string text((std::istreambuf_iterator<char>(page)), {});
+    const std::string page = test::contentOf(PROJECT_ROOT "/docs/media.md");
     for (size_t value = 1; value < kMediaErrors.size(); ++value) {
         const MediaErrorText& error = kMediaErrors[value];
-        std::string cell = error.text;
-        if (*error.http != '\0') cell.append(" (").append(error.http).append(")");
-        std::string number = std::to_string(value);
-        number.resize(5, ' ');
-        std::string row = "| ";
-        row.append(number).append(" | ").append(cell).append(" ");
-        EXPECT_NE(text.find(row), std::string::npos) << cell;
+        const std::string number = std::to_string(value) + (value < 10 ? " " : "");
+        const std::string http = *error.http == '\0' ? "" : joined(" (", error.http, ")");
+        const std::string row = joined("| ", number, "    | ", error.text, http, " ");
+        EXPECT_NE(page.find(row), std::string::npos) << row;
     }
 }
 

@@ -12,7 +12,7 @@ class PlayToEnd : public testing::TestWithParam<const char*> {};
 TEST_P(PlayToEnd, TellsEachStepOnceInOrder) {
     TestPlayer player(mediaFile(GetParam()));
     ASSERT_TRUE(player.fetch());
-    ASSERT_EQ(player->seek(std::max<int64_t>(player->times().end - 1000000, 0)), e_pl_status_ok);
+    ASSERT_EQ(player->seek(std::max<int64_t>(player->times().end - 300000, 0)), e_pl_status_ok);
     EXPECT_EQ(player.output().current(), nullptr);
     ASSERT_TRUE(player.playToEnd());
     const std::vector<e_pl_media_event> expected{
@@ -29,15 +29,15 @@ INSTANTIATE_TEST_SUITE_P(Media, PlayToEnd,
 
 TEST(Playing, ShowsEveryPictureAtItsTime) {
     TestPlayer player(mediaFile("film.mp4"));
-    ASSERT_TRUE(player.playToEnd());
+    ASSERT_TRUE(player.playToEnd(3000000));
     const std::vector<SeenPicture> seen = player.output().seen();
-    ASSERT_GT(seen.size(), 100U);
-    EXPECT_EQ(seen.front().number, 0);
+    ASSERT_GT(seen.size(), 50U);
+    EXPECT_EQ(seen.front().number, 75);
     EXPECT_EQ(seen.back().number, 149);
     for (size_t index = 1; index < seen.size(); ++index) {
         EXPECT_GT(seen[index].number, seen[index - 1].number);
         EXPECT_EQ(seen[index].position, seen[index].number * 40000);
-        EXPECT_GE(seen[index].at - seen[0].at, seen[index].position - 5000);
+        EXPECT_GE(seen[index].at - seen[0].at, seen[index].position - seen[0].position - 5000);
     }
 }
 

@@ -102,7 +102,7 @@ TEST(Sound, IsAsLoudAsTheVolume) {
         const Recording recording;
         TestPlayer player(mediaFile("short.mp4"), testSettings(), {}, recording.sink());
         ASSERT_EQ(player->setVolume(static_cast<uint8_t>(volume)), e_pl_status_ok);
-        ASSERT_TRUE(player.playToEnd());
+        ASSERT_TRUE(player.playToEnd(600000));
         loudness[volume] = loudest(readWav(recording.file));
     }
     EXPECT_EQ(loudness[0], 0);

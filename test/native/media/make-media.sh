@@ -1,12 +1,10 @@
 #!/bin/sh
-# make-media.sh FOLDER SUBTITLES: makes the media of the tests in the folder, by FFmpeg's tool and,
-# for subtitles that are pictures, the program makeBitmapSubtitles.
+# make-media.sh FOLDER: makes the media of the tests in the folder, by FFmpeg's tool.
 #
 # The pictures carry their number in twelve blocks along their upper edge, the lowest bit first,
 # white for 1. Two sound tracks: 440 Hz (English) and 880 Hz (French). A German subtitle.
 set -eu
 out=$1
-subtitles=$2
 rm -rf "$out"
 mkdir -p "$out/hls" "$out/dash" "$out/live"
 cd "$out"
@@ -59,7 +57,9 @@ pgs() {
   hex 50 47 $(printf '%08x' "$time" | sed 's/../& /g') 00 00 00 00 "$segment" \
     $(printf '%02x %02x' $((size / 256)) $((size % 256))) "$@"
 }
-bar() { # the bar of makeBitmapSubtitles: composition, window, palette, object, end
+# A white bar of 160 by 20 pixels at (80, 150) in a picture of 320 by 180, from second 1 to 2 and from
+# 3 to 4.
+bar() { # composition, window, palette, object, end
   pgs "$1" 16 01 40 00 b4 10 00 01 80 00 00 01 00 00 00 00 00 50 00 96
   pgs "$1" 17 01 00 00 50 00 96 00 a0 00 14
   pgs "$1" 14 00 00 01 eb 80 80 ff
@@ -75,8 +75,8 @@ nothing() {
   pgs "$1" 80
 }
 { nothing 0; bar 90000; nothing 180000; bar 270000; nothing 360000; } > bars.sup
-"$subtitles" dvdsub bars.mkv
-"$subtitles" dvbsub bars.ts
+ff -copyts -fix_sub_duration -i bars.sup -c:s dvdsub bars.mkv
+ff -copyts -fix_sub_duration -i bars.sup -c:s dvbsub -muxdelay 0 -muxpreload 0 bars.ts
 for pair in 'bars.sup pgs.mkv' 'bars.mkv dvd.mkv' 'bars.ts dvb.ts'; do
   ff -copyts -i silent.mp4 -copyts -i "${pair% *}" -map 0 -map 1 -c copy "${pair#* }"
 done
@@ -102,6 +102,7 @@ identity() { # file, name
 identity server.pem IP:127.0.0.1
 identity other.pem DNS:other.example
 
-head -c 200000 /dev/urandom > random.mp4
+# The same in each run: chance makes a medium of some of the bytes that it gives.
+head -c 200000 /dev/zero | openssl enc -aes-128-ctr -nosalt -K 1 -iv 1 > random.mp4 2> openssl.log
 head -c "$(($(wc -c < film.mp4) / 2))" film.mp4 > truncated.mp4
 : > empty.mp4

@@ -4,17 +4,16 @@
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "common/ChildProcess.h"
 #include "common/TemporaryFolder.h"
 #include "persistence/Persistence.h"
 #include "support/DeviceError.h"
@@ -41,22 +40,7 @@ void execute(const std::string& file, const char* sql) {
     sqlite3_close(connection);
 }
 
-/// Runs a body in a child process; its exit status is 0 when the body gave true.
-template <class Body>
-pid_t startChild(Body body) {
-    const pid_t child = fork();
-    if (child == 0) {
-        try {
-            _exit(body() ? 0 : 1);
-        } catch (const std::exception& error) {
-            fprintf(stderr, "child: %s\n", error.what());
-            _exit(2);
-        }
-    }
-    return child;
-}
-
-int waitForChild(pid_t child) {
+int waitFor(pid_t child) {
     int status = -1;
     waitpid(child, &status, 0);
     return status;
@@ -77,29 +61,22 @@ TEST(ValueStore, KeepsAnyBytesAcrossOpenings) {
     }
     EXPECT_EQ(store.get("a", "missing"), std::nullopt);
     EXPECT_TRUE(store.getAll("missing").empty());
-}
-
-TEST(ValueStore, LaterValueReplacesTheEarlier) {
-    const TemporaryFolder folder;
-    ValueStore store(folder.path(), Durability::process);
-    store.set("c", "k", "long first value");
-    store.set("c", "k", "");
-    EXPECT_EQ(store.get("c", "k"), "");
-    EXPECT_EQ(store.getAll("c").size(), 1U);
+    store.set("a", "a", "");
+    EXPECT_EQ(store.get("a", "a"), "") << "a later value replaces the earlier";
+    EXPECT_EQ(store.getAll("a").size(), texts.size());
 }
 
 TEST(ValueStore, FilesAreTheUsersOwn) {
     const TemporaryFolder folder;
     ValueStore store(folder / "new", Durability::process);
     store.set("c", "k", "v");
-    for (const char* name : {"new/values.sqlite", "new/values.sqlite-wal"}) {
+    const std::pair<const char*, mode_t> modes[] = {
+        {"new", 0700}, {"new/values.sqlite", 0600}, {"new/values.sqlite-wal", 0600}};
+    for (const auto& [name, mode] : modes) {
         struct stat status {};
         ASSERT_EQ(stat((folder / name).c_str(), &status), 0) << name;
-        EXPECT_EQ(status.st_mode & 0777U, 0600U) << name;
+        EXPECT_EQ(status.st_mode & 0777U, mode) << name;
     }
-    struct stat status {};
-    ASSERT_EQ(stat((folder / "new").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777U, 0700U);
 }
 
 TEST(ValueStore, UnusableFilesAreRefusedWithTheReasonAndLeftAlone) {
@@ -141,11 +118,11 @@ TEST(ValueStore, UnusableFilesAreRefusedWithTheReasonAndLeftAlone) {
 
 TEST(ValueStore, FolderThatCannotBeMadeIsRefused) {
     const TemporaryFolder folder;
-    std::ofstream(folder / "file") << "x";
-    EXPECT_EQ(openingError(folder / "file/below"),
-              folder /
-                  "file/below: the folder can't be made: Not a directory; name another folder "
-                  "with storage.folder or QUIRAVENT_STORAGE");
+    const std::string place = folder.write("file", {'x'}) + "/below";
+    EXPECT_EQ(openingError(place),
+              place +
+                  ": the folder can't be made: Not a directory; name another folder with "
+                  "storage.folder or QUIRAVENT_STORAGE");
 }
 
 TEST(ValueStore, WithoutTheRightToWriteItIsRefused) {
@@ -169,35 +146,28 @@ TEST(ValueStore, WithoutTheRightToWriteItIsRefused) {
         }
         chmod(folder.path().c_str(), 0555);
         // The superuser may write anywhere, so it becomes somebody else for this.
-        const int status = waitForChild(startChild([&] {
-            if (getuid() == 0 && setuid(65534) != 0) return false;
-            const std::string error = openingError(folder.path());
-            EXPECT_EQ(error, file + each.reason);
-            return error == file + each.reason;
-        }));
+        const ChildOutcome outcome = runInChild({}, [&] {
+            ASSERT_TRUE(getuid() != 0 || setuid(65534) == 0);
+            EXPECT_EQ(openingError(folder.path()), file + each.reason);
+        });
         chmod(folder.path().c_str(), 0755);
-        EXPECT_EQ(status, 0);
+        EXPECT_EQ(outcome.status, 0);
     }
 }
 
 TEST(ValueStore, FullDiskLeavesTheEarlierValueAndTheStoreUsable) {
     const TemporaryFolder folder;
-    const int status = waitForChild(startChild([&] {
+    const ChildOutcome outcome = runInChild({}, [&] {
         ValueStore store(folder.path(), Durability::process);
         store.set("c", "k", "before");
         signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{200000, 200000};
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
-        try {
-            store.set("c", "k", std::string(1000000, 'x'));
-            return false;
-        } catch (const DeviceError&) {
-        }
-        if (store.get("c", "k") != "before") return false;
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        EXPECT_THROW(store.set("c", "k", std::string(1000000, 'x')), DeviceError);
+        EXPECT_EQ(store.get("c", "k"), "before");
         store.set("c", "k", "after");
-        return store.get("c", "k") == "after";
-    }));
-    EXPECT_EQ(status, 0);
+    });
+    EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(ValueStore(folder.path(), Durability::process).get("c", "k"), "after");
 }
 
@@ -205,18 +175,17 @@ TEST(ValueStore, ProcessesShareTheFileFromItsFirstMomentOn) {
     constexpr int kProcesses = 6;
     constexpr int kValues = 50;
     const TemporaryFolder folder;
-    std::array<pid_t, kProcesses> children{};
+    std::vector<pid_t> children;
     for (int process = 0; process < kProcesses; ++process) {
-        children.at(static_cast<size_t>(process)) = startChild([&] {
+        children.push_back(startChild([&] {
             ValueStore store(folder / "shared", Durability::process);
             for (int i = 0; i < kValues; ++i) {
                 store.set("c", std::to_string(process * kValues + i), "v");
                 store.set("c", "all", std::to_string(i));
             }
-            return true;
-        });
+        }));
     }
-    for (const pid_t child : children) EXPECT_EQ(waitForChild(child), 0);
+    for (const pid_t child : children) EXPECT_EQ(waitFor(child), 0);
     ValueStore store(folder / "shared", Durability::process);
     EXPECT_EQ(store.getAll("c").size(), size_t{kProcesses * kValues + 1});
 }
@@ -237,7 +206,7 @@ pid_t startWriter(const std::string& folder, uint32_t first, int channel) {
         ValueStore store(folder, first % 2 == 0 ? Durability::process : Durability::machine);
         for (uint32_t key = first;; ++key) {
             store.set("c", std::to_string(key), valueOf(key));
-            if (write(channel, &key, sizeof key) != sizeof key) return false;
+            if (write(channel, &key, sizeof key) != sizeof key) return;
         }
     });
 }
@@ -259,7 +228,7 @@ uint32_t killWriter(const std::string& folder, uint32_t first, std::mt19937& ran
     while (next < enough && hears()) continue;
     usleep(random() % 2000);
     kill(child, SIGKILL);
-    waitForChild(child);
+    waitFor(child);
     while (hears()) continue;
     close(channel[0]);
     return next;
@@ -283,9 +252,12 @@ TEST(ValueStore, WhatWasSetSurvivesEveryKillInTheMiddle) {
     EXPECT_GT(next, 0U);
 }
 
-TEST(Persistence, OneHandlePerContextAndNoneOfAnythingElse) {
+TEST(Persistence, OneHandlePerContextAndNoneBeforeTheFileIsOpenOrAfterItIsClosed) {
     const TemporaryFolder folder;
-    Persistence persistence([&] { return folder.path(); }, Durability::process);
+    std::string place = "/proc/none";
+    Persistence persistence([&] { return place; }, Durability::process);
+    EXPECT_THROW(persistence.open("a"), DeviceError);
+    place = folder.path();
     const uint32_t a = persistence.open("a");
     const uint32_t b = persistence.open("");
     EXPECT_NE(a, 0U);
@@ -298,17 +270,8 @@ TEST(Persistence, OneHandlePerContextAndNoneOfAnythingElse) {
     EXPECT_EQ(value, "untouched");
     EXPECT_EQ(persistence.get(a, "k", value), e_pl_status_ok);
     EXPECT_EQ(value, "v");
-}
-
-TEST(Persistence, TriesAgainAfterAFailureAndRefusesAfterClosing) {
-    const TemporaryFolder folder;
-    std::string place = "/proc/none";
-    Persistence persistence([&] { return place; }, Durability::process);
-    EXPECT_THROW(persistence.open("a"), DeviceError);
-    place = folder.path();
-    const uint32_t handle = persistence.open("a");
     persistence.close();
-    EXPECT_EQ(persistence.set(handle, "k", "v"), e_pl_status_wrong_state);
+    EXPECT_EQ(persistence.set(a, "k", "v"), e_pl_status_wrong_state);
     EXPECT_THROW(persistence.open("a"), DeviceError);
 }
 

@@ -17,10 +17,7 @@ pid_t currentThread() { return static_cast<pid_t>(syscall(SYS_gettid)); }
 
 TEST(ThreadWait, JoinedThreadIsReadFromTheSystemCall) {
     const std::string wait = std::to_string(SYS_futex);
-    const struct {
-        std::string line;
-        pid_t thread;
-    } cases[] = {
+    const std::pair<std::string, pid_t> cases[] = {
         {wait + " 0x7f1000 0x109 0x2a 0x0 0x0 0xffffffff 0x7ffd 0x7f22", 42},
         {wait + " 0x7f1000 0x189 0x0 0x0 0x0 0xffffffff 0x7ffd 0x7f22", 0},
         {"999999 0x7f1000 0x109 0x2a 0x0 0x0 0xffffffff 0x7ffd 0x7f22", 0},
@@ -29,7 +26,7 @@ TEST(ThreadWait, JoinedThreadIsReadFromTheSystemCall) {
         {"-1 0x7ffd 0x7f22", 0},
         {"", 0},
     };
-    for (const auto& each : cases) EXPECT_EQ(joinedThread(each.line), each.thread) << each.line;
+    for (const auto& [line, thread] : cases) EXPECT_EQ(joinedThread(line), thread) << line;
 }
 
 TEST(ThreadWait, IsSeenOnlyWhileThatThreadIsJoined) {

@@ -7,6 +7,7 @@
 #include <sys/un.h>
 
 #include <cstdlib>
+#include <map>
 
 #include "common/ConnectionServer.h"
 #include "common/ServerConnection.h"
@@ -49,16 +50,11 @@ TEST(ResourceFileTest, ReadsUpToTheLimit) {
     limits.maxBytes = 5000;
     EXPECT_EQ(failureOf(path, limits), "read 5000 bytes");
     limits.maxBytes = 4999;
-    EXPECT_EQ(failureOf(path, limits),
-              expectedFailure(path, "it is larger than the limit of 4999 bytes"));
-}
-
-TEST(ResourceFileTest, ReadsFilesWhoseSizeIsNotKnownBeforehand) {
-    EXPECT_NE(failureOf("/proc/self/maps").find("read "), std::string::npos);
-    ResourceLimits limits;
-    limits.maxBytes = 10;
-    EXPECT_EQ(failureOf("/proc/self/maps", limits),
-              expectedFailure("/proc/self/maps", "it is larger than the limit of 10 bytes"));
+    // The size of the second isn't known beforehand.
+    for (const std::string& large : {path, std::string("/proc/self/smaps")})
+        EXPECT_EQ(failureOf(large, limits),
+                  expectedFailure(large, "it is larger than the limit of 4999 bytes"));
+    EXPECT_NE(failureOf("/proc/self/smaps").find("read "), std::string::npos);
 }
 
 /// Makes a socket of that path.
@@ -87,10 +83,20 @@ TEST(ResourceFileTest, NamesWhatIsWrong) {
         {folder / "socket", "No such device or address"},
         {"/dev/zero", "it is not a regular file"},
         {"/proc/self/mem", "Input/output error"},  // opens, and fails to read
-        {"gopher://h/", "the scheme 'gopher' is none of file, http and https"},
+        {"ftp://h/p", "the scheme 'ftp' is none of file, http and https"},
+        {"", "the location is empty"},
+        {"file://other/a", "a file URL can't name another host"},
+        {"file://", "the file URL has no path"},
+        {"file://localhost", "the file URL has no path"},
+        {"file:///a%", "the file URL is not properly percent-encoded"},
+        {"file:///a%2", "the file URL is not properly percent-encoded"},
+        {"file:///a%g0", "the file URL is not properly percent-encoded"},
+        {"file:///a%00", "the file URL is not properly percent-encoded"},
     };
     for (const auto& expected : kCases)
         EXPECT_EQ(failureOf(expected.location), expectedFailure(expected.location, expected.why));
+    EXPECT_EQ(failureOf(std::string("/a\0b", 4)),
+              expectedFailure("/a?b", "the location contains a NUL"));
 }
 
 TEST(ResourceFileTest, NamesAMissingPermission) {
@@ -113,34 +119,28 @@ std::string redirectTo(const std::string& location) {
     return answer("302 Found", "Location: " + location + "\r\n", "");
 }
 
-void sendForEver(ServerConnection& exchange) {
-    exchange.send(answer("200 OK", "", ""));
-    while (exchange.send(std::string(10000, 'x'))) {
-    }
-}
-
 void serve(int socket) {
+    const std::map<std::string, std::string> answers{
+        {"/ok", answer("200 OK", "", kContentText)},
+        {"/empty", answer("200 OK", "Content-Length: 0\r\n", "")},
+        {"/short", answer("200 OK", "Content-Length: 9\r\n", kContentText)},
+        {"/stalled", answer("200 OK", "Content-Length: 9\r\n", kContentText)},
+        {"/huge", answer("200 OK", "Content-Length: 99999999999\r\n", "x")},
+        {"/endless", answer("200 OK", "", std::string(1000000, 'x'))},
+        {"/missing", answer("404 Not Found", "", kContentText)},
+        {"/broken", answer("500 Broken", "", "")},
+        {"/moved", redirectTo("/moved-again")},
+        {"/moved-again", redirectTo("/ok")},
+        {"/circle", redirectTo("/circle")},
+        {"/to-file", redirectTo("file:///proc/self/maps")},
+    };
     ServerConnection exchange(socket, nullptr);
     const std::string request = exchange.readRequest();
     if (request.empty()) return;
     const std::string path = request.substr(4, request.find(' ', 4) - 4);
-    if (path == "/ok") exchange.send(answer("200 OK", "", kContentText));
     if (path == "/agent") exchange.send(answer("200 OK", "", request));
-    if (path == "/empty") exchange.send(answer("200 OK", "Content-Length: 0\r\n", ""));
-    if (path == "/short") exchange.send(answer("200 OK", "Content-Length: 9\r\n", kContentText));
-    if (path == "/huge") exchange.send(answer("200 OK", "Content-Length: 99999999999\r\n", "x"));
-    if (path == "/missing") exchange.send(answer("404 Not Found", "", kContentText));
-    if (path == "/broken") exchange.send(answer("500 Broken", "", ""));
-    if (path == "/moved") exchange.send(redirectTo("/moved-again"));
-    if (path == "/moved-again") exchange.send(redirectTo("/ok"));
-    if (path == "/circle") exchange.send(redirectTo("/circle"));
-    if (path == "/to-file") exchange.send(redirectTo("file:///proc/self/maps"));
-    if (path == "/endless") sendForEver(exchange);
-    if (path == "/silent") exchange.waitUntilClientLeaves();
-    if (path == "/stalled") {
-        exchange.send(answer("200 OK", "Content-Length: 9\r\n", kContentText));
-        exchange.waitUntilClientLeaves();
-    }
+    if (answers.count(path) != 0) exchange.send(answers.at(path));
+    if (path == "/silent" || path == "/stalled") exchange.waitUntilClientLeaves();
 }
 
 class ResourceHttpTest : public testing::Test {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "television/TestStream.h"
 
@@ -15,10 +16,20 @@ using test::videoPacket;
 constexpr Pid kVideo = 0x100;
 constexpr Pid kSound = 0x101;
 
-/// Writes down what it is told: packets as their number, replayed ones with an r before it.
-class Listener : public StreamListener {
+/// A multiplex with an H.264 stream, and a listener that writes down what it is told: packets as
+/// their number, replayed ones with an r before it.
+class Station : public StreamListener {
   public:
-    explicit Listener(const Multiplex& multiplex) : m_multiplex(multiplex) {}
+    /// What is told while the steps are done. T: it is tuned; E: that ends; L: the signal is lost;
+    /// o: a packet comes for the selection before. Packets are numbered from 1 on: K begins a key
+    /// picture, P another one, v goes on with a picture, s is sound, and x is a picture's beginning
+    /// after a gap. V: pictures are listened to, and A: sound, too, both from a key picture on; S:
+    /// sound from now on; c: it is changed to sound; u: that ends.
+    std::string told(const std::string& steps) {
+        m_told.clear();
+        for (const char step : steps) take(step);
+        return m_told;
+    }
 
     void onTuned() override { add("tuned"); }
     void onUntuned() override { add("untuned"); }
@@ -31,125 +42,76 @@ class Listener : public StreamListener {
     }
     void onSignal(bool isPresent) override { add(isPresent ? "signal" : "lost"); }
 
-    /// What has been written down since the last time.
-    std::string told() { return std::exchange(m_told, {}); }
-
   private:
-    void add(const std::string& word) { m_told += (m_told.empty() ? "" : " ") + word; }
-
-    const Multiplex& m_multiplex;
-    std::string m_told;
-};
-
-/// A multiplex with an H.264 stream, to which packets come one after the other.
-class Station {
-  public:
-    Station() { tune(); }
-
+    void take(char step) {
+        if (step == 'T') tune();
+        if (step == 'E') m_multiplex.end();
+        if (step == 'L') m_multiplex.setSignal(m_selection, false);
+        if (step == 'V') m_subscription = m_multiplex.subscribe(*this, {{kVideo}, kVideo});
+        if (step == 'A') m_subscription = m_multiplex.subscribe(*this, {{kVideo, kSound}, kVideo});
+        if (step == 'S') m_subscription = m_multiplex.subscribe(*this, {{kSound}, kNullPid});
+        if (step == 'c') m_subscription.setPids({kSound});
+        if (step == 'u') m_subscription.reset();
+        if (step == 'o') receive(m_selection - 1, 's');
+        if (std::string("KPvsx").find(step) != std::string::npos) receive(m_selection, step);
+    }
     void tune() {
-        m_selection = multiplex.begin();
+        m_selection = m_multiplex.begin();
         auto description = std::make_shared<MultiplexDescription>();
         description->services.resize(1);
         description->services[0].streams = {{kVideo, 0x1B, StreamCodec::h264, {}, {}}};
-        multiplex.publish(m_selection, description, true);
-        multiplex.setSignal(m_selection, true);
+        m_multiplex.publish(m_selection, description, true);
+        m_multiplex.setSignal(m_selection, true);
     }
-    void lose() { multiplex.setSignal(m_selection, false); }
-    /// Packets numbered from 1 on: K begins a key picture, P another one, v goes on with a picture,
-    /// s is sound, and x is a picture's beginning after a gap.
-    void receive(const std::string& kinds) {
-        for (const char kind : kinds) {
-            const bool begins = kind == 'K' || kind == 'P' || kind == 'x';
-            const Bytes packet = kind == 's' ? videoPacket(kSound, false, false)
-                                             : videoPacket(kVideo, begins, kind == 'K');
-            multiplex.receive(m_selection,
-                              {{TransportPacket(packet.data()), ++m_number, kind == 'x', false}});
-        }
+    void receive(uint64_t selection, char kind) {
+        const bool begins = kind == 'K' || kind == 'P' || kind == 'x';
+        const Bytes packet = videoPacket(kind == 's' ? kSound : kVideo, begins, kind == 'K');
+        m_multiplex.receive(selection,
+                            {{TransportPacket(packet.data()), ++m_number, kind == 'x', false}});
     }
-    void receiveLate(uint64_t selection) {
-        const Bytes packet = videoPacket(kSound, false, false);
-        multiplex.receive(selection, {{TransportPacket(packet.data()), 99, false, false}});
-    }
-    uint64_t selection() const { return m_selection; }
+    void add(const std::string& word) { m_told += (m_told.empty() ? "" : " ") + word; }
 
-    Multiplex multiplex{1U << 20};
-
-  private:
+    Multiplex m_multiplex{1U << 20};
+    Subscription m_subscription;
     uint64_t m_selection = 0;
     int64_t m_number = 0;
+    std::string m_told;
 };
 
-TEST(Multiplex, TellsWhatIsWantedOverAllSelections) {
-    Station station;
-    station.multiplex.end();
-    Listener listener(station.multiplex);
-    Subscription subscription = station.multiplex.subscribe(listener, {{kVideo, kNullPid}, {}});
-    EXPECT_EQ(listener.told(), "");
-    station.tune();
-    EXPECT_EQ(listener.told(), "tuned tables:1 signal");
-    station.receive("KsvP");
-    EXPECT_EQ(listener.told(), "1 3 4");
-    subscription.setPids({kSound});
-    station.receive("Ks");
-    EXPECT_EQ(listener.told(), "6");
-    station.lose();
-    station.lose();
-    EXPECT_EQ(listener.told(), "lost");
-    const uint64_t before = station.selection();
-    station.multiplex.end();
-    station.multiplex.end();
-    EXPECT_EQ(listener.told(), "untuned");
-    EXPECT_EQ(station.multiplex.description(), nullptr);
-    station.tune();
-    station.receiveLate(before);
-    EXPECT_EQ(listener.told(), "tuned tables:1 signal");
-    subscription.reset();
-    station.receive("Ks");
-    EXPECT_EQ(listener.told(), "");
-}
-
-TEST(Multiplex, BeginsWithTheLastWholeKeyPicture) {
-    struct Case {
-        const char* received;
-        const char* told;
+TEST(Multiplex, TellsListenersWhatTheyWant) {
+    using Steps = std::vector<std::pair<std::string, std::string>>;  // and what they tell
+    const std::string tuned = "tuned signal";
+    const Steps cases[] = {
+        // Over all selections.
+        {{"V", ""},
+         {"T", "tuned tables:1 signal"},
+         {"KsvP", "1 3 4"},
+         {"c", ""},
+         {"Ks", "6"},
+         {"LL", "lost"},
+         {"EE", "untuned"},
+         {"To", "tuned tables:1 signal"},
+         {"uKs", ""}},
+        // From the last whole key picture on.
+        {{"TA", tuned}},
+        {{"TPvPvA", tuned}},
+        {{"TKvA", tuned}},
+        {{"TKvPvKA", tuned + " r1 r2 r3 r4 r5"}, {"S", tuned}},
+        {{"TKsvPsKvsPA", tuned + " r6 r7 r8 r9"}},
+        {{"TKvPvKvxvA", tuned + " r1 r2 r3 r4 r5 r6 r7! r8"}},
+        // But not of what is old or of another signal.
+        {{"TKvPLV", "tuned"},
+         {"uTV", tuned},
+         {"uKvPKvP" + std::string(20000, 's') + "V", tuned},
+         {"uKvPV", tuned + " r20010 r20011 r20012"}},
     };
-    const Case cases[] = {
-        {"", ""},
-        {"PvPv", ""},
-        {"Kv", ""},
-        {"KvPvK", " r1 r2 r3 r4 r5"},
-        {"KsvPsKvsP", " r6 r7 r8 r9"},
-        {"KvPvKvxv", " r1 r2 r3 r4 r5 r6 r7! r8"},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.received);
+    for (const Steps& one : cases) {
         Station station;
-        station.receive(one.received);
-        Listener listener(station.multiplex);
-        const auto subscription = station.multiplex.subscribe(listener, {{kVideo, kSound}, kVideo});
-        EXPECT_EQ(listener.told(), std::string("tuned signal") + one.told);
-        Listener other(station.multiplex);
-        const auto unwanted = station.multiplex.subscribe(other, {{kSound}, kNullPid});
-        EXPECT_EQ(other.told(), "tuned signal");
+        for (const auto& [steps, told] : one) {
+            const std::string heard = station.told(steps);
+            EXPECT_EQ(heard, told) << one.front().first << " ... " << steps.substr(0, 20);
+        }
     }
-}
-
-TEST(Multiplex, ForgetsWhatIsOldOrOfAnotherSignal) {
-    Station station;
-    Listener listener(station.multiplex);
-    const auto told = [&] {
-        const auto subscription = station.multiplex.subscribe(listener, {{kVideo}, kVideo});
-        return listener.told();
-    };
-    station.receive("KvP");
-    station.lose();
-    EXPECT_EQ(told(), "tuned");
-    station.tune();
-    EXPECT_EQ(told(), "tuned signal");
-    station.receive("KvPKvP" + std::string(20000, 's'));
-    EXPECT_EQ(told(), "tuned signal");
-    station.receive("KvP");
-    EXPECT_EQ(told(), "tuned signal r20010 r20011 r20012");
 }
 
 }  // namespace

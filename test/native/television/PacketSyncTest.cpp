@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <numeric>
 
 #include "television/TestStream.h"
 
@@ -19,12 +18,10 @@ constexpr size_t kPackets = 40;
 Bytes numbered(size_t before, size_t behind) {
     Bytes stream;
     for (size_t number = 0; number < kPackets; ++number) {
-        stream.insert(stream.end(), before, 0x33);
         Bytes packet(TransportPacket::kSize, 0x55);
         packet[0] = TransportPacket::kSync;
         packet[4] = static_cast<uint8_t>(number);
-        stream = stream + packet;
-        stream.insert(stream.end(), behind, 0x44);
+        stream = stream + Bytes(before, 0x33) + packet + Bytes(behind, 0x44);
     }
     return stream;
 }
@@ -44,46 +41,46 @@ std::vector<size_t> found(const Bytes& stream, size_t pieces) {
     return numbers;
 }
 
-std::vector<size_t> allBut(const std::vector<size_t>& left) {
-    std::vector<size_t> numbers(kPackets);
-    std::iota(numbers.begin(), numbers.end(), 0);
-    for (const size_t number : left)
-        numbers.erase(std::find(numbers.begin(), numbers.end(), number));
+/// All numbers but those from one up to another, in each of so many rounds.
+std::vector<size_t> allBut(size_t from, size_t to, int rounds = 1) {
+    std::vector<size_t> numbers;
+    for (; rounds > 0; --rounds)
+        for (size_t number = 0; number < kPackets; ++number)
+            if (number < from || number >= to) numbers.push_back(number);
     return numbers;
 }
 
-TEST(PacketSync, FindsPacketsOfEachSizeInAnyPieces) {
-    const Bytes noise(777, 0x00);
-    for (const size_t piece : {1, 100, 1316, 100000}) {
-        SCOPED_TRACE(piece);
-        EXPECT_EQ(found(noise + numbered(0, 0), piece), allBut({}));
-        EXPECT_EQ(found(numbered(4, 0), piece), allBut({}));
-        EXPECT_EQ(found(numbered(0, 16), piece), allBut({}));
-    }
-}
-
-TEST(PacketSync, GoesOnAfterDamage) {
+TEST(PacketSync, FindsPacketsOfEachSizeInAnyPiecesAndGoesOnAfterDamage) {
     const Bytes whole = numbered(0, 0);
     const auto without = [&](size_t from, size_t count) {
-        Bytes cut = whole;
-        const auto first = cut.begin() + static_cast<std::ptrdiff_t>(from);
-        cut.erase(first, first + static_cast<std::ptrdiff_t>(count));
-        return cut;
+        return Bytes(&whole[0], &whole[from]) + Bytes(&whole[from + count], &whole.back() + 1);
     };
     Bytes wrongByte = whole;
     wrongByte[size_t{5} * 188] = 0x46;
-    EXPECT_EQ(found(wrongByte, 100000), allBut({5})) << "only that packet";
-    for (const size_t piece : {188, 1316, 100000}) {
-        SCOPED_TRACE(piece);
-        EXPECT_EQ(found(without(5 * 188 - 20, 1000), piece), allBut({5, 6, 7, 8, 9, 10}));
-        EXPECT_EQ(found(without(4 * 188 + 20, 40), piece), allBut({}))
-            << "the next one begins within the one that is too short";
-        EXPECT_EQ(found(whole + Bytes(5000, 0x12) + whole, piece).size(), 2 * kPackets);
+    struct Case {
+        const char* what = "";
+        Bytes stream;
+        std::vector<size_t> found;
+        size_t smallestPiece = 0;
+    };
+    const Case cases[] = {
+        {"behind noise", Bytes(777, 0x00) + whole, allBut(0, 0), 1},
+        {"with a time before each", numbered(4, 0), allBut(0, 0), 1},
+        {"with a check behind each", numbered(0, 16), allBut(0, 0), 1},
+        {"a wrong byte", wrongByte, allBut(5, 6), 100000},
+        {"some are missing", without(5 * 188 - 20, 1000), allBut(5, 11), 188},
+        {"the next one begins within the one that is too short", without(4 * 188 + 20, 40),
+         allBut(0, 0), 188},
+        {"others in between", whole + Bytes(5000, 0x12) + whole, allBut(0, 0, 2), 188},
+        {"nothing else", test::readMultiplex("garbage.ts"), {}, 65536},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.what);
+        for (const size_t piece : {1, 100, 188, 1316, 65536, 100000}) {
+            if (piece < one.smallestPiece) continue;
+            EXPECT_EQ(found(one.stream, piece), one.found) << piece;
+        }
     }
-}
-
-TEST(PacketSync, GivesNothingForNoise) {
-    EXPECT_TRUE(found(test::readMultiplex("garbage.ts"), 65536).empty());
 }
 
 }  // namespace

@@ -22,25 +22,23 @@ std::string refusal(const std::string& selector, const std::string& lineUp) {
     }
 }
 
-class LineUpTest : public testing::Test {
-  protected:
-    std::string write(const std::string& text) const {
-        test::writeBytes(m_folder / "lineup.json", test::bytesOf(text));
-        return m_folder / "lineup.json";
-    }
+struct LineUpFile {
+    explicit LineUpFile(const std::string& text) { test::writeBytes(path, test::bytesOf(text)); }
 
-    TemporaryFolder m_folder;
+    TemporaryFolder folder;
+    std::string path = folder / "lineup.json";
 };
 
-TEST_F(LineUpTest, GivesNamesTheirSourceAndOptions) {
-    const std::string file = write(R"({"multiplexes": [
+TEST(LineUp, GivesNamesTheirSourceAndOptions) {
+    const LineUpFile lineUp(R"({"multiplexes": [
         {"name": "TV Um", "source": "um.ts", "options": {"loop": "no", "program": 7}},
         {"name": "Dois", "source": "udp://[ff15::1]:5004", "options": {"interface": "eth0"}},
         {"name": "adaptado", "source": "adapter:3",
          "options": {"system": "isdb-t", "frequency": 479142857}}]})");
+    const std::string& file = lineUp.path;
     const TuneRequest one = parseSelection("TV Um", "program=8", file);
     const auto& path = std::get<FileRequest>(one.source);
-    EXPECT_EQ(path.path, m_folder / "um.ts");
+    EXPECT_EQ(path.path, lineUp.folder / "um.ts");
     EXPECT_FALSE(path.loops);
     EXPECT_EQ(one.program, 8) << "what the selection says comes first";
     const auto two = std::get<NetworkRequest>(parseSelection("Dois", "", file).source);
@@ -54,7 +52,7 @@ TEST_F(LineUpTest, GivesNamesTheirSourceAndOptions) {
     EXPECT_EQ(std::get<FileRequest>(parseSelection("./um.ts", "", file).source).path, "./um.ts");
 }
 
-TEST_F(LineUpTest, IsRefusedWhereItIsWrong) {
+TEST(LineUp, IsRefusedWhereItIsWrong) {
     struct Case {
         const char* text;
         const char* reason;
@@ -72,12 +70,11 @@ TEST_F(LineUpTest, IsRefusedWhereItIsWrong) {
          ": the name \"A\" stands twice"},
     };
     for (const Case& one : cases) {
-        SCOPED_TRACE(one.text);
-        const std::string file = write(one.text);
-        const std::string reason = refusal("A", file);
-        EXPECT_EQ(reason.rfind("6 " + file + one.reason, 0), 0U) << reason;
+        const LineUpFile file(one.text);
+        const std::string reason = refusal("A", file.path);
+        EXPECT_EQ(reason.rfind("6 " + file.path + one.reason, 0), 0U) << reason;
     }
-    EXPECT_EQ(refusal("A", m_folder / "none.json").substr(0, 2), "6 ");
+    EXPECT_EQ(refusal("A", "/none.json").substr(0, 2), "6 ");
 }
 
 TEST(SignalFaults, AreReadFromAText) {
@@ -103,15 +100,10 @@ TEST(SignalFaults, KeepTheSignalAwayForTheirTime) {
     const auto isOpenAt = [&](double second) {
         return path.isOpen(kBegin + static_cast<int64_t>(second * kSecond));
     };
-    EXPECT_FALSE(isOpenAt(0));
-    EXPECT_FALSE(isOpenAt(0.4));
-    EXPECT_TRUE(isOpenAt(0.5));
-    EXPECT_TRUE(isOpenAt(4.9));
-    EXPECT_FALSE(isOpenAt(5));
-    EXPECT_FALSE(isOpenAt(7.9));
-    EXPECT_FALSE(isOpenAt(8));
-    EXPECT_TRUE(isOpenAt(8.5));
-    EXPECT_TRUE(isOpenAt(25));
+    const std::pair<double, bool> cases[] = {{0, false},  {0.4, false}, {0.5, true},
+                                             {4.9, true}, {5, false},   {7.9, false},
+                                             {8, false},  {8.5, true},  {25, true}};
+    for (const auto& [second, isOpen] : cases) EXPECT_EQ(isOpenAt(second), isOpen) << second;
     EXPECT_TRUE(faults.setEnabled(1, true));
     EXPECT_FALSE(isOpenAt(26));
     EXPECT_FALSE(faults.setEnabled(2, true));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "common/MalformedInput.h"
+#include "support/Text.h"
 #include "television/ContinuityCheck.h"
 #include "television/TestStream.h"
 
@@ -57,10 +58,10 @@ Bytes programMap(const Bytes& streams, uint8_t version = 0) {
     return section({0x02, kNumber, version}, word(0xE200) + countedLong({}) + streams);
 }
 
-Bytes serviceName(const std::string& name, uint8_t version = 0, uint16_t network = 1) {
+Bytes serviceName(const std::string& name, uint16_t network) {
     const Bytes texts = counted(bytesOf("Sender")) + counted(bytesOf(name));
-    return section({0x42, 1, version}, word(network) + Bytes{0xFF} + word(kNumber) + Bytes{0xFC} +
-                                           countedLong(descriptor(0x48, Bytes{1} + texts)));
+    return section({0x42, 1, 0}, word(network) + Bytes{0xFF} + word(kNumber) + Bytes{0xFC} +
+                                     countedLong(descriptor(0x48, Bytes{1} + texts)));
 }
 
 Bytes event(uint8_t number, const std::string& title, uint8_t version = 0) {
@@ -72,6 +73,14 @@ Bytes event(uint8_t number, const std::string& title, uint8_t version = 0) {
                                                             countedLong(descriptor(0x4D, texts)));
 }
 
+/// As "PID CODEC LANGUAGE" of each stream.
+std::string told(const Service& service) {
+    std::string text;
+    for (const ElementaryStream& stream : service.streams)
+        text += joined(stream.pid, ' ', nameOf(stream.codec), ' ', stream.language, ';');
+    return text;
+}
+
 TEST(ServiceTables, DescribeARealMultiplex) {
     Reader reader;
     EXPECT_FALSE(reader.tables.isLocked());
@@ -80,18 +89,14 @@ TEST(ServiceTables, DescribeARealMultiplex) {
     EXPECT_EQ(reader.tables.faultySections(), 0U);
     const MultiplexDescription all = reader.describe();
     EXPECT_EQ(all.transportStreamId, 77);
-    ASSERT_EQ(all.services.size(), 2U);
-    EXPECT_EQ(all.services[0].number, 1);
-    EXPECT_EQ(all.services[0].name, "Televisão");
-    EXPECT_EQ(all.services[0].provider, "FFmpeg");
-    EXPECT_EQ(all.services[0].pcrPid, 256);
-    EXPECT_EQ(all.services[1].name, "Deux");
-    ASSERT_NE(all.findStream(257), nullptr);
-    EXPECT_EQ(all.findStream(256)->codec, StreamCodec::h264);
-    EXPECT_EQ(all.findStream(257)->codec, StreamCodec::aac);
+    std::string services;
+    for (const Service& one : all.services)
+        services += joined(one.number, ' ', one.name, ", ", one.provider, ", ", one.pcrPid, ": ",
+                           told(one), '\n');
+    EXPECT_EQ(services,
+              "1 Televisão, FFmpeg, 256: 256 H.264 ;257 AAC por;\n"
+              "2 Deux, FFmpeg, 512: 512 MPEG-2 video ;513 MPEG audio fra;\n");
     EXPECT_EQ(all.findStream(257)->language, "por");
-    EXPECT_EQ(all.findStream(512)->codec, StreamCodec::mpeg2Video);
-    EXPECT_EQ(all.findStream(513)->codec, StreamCodec::mpegAudio);
     EXPECT_EQ(all.findStream(514), nullptr);
 }
 
@@ -99,38 +104,31 @@ TEST(ServiceTables, TellStreamsByTypeAndDescriptors) {
     struct Case {
         uint8_t type;
         Bytes descriptors;
-        StreamCodec codec;
-        const char* language;
+        const char* told;
     };
-    const Bytes ac3 = bytesOf("AC-3");
     const Case cases[] = {
-        {0x24, {}, StreamCodec::hevc, ""},
-        {0x11, descriptor(0x0A, bytesOf("ENG") + Bytes{0}), StreamCodec::aacLatm, "eng"},
-        {0x11, descriptor(0xC4, Bytes(6) + bytesOf("jpn")), StreamCodec::aacLatm, "jpn"},
-        {0x06, descriptor(0x6A, {0}), StreamCodec::ac3, ""},
-        {0x06, descriptor(0x52, {1}) + descriptor(0x05, ac3), StreamCodec::ac3, ""},
-        {0x06, descriptor(0x59, bytesOf("deu") + Bytes{0x10, 0, 1, 0, 1}), StreamCodec::dvbSubtitle,
-         "deu"},
-        {0x06, descriptor(0x56, bytesOf("fra") + Bytes{9, 0}), StreamCodec::teletext, "fra"},
-        {0x06, descriptor(0xFD, {0, 8, 0x3D}), StreamCodec::isdbCaption, ""},
-        {0x06, descriptor(0x0A, {0, 1, 2, 3}), StreamCodec::other, ""},
-        {0x06, {0x6A}, StreamCodec::ac3, ""},
-        {0x05, {}, StreamCodec::other, ""},
+        {0x24, {}, "HEVC "},
+        {0x11, descriptor(0x0A, bytesOf("ENG") + Bytes{0}), "AAC LATM eng"},
+        {0x11, descriptor(0xC4, Bytes(6) + bytesOf("jpn")), "AAC LATM jpn"},
+        {0x06, descriptor(0x6A, {0}), "AC-3 "},
+        {0x06, descriptor(0x52, {1}) + descriptor(0x05, bytesOf("AC-3")), "AC-3 "},
+        {0x06, descriptor(0x59, bytesOf("deu") + Bytes{0x10, 0, 1, 0, 1}), "DVB subtitles deu"},
+        {0x06, descriptor(0x56, bytesOf("fra") + Bytes{9, 0}), "teletext fra"},
+        {0x06, descriptor(0xFD, {0, 8, 0x3D}), "ISDB captions "},
+        {0x06, descriptor(0x0A, {0, 1, 2, 3}), "other "},
+        {0x06, {0x6A}, "AC-3 "},
+        {0x05, {}, "other "},
     };
-    Pid pid = 0x201;
-    Bytes streams;
-    for (const Case& one : cases) streams = streams + stream(one.type, pid++, one.descriptors);
-    Reader reader;
-    reader.add(kPatPid, association(0));
-    EXPECT_EQ(reader.add(kMapPid, programMap(streams)), Change::association);
-    const Service service = reader.describe().services.at(0);
-    EXPECT_EQ(service.pcrPid, 0x200);
-    ASSERT_EQ(service.streams.size(), std::size(cases));
-    for (size_t number = 0; number < std::size(cases); ++number) {
-        SCOPED_TRACE(number);
-        EXPECT_EQ(service.streams[number].codec, cases[number].codec);
-        EXPECT_EQ(service.streams[number].language, cases[number].language);
-        EXPECT_EQ(service.streams[number].descriptors, cases[number].descriptors);
+    for (const Case& one : cases) {
+        Reader reader;
+        reader.add(kPatPid, association(0));
+        EXPECT_EQ(reader.add(kMapPid, programMap(stream(one.type, 0x201, one.descriptors) +
+                                                 stream(0x1B, 0x202))),
+                  Change::association);
+        const Service service = reader.describe().services.at(0);
+        EXPECT_EQ(service.pcrPid, 0x200);
+        EXPECT_EQ(told(service), joined("513 ", one.told, ";514 H.264 ;"));
+        EXPECT_EQ(service.streams[0].descriptors, one.descriptors);
     }
 }
 
@@ -142,12 +140,10 @@ TEST(ServiceTables, TellWhatIsOnAndWhatIsNext) {
     EXPECT_EQ(reader.add(kEitPid, event(1, "Then")), Change::none);
     Service service = reader.describe().services.at(0);
     ASSERT_TRUE(service.present && service.following);
-    EXPECT_EQ(service.present->id, 40);
-    EXPECT_EQ(service.present->start, 750516300);
-    EXPECT_EQ(service.present->duration, 5400U);
-    EXPECT_EQ(service.present->language, "por");
-    EXPECT_EQ(service.present->title, "Now");
-    EXPECT_EQ(service.present->text, "Text");
+    const ServiceEvent& on = *service.present;
+    EXPECT_EQ(joined(on.id, ' ', on.start, ' ', on.duration, ' ', on.language, ' ', on.title, ' ',
+                     on.text),
+              "40 750516300 5400 por Now Text");
     EXPECT_EQ(service.following->title, "Then");
     reader.add(kEitPid, event(0, "Later", 1));
     service = reader.describe().services.at(0);
@@ -170,7 +166,7 @@ TEST(ServiceTables, ChooseTheCodingOfTextsByTheNetwork) {
     for (const Case& one : cases) {
         Reader reader;
         reader.add(kPatPid, association(0));
-        reader.add(kSdtPid, serviceName("\xC8\x61", 0, one.network));
+        reader.add(kSdtPid, serviceName("\xC8\x61", one.network));
         reader.add(kNitPid, network(one.delivery, one.network));
         EXPECT_EQ(reader.describe().networkId, 9);
         EXPECT_EQ(reader.describe().services.at(0).name, one.name);

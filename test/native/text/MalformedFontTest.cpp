@@ -23,10 +23,6 @@ std::string failureOf(const Bytes& bytes) {
     return {};
 }
 
-void putBigEndian(Bytes& bytes, size_t at, uint32_t value) {
-    for (size_t i = 0; i < 4; ++i) bytes[at + i] = static_cast<uint8_t>(value >> (24 - 8 * i));
-}
-
 uint32_t bigEndian(const Bytes& bytes, size_t at) {
     uint32_t value = 0;
     for (size_t i = 0; i < 4; ++i) value = value << 8 | bytes[at + i];
@@ -86,6 +82,9 @@ TEST(MalformedFontTest, SaysWhyAFontIsRefused) {
         {withTag("glyf", "EBDT"), "the font has no outlines"},
     };
     for (const auto& expected : kCases) EXPECT_EQ(failureOf(expected.bytes), expected.reason);
+    for (const uint32_t height : {0U, 256U})
+        EXPECT_EQ(Font::load(testFontBytes(), height).reason(),
+                  "a font of " + std::to_string(height) + " pixels; possible are 1 to 255");
     EXPECT_NE(failureOf(withTag("head", "xxxx")), "");
     EXPECT_NE(failureOf(withTag("maxp", "xxxx")), "");
 }

@@ -25,8 +25,6 @@ std::string described(const desktop::GlyphRun& run);
 /// The text from (0, 0).
 std::string laidOut(desktop::Font& font, const std::string& text);
 
-inline size_t countOf(const desktop::GlyphRun& run) { return run.masks().size(); }
-
 /// Sum of the coverage, in whole pixels, and its centre.
 struct Ink {
     double amount = 0;

@@ -99,6 +99,8 @@ Font::~Font() = default;
 
 int64_t Font::advance(std::string_view text) {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    if (text.empty()) return 0;
+    if (text.size() <= kMaxPieceLength) return lineOf(text).shaped->advance;
     int64_t sum = 0;
     forEachPiece(text, [&sum](const Piece& piece) {
         sum += piece->advance;

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "porting/pl_functions.h"
+
+inline uint32_t target() {
+    uint32_t handle = 0;
+    EXPECT_EQ(pl_gfx_GetTargetCanvas(&handle), e_pl_status_ok);
+    return handle;
+}
+
+inline uint32_t newCanvas(uint32_t width, uint32_t height) {
+    uint32_t handle = 0;
+    EXPECT_EQ(pl_gfx_CreateCanvas(width, height, &handle), e_pl_status_ok);
+    return handle;
+}
+
+inline uint32_t newFont(uint32_t pixelHeight) {
+    uint32_t handle = 0;
+    EXPECT_EQ(pl_gfx_LoadFont(TEST_FONT, pixelHeight, &handle), e_pl_status_ok);
+    return handle;
+}
+
+inline unsigned int storeOf(const std::string& context) {
+    unsigned int handle = 0;
+    EXPECT_EQ(pl_persistent_GetPersistent(&handle, context), e_pl_status_ok);
+    return handle;
+}
+
+inline s_pl_gfx_vram_stats videoMemory() {
+    s_pl_gfx_vram_stats stats{};
+    EXPECT_EQ(pl_gfx_GetVRAMStats(&stats), e_pl_status_ok);
+    return stats;
+}
