@@ -23,8 +23,13 @@ function choose(words) {
   return suites.filter((suite) => words.some((word) => isNamedBy(word)(suite)));
 }
 
+const prepared = new Set();
+
+/** Builds what a suite needs, once where several need the same. */
 function prepare(suite) {
-  if (suite.prepare) suite.prepare();
+  if (!suite.prepare || prepared.has(suite.prepare)) return;
+  suite.prepare();
+  prepared.add(suite.prepare);
 }
 
 /** Runs a suite and tells its name, its count and its time. */

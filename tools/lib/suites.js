@@ -26,10 +26,12 @@ const nativeSuite = (name, preset) => ({
   run: () => runTool(['test/run-native.js', path.join(root, 'build', preset, 'test')])
 });
 
+const prepareScripts = () => build('release', ['script_suites']);
+
 /** A folder of script tests over the porting layer in a folder of the build. */
 const scriptSuite = (name, library) => ({
   name,
-  prepare: () => build('release'),
+  prepare: prepareScripts,
   run: () => runScriptTests(path.join('test', name), path.join('build', 'release', library))
 });
 
@@ -70,18 +72,20 @@ function sanitizedSuites(name, library) {
 }
 
 /**
- * In the order in which they are run: what fails fast comes first. A suite of a group is run when
- * it, or its group, is asked for; one of the group 'ci' also in continuous integration. What a suite
- * needs: `packages`, groups of tools/packages.txt; `prepare()`, which builds, and may have been
- * called before, by another process too.
+ * In the order in which they are run: what fails fast comes first, and what needs little of a build.
+ * A suite of a group is run when it, or its group, is asked for; one of the group 'ci' also in
+ * continuous integration. What a suite needs: `packages`, groups of tools/packages.txt; `prepare()`,
+ * which builds, and may have been called before, by another process too.
  */
 const suites = [
-  nativeSuite('native', 'release'),
   scriptSuite('script', 'recorder'),
   scriptSuite('faults', 'recorder'),
   scriptSuite('cli', 'bench'),
   scriptSuite('device', '.'),
+  nativeSuite('native', 'release'),
   { name: 'instructions', run: checkCounts },
+  // It waits most of its time, in which the builds for those behind it are made.
+  { name: 'soak', group: 'ci', run: () => runTool(['tools/soak.js', '--minutes', '2']) },
   nativeSuite('native-sanitized', 'asan'),
   Object.assign({ name: 'leaks' }, sanitizedSuite('leaks', 'asan', 'recorder')),
   {
@@ -91,7 +95,6 @@ const suites = [
     prepare: () => buildTargets(targets),
     run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 })
   },
-  { name: 'soak', group: 'ci', run: () => runTool(['tools/soak.js', '--minutes', '2']) },
   ...sanitizedSuites('script', 'recorder'),
   ...sanitizedSuites('faults', 'recorder'),
   ...sanitizedSuites('device', '.'),
