@@ -2,9 +2,10 @@
 # takes goes into reading them. Every source still names what it needs; builds without this, such as
 # that of npm run lint, show it.
 #
-# A compiler cache can't keep what is compiled with them, so that with one they are off.
+# A compiler cache can't keep what is compiled with them, and clang-tidy can't read what another
+# compiler has made of them, so that with either they are off.
 
-if(CMAKE_CXX_COMPILER_LAUNCHER)
+if(CMAKE_CXX_COMPILER_LAUNCHER OR CMAKE_CXX_CLANG_TIDY)
   set(_default OFF)
 else()
   set(_default ON)
