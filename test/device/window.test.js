@@ -9,7 +9,7 @@ const { spawnSync } = require('child_process');
 const test = require('tape');
 const { drawArtwork } = require('../../tools/artwork/draw');
 const { Launcher, inSequence, launch } = require('../cli/support/launcher');
-const { startDisplay } = require('./support/display');
+const { startDisplay, systemVariables } = require('./support/display');
 const { newFolder, root } = require('./support/files');
 
 const application = ['examples/home', '--still', '--time', '2025-11-21T20:47'];
@@ -57,7 +57,7 @@ class WindowedApplication {
   }
 
   xdotool(words) {
-    const env = Object.assign({}, process.env, this.variables);
+    const env = systemVariables(this.variables);
     const run = spawnSync('xdotool', words, { env, encoding: 'utf8', timeout: 20000 });
     if (run.status !== 0) throw new Error(`xdotool ${words.join(' ')}: ${run.stderr}`);
     return run.stdout.trim();

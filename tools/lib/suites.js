@@ -38,7 +38,7 @@ const scriptSuite = (name, library) => ({
 /** What scripts need of a build: the module, and a device to run it over. */
 const SCRIPT_TARGETS = {
   recorder: ['script_tests'],
-  '.': ['applications', 'test_media']
+  '.': ['applications', 'test_media', 'test_multiplexes']
 };
 
 /** As runScripts, over a build with a sanitizer, each of whose reports counts as a failure. */
