@@ -7,7 +7,11 @@ const fs = require('fs');
 const path = require('path');
 const { mustRun, root } = require('./run');
 
-const suppressions = path.join(root, 'test', 'sanitizers');
+/** What the thread sanitizer is told of others, as its option. */
+const suppressions = `suppressions=${path.join(root, 'test', 'sanitizers', 'tsan.supp')}`;
+
+/** What native programs need that are built with the thread sanitizer, of the environment. */
+const nativeVariables = { TSAN_OPTIONS: suppressions };
 
 /** By preset: the library, how many times slower all is with it, and the variables with its options. */
 const sanitizers = {
@@ -32,7 +36,7 @@ const sanitizers = {
         'handle_segv=0',
         'handle_abort=0',
         'second_deadlock_stack=1',
-        `suppressions=${path.join(suppressions, 'tsan.supp')}`
+        suppressions
       ]
     }
   }
@@ -72,4 +76,4 @@ class SanitizedRun {
   }
 }
 
-module.exports = { SanitizedRun };
+module.exports = { SanitizedRun, nativeVariables };

@@ -9,12 +9,16 @@ const { buildTargets, fuzz, targets } = require('./fuzz');
 const { checkCounts } = require('./instructions');
 const { root, run } = require('./run');
 const { buildRuntimes, testRuntimes } = require('./runtime-suites');
-const { SanitizedRun } = require('./sanitizers');
+const { SanitizedRun, nativeVariables } = require('./sanitizers');
 const { runScriptTests } = require('./script-tests');
 
-/** Runs one of the project's own programs that says last how many cases passed and failed. */
-function runTool(words) {
-  const result = run(process.execPath, words, { stdio: ['ignore', 'pipe', 'inherit'] });
+/**
+ * Runs one of the project's own programs that says last how many cases passed and failed.
+ * variables: of the environment, beside this process's
+ */
+function runTool(words, variables) {
+  const env = Object.assign({}, process.env, variables);
+  const result = run(process.execPath, words, { env, stdio: ['ignore', 'pipe', 'inherit'] });
   process.stdout.write(result.stdout);
   return countsOf(result);
 }
@@ -23,7 +27,8 @@ function runTool(words) {
 const nativeSuite = (name, preset) => ({
   name,
   prepare: () => build(preset),
-  run: () => runTool(['test/run-native.js', path.join(root, 'build', preset, 'test')])
+  run: () =>
+    runTool(['test/run-native.js', path.join(root, 'build', preset, 'test')], nativeVariables)
 });
 
 const prepareScripts = () => build('release', ['script_suites']);
