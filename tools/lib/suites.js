@@ -80,13 +80,15 @@ function sanitizedSuites(name, library) {
  * In the order in which they are run: what fails fast comes first, and what needs little of a build.
  * A suite of a group is run when it, or its group, is asked for; one of the group 'ci' also in
  * continuous integration. What a suite needs: `packages`, groups of tools/packages.txt; `prepare()`,
- * which builds, and may have been called before, by another process too.
+ * which builds, and may have been called before, by another process too. A suite that `isTimed` has
+ * the machine to itself.
  */
 const suites = [
   scriptSuite('script', 'recorder'),
   scriptSuite('faults', 'recorder'),
   scriptSuite('cli', 'bench'),
-  scriptSuite('device', '.'),
+  // Its applications show films and answer keys while time passes: nothing is to run beside them.
+  Object.assign(scriptSuite('device', '.'), { isTimed: true }),
   nativeSuite('native', 'release'),
   { name: 'instructions', run: checkCounts },
   // It waits most of its time, in which the builds for those behind it are made.
