@@ -144,7 +144,7 @@ TEST(ProcessEnd, OfAForkedChildLeavesThePictureToItsParent) {
     station.setVariable("QUIRAVENT_SCREENSHOT", station / "end.png");
     const ChildOutcome outcome = station.run([&] {
         pl_gfx_Canvas_Flush(target(), nullptr);
-        const pid_t child = fork();
+        const pid_t child = forkInQuiet();
         if (child == 0) std::exit(0);
         int status = -1;
         waitpid(child, &status, 0);
