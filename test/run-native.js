@@ -9,12 +9,14 @@
 
 const fs = require('fs');
 const path = require('path');
-const { execFile, execFileSync } = require('child_process');
+const { execFileSync } = require('child_process');
 const { numberIn, sum } = require('../tools/lib/counts');
 const { concurrently } = require('./lib/concurrently');
+const { runProgram } = require('./lib/program');
 
 const TESTS_IN_A_PART = 16;
-const MOST_OUTPUT = 1 << 28;
+/** A part that isn't over by then hangs, under a sanitizer too. */
+const PATIENCE_MS = 600 * 1000;
 
 /** The parts of a program: { file, count, index }, as many as its tests need. */
 function partsOf(file) {
@@ -24,25 +26,32 @@ function partsOf(file) {
   return Array.from({ length: count }, (_, index) => ({ file, count, index }));
 }
 
+/** What is worth telling of the output of a program: nothing of tests that passed. */
+const withoutSuccess = (output) =>
+  output.replace(/^\[ RUN .*\n\[ {7}OK .*\n/gm, '').replace(/^\[(-{10}|={10})\].*\n/gm, '');
+
+/** How a part ended that didn't run to its end, or not well; null if it did. */
+function breakdown(run) {
+  if (run.hanging) return `hung after ${PATIENCE_MS / 1000} s:\n${run.hanging}`;
+  return run.signal || run.code ? `ended with ${run.signal || run.code}` : null;
+}
+
 /** Resolves with { passed, failed } of a part. */
 function runPart(part) {
   const env = Object.assign({}, process.env, {
     GTEST_TOTAL_SHARDS: String(part.count),
     GTEST_SHARD_INDEX: String(part.index)
   });
-  const options = { env, maxBuffer: MOST_OUTPUT };
-  return new Promise((resolve) => {
-    execFile(part.file, ['--gtest_brief=1'], options, (error, output, errors) => {
-      const passed = numberIn(output, /\[ {2}PASSED {2}\] (\d+) test/);
-      const failed = numberIn(output, /(\d+) FAILED TEST/);
-      // A program that crashed, or ran nothing, has failed once.
-      const isBroken = (error && failed === 0) || passed + failed === 0;
-      if (error || isBroken) {
-        const end = error ? error.signal || error.code : 'no test';
-        process.stdout.write(`${output}${errors}${path.basename(part.file)}: ${end}\n`);
-      }
-      resolve({ passed, failed: failed + (isBroken ? 1 : 0) });
-    });
+  return runProgram(part.file, [], { env, patienceMs: PATIENCE_MS }).then((run) => {
+    const passed = numberIn(run.output, /\[ {2}PASSED {2}\] (\d+) test/);
+    const failed = numberIn(run.output, /(\d+) FAILED TEST/);
+    const end = breakdown(run) || (passed + failed === 0 ? 'ran no test' : null);
+    if (end) {
+      const said = withoutSuccess(run.output) + run.errors;
+      process.stdout.write(`${said}${path.basename(part.file)} ${end}\n`);
+    }
+    // A program that crashed, hung or ran nothing has failed once.
+    return { passed, failed: failed || (end ? 1 : 0) };
   });
 }
 

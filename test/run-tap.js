@@ -11,8 +11,8 @@
 
 const fs = require('fs');
 const path = require('path');
-const { spawn } = require('child_process');
 const { concurrently } = require('./lib/concurrently');
+const { runProgram } = require('./lib/program');
 const { runtime } = require('./script/support/build');
 const { patience } = require('./script/support/pace');
 
@@ -38,26 +38,13 @@ function parseArguments(args) {
   return options;
 }
 
-/** Runs one file; resolves with { output, errors, code, signal }. */
+/** Runs one file, as runProgram does. */
 function runFile(file, options) {
-  return new Promise((resolve) => {
-    const loaderPath = [path.resolve(options.library), process.env.LD_LIBRARY_PATH]
-      .filter(Boolean)
-      .join(':');
-    const child = spawn(runtime, ['--expose-gc', file], {
-      env: Object.assign({}, process.env, { LD_LIBRARY_PATH: loaderPath }),
-      stdio: ['ignore', 'pipe', 'pipe']
-    });
-    const result = { output: '', errors: '', code: null, signal: null };
-    const timer = setTimeout(() => child.kill('SIGKILL'), PATIENCE_MS);
-    child.stdout.setEncoding('utf8').on('data', (text) => (result.output += text));
-    child.stderr.setEncoding('utf8').on('data', (text) => (result.errors += text));
-    child.on('error', (error) => (result.errors += error.message));
-    child.on('close', (code, signal) => {
-      clearTimeout(timer);
-      resolve(Object.assign(result, { code, signal }));
-    });
-  });
+  const loaderPath = [path.resolve(options.library), process.env.LD_LIBRARY_PATH]
+    .filter(Boolean)
+    .join(':');
+  const env = Object.assign({}, process.env, { LD_LIBRARY_PATH: loaderPath });
+  return runProgram(runtime, ['--expose-gc', file], { env, patienceMs: PATIENCE_MS });
 }
 
 /** Reads TAP: { passed, failed, planned (-1 without a plan), failures: the failing blocks }. */
@@ -83,8 +70,7 @@ function readTap(output) {
 
 /** What is wrong with a run beside the failures that it told; null if nothing is. */
 function breakdown(run, tap) {
-  if (run.signal === 'SIGKILL')
-    return `was ended, perhaps after ${PATIENCE_MS / 1000} s of patience`;
+  if (run.hanging) return `hung after ${PATIENCE_MS / 1000} s:\n${run.hanging}`;
   if (run.signal) return `died of ${run.signal}`;
   if (tap.passed + tap.failed === 0) return 'made no assertion';
   if (tap.planned !== tap.passed + tap.failed) return 'ended before its last test';

@@ -7,7 +7,7 @@ const fs = require('fs');
 const path = require('path');
 const { build } = require('./build');
 const { numberIn } = require('./counts');
-const { mustRun, root, run } = require('./run');
+const { SUITE_PATIENCE_MS, mustRun, root, run } = require('./run');
 
 const source = path.join(root, 'test', 'fuzz');
 const output = path.join(root, 'build', 'fuzz');
@@ -73,7 +73,8 @@ function wordsFor(target, options) {
 /** Runs one program for the time given; resolves with whether nothing was found. */
 function fuzzNative(target, options) {
   const program = path.join(output, 'fuzz', `fuzz_${target}`);
-  const result = run(program, wordsFor(target, options), { capture: true });
+  const timeout = options.seconds * 1000 + SUITE_PATIENCE_MS;
+  const result = run(program, wordsFor(target, options), { capture: true, timeout });
   const runs = numberIn(result.stderr, /number_of_executed_units: (\d+)/);
   const passed = result.status === 0 && runs > 0;
   console.log(`${passed ? 'ok    ' : 'FAILED'} ${target}: ${runs} inputs`);

@@ -10,7 +10,7 @@ const path = require('path');
 const { drawArtwork } = require('../artwork/draw');
 const { logVariables, takenFrom } = require('./bindings');
 const { build } = require('./build');
-const { Failure, mustRun, root, run } = require('./run');
+const { Failure, SUITE_PATIENCE_MS, attempt, mustRun, root, run } = require('./run');
 
 const desktop = path.join(root, 'build', 'release');
 const device = path.join(desktop, 'libquiravent_desktop.so');
@@ -68,7 +68,11 @@ function runExample(runtime, folder, words, variables, prefix) {
     [path.resolve(root, 'examples', words[0])],
     words.slice(1)
   );
-  return run(command[0], command.slice(1), { capture: true, env: Object.assign(env, variables) });
+  return run(command[0], command.slice(1), {
+    capture: true,
+    env: Object.assign(env, variables),
+    timeout: SUITE_PATIENCE_MS
+  });
 }
 
 /** The digests of all pictures of a run, in their order; a Failure where it complained. */
@@ -156,13 +160,7 @@ function bindingFault(runtime) {
 
 /** Counts one check; tells its fault. */
 function count(total, name, check) {
-  let fault;
-  try {
-    fault = check();
-  } catch (error) {
-    if (!(error instanceof Failure)) throw error;
-    fault = error.message;
-  }
+  const fault = attempt(check, (message) => message);
   if (fault) console.log(`not ok ${name}: ${fault}`);
   if (fault) total.failed += 1;
   else total.passed += 1;

@@ -1,20 +1,29 @@
 'use strict';
 
 const { countsOf } = require('./counts');
-const { run } = require('./run');
+const { SUITE_PATIENCE_MS, run } = require('./run');
 
 /**
- * Runs a folder of script tests over the porting layer that a folder holds, and prints what they
- * say. words: further ones for run-tap; variables: of the environment, beside this process's.
+ * Runs one of the project's own programs that says last how many cases passed and failed, prints what
+ * it says, and gives the counts. variables: of the environment, beside this process's
  */
-function runScriptTests(folder, library, words, variables) {
-  const command = ['test/run-tap.js', folder, '--library', library].concat(words || []);
-  const result = run(process.execPath, command, {
+function runTests(words, variables) {
+  const result = run(process.execPath, words, {
     env: Object.assign({}, process.env, variables),
-    stdio: ['ignore', 'pipe', 'inherit']
+    stdio: ['ignore', 'pipe', 'inherit'],
+    timeout: SUITE_PATIENCE_MS
   });
-  process.stdout.write(result.stdout);
+  process.stdout.write(result.stdout + result.stderr);
   return countsOf(result);
 }
 
-module.exports = { runScriptTests };
+/**
+ * Runs a folder of script tests over the porting layer that a folder holds, as runTests does. words:
+ * further ones for run-tap
+ */
+function runScriptTests(folder, library, words, variables) {
+  const command = ['test/run-tap.js', folder, '--library', library];
+  return runTests(command.concat(words || []), variables);
+}
+
+module.exports = { runScriptTests, runTests };

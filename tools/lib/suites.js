@@ -4,31 +4,19 @@
 
 const path = require('path');
 const { build } = require('./build');
-const { countsOf } = require('./counts');
 const { buildTargets, fuzz, targets } = require('./fuzz');
 const { checkCounts } = require('./instructions');
-const { root, run } = require('./run');
+const { root } = require('./run');
 const { buildRuntimes, testRuntimes } = require('./runtime-suites');
 const { SanitizedRun, nativeVariables } = require('./sanitizers');
-const { runScriptTests } = require('./script-tests');
-
-/**
- * Runs one of the project's own programs that says last how many cases passed and failed.
- * variables: of the environment, beside this process's
- */
-function runTool(words, variables) {
-  const env = Object.assign({}, process.env, variables);
-  const result = run(process.execPath, words, { env, stdio: ['ignore', 'pipe', 'inherit'] });
-  process.stdout.write(result.stdout);
-  return countsOf(result);
-}
+const { runScriptTests, runTests } = require('./script-tests');
 
 /** The native tests in the build of a preset. */
 const nativeSuite = (name, preset) => ({
   name,
   prepare: () => build(preset),
   run: () =>
-    runTool(['test/run-native.js', path.join(root, 'build', preset, 'test')], nativeVariables)
+    runTests(['test/run-native.js', path.join(root, 'build', preset, 'test')], nativeVariables)
 });
 
 const prepareScripts = () => build('release', ['script_suites']);
@@ -92,7 +80,7 @@ const suites = [
   nativeSuite('native', 'release'),
   { name: 'instructions', run: checkCounts },
   // It waits most of its time, in which the builds for those behind it are made.
-  { name: 'soak', group: 'ci', run: () => runTool(['tools/soak.js', '--minutes', '2']) },
+  { name: 'soak', group: 'ci', run: () => runTests(['tools/soak.js', '--minutes', '2']) },
   nativeSuite('native-sanitized', 'asan'),
   Object.assign({ name: 'leaks' }, sanitizedSuite('leaks', 'asan', 'recorder')),
   {
