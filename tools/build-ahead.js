@@ -3,7 +3,7 @@
 // node tools/build-ahead.js SUITE...: builds what the suites need, in their order, for a process that
 // runs them meanwhile; ends early when that process has ended.
 
-const { Failure, main } = require('./lib/run');
+const { attempt, main } = require('./lib/run');
 const { suites } = require('./lib/suites');
 
 const parent = process.ppid;
@@ -11,11 +11,7 @@ const parent = process.ppid;
 main((names) => {
   names.forEach((name) => {
     if (process.ppid !== parent) return;
-    try {
-      suites.find((suite) => suite.name === name).prepare();
-    } catch (error) {
-      if (!(error instanceof Failure)) throw error;
-      console.log(error.message);
-    }
+    const { prepare } = suites.find((suite) => suite.name === name);
+    attempt(prepare, console.log);
   });
 });

@@ -6,7 +6,7 @@ const path = require('path');
 const { checkKernels } = require('./armKernels');
 const { sum } = require('./counts');
 const { buildForDevice } = require('./device-build');
-const { Failure } = require('./run');
+const { Failure, attempt } = require('./run');
 const { buildFor, fetchRuntime, writeStarter } = require('./runtimes');
 const { prepareSamples, testSamples } = require('./samples');
 const { runScriptTests } = require('./script-tests');
@@ -76,9 +76,11 @@ function testDevice() {
   return { passed: 1, failed: 0 };
 }
 
-/** Builds what is built for a single runtime. */
+/** Builds what is built for a single runtime. What can't be built fails again in its test. */
 function buildRuntimes() {
-  RUNTIMES.filter((row) => row.suites.indexOf('build') >= 0).forEach(buildRow);
+  RUNTIMES.filter((row) => row.suites.indexOf('build') >= 0).forEach((row) =>
+    attempt(() => buildRow(row), console.log)
+  );
 }
 
 const SUITES = [
@@ -90,16 +92,15 @@ const SUITES = [
 ];
 
 /** What one suite comes to under one runtime; what can't be fetched or built fails. */
-function attempt(suite, row) {
+function testSuite(suite, row) {
   const start = Date.now();
-  let count;
-  try {
-    count = suite.test(row);
-  } catch (error) {
-    if (!(error instanceof Failure)) throw error;
-    console.log(error.message);
-    count = { passed: 0, failed: 1 };
-  }
+  const count = attempt(
+    () => suite.test(row),
+    (message) => {
+      console.log(message);
+      return { passed: 0, failed: 1 };
+    }
+  );
   const seconds = Math.round((Date.now() - start) / 1000);
   const result = `${count.passed} passed, ${count.failed} failed`;
   console.log(`# ${row.name} ${suite.name}: ${result} (${seconds} s)`);
@@ -112,7 +113,7 @@ function testRow(row) {
   return SUITES.map((suite) => {
     if (row.suites.split(' ').indexOf(suite.name) < 0) return null;
     // What can't be run has failed, too.
-    const count = isBuilt ? attempt(suite, row) : { passed: 0, failed: 1 };
+    const count = isBuilt ? testSuite(suite, row) : { passed: 0, failed: 1 };
     if (suite.name === 'build') isBuilt = count.failed === 0;
     return count;
   });

@@ -16,8 +16,9 @@ const cache =
 
 /** Unpacks the package that holds a runtime into a folder, which is there whole or not at all. */
 function unpack(processor, version, folder) {
-  fs.mkdirSync(path.dirname(folder), { recursive: true });
-  const work = fs.mkdtempSync(path.join(path.dirname(folder), 'fetch-'));
+  const place = path.dirname(folder);
+  mustRun('mkdir', ['-p', place], { capture: true });
+  const work = mustRun('mktemp', ['-d', '-p', place], { capture: true }).stdout.trim();
   try {
     const words = ['pack', `node-linux-${processor}@${version}`, '--loglevel=error'];
     mustRun('npm', words.concat('--pack-destination', work), { capture: true });
