@@ -22,7 +22,8 @@ uint64_t wordAt(const char* bytes) {
     return word;
 }
 
-/// Reads no byte twice from where it was just written, for which a processor would have to wait.
+/// Loads words straight from the text: a copy made byte by byte and then read in words would have
+/// the processor wait until it is written.
 Key KeyOf(std::string_view text) {
     const char* const bytes = text.data();
     const size_t size = text.size();

@@ -71,7 +71,7 @@ void readEndPoint(const std::string& selector, std::string_view endPoint, Networ
     request.port = *port;
     request.address = address == "localhost" ? "127.0.0.1" : std::string(address);
     if (!isNumericAddress(request.address)) {
-        refuse(joined(inQuotes(selector), ": ", desktop::inQuotes(request.address),
+        refuse(joined(inQuotes(selector), ": ", inQuotes(request.address),
                       " is no address; allowed: one in numbers, of this machine or of a group"));
     }
 }
@@ -90,7 +90,7 @@ NetworkRequest networkRequest(const std::string& selector, size_t scheme,
     request.interface = options.takeText("interface").value_or("");
     request.sender = options.takeText("sender").value_or("");
     if (!isNumericAddress(request.sender)) {
-        refuse(joined("the option sender is ", desktop::inQuotes(request.sender),
+        refuse(joined("the option sender is ", inQuotes(request.sender),
                       "; allowed: an address in numbers"));
     }
     return request;

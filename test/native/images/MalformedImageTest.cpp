@@ -80,28 +80,21 @@ TEST_F(MalformedImageTest, RefusesWhatIsNoPicture) {
     EXPECT_EQ(failureOf(Bytes(1000, 0)), reason);
 }
 
-uint32_t crc32(const uint8_t* data, size_t size) {
-    uint32_t crc = ~0U;
-    for (size_t i = 0; i < size; ++i) {
-        crc ^= data[i];
-        for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
-    }
-    return ~crc;
+uint32_t checksumOf(const uint8_t* data, size_t size) {
+    return static_cast<uint32_t>(crc32(0, data, static_cast<uInt>(size)));
 }
 
 constexpr size_t kPngHeaderSize = 33;  // signature and IHDR
 
-void appendBigEndian(Bytes& bytes, uint32_t value) {
-    for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<uint8_t>(value >> shift));
-}
-
 /// A chunk with whatever length it claims to have.
 Bytes pngChunk(const std::string& type, const Bytes& data, uint32_t length) {
-    Bytes chunk;
-    appendBigEndian(chunk, length);
+    Bytes chunk(4);
+    putBigEndian(chunk, 0, length);
     chunk.insert(chunk.end(), type.begin(), type.end());
     chunk.insert(chunk.end(), data.begin(), data.end());
-    appendBigEndian(chunk, crc32(&chunk[4], chunk.size() - 4));
+    const uint32_t checksum = checksumOf(&chunk[4], chunk.size() - 4);
+    chunk.resize(chunk.size() + 4);
+    putBigEndian(chunk, chunk.size() - 4, checksum);
     return chunk;
 }
 
@@ -185,7 +178,7 @@ Bytes pngOfDeclaredSize(uint32_t side) {
     Bytes png = encodePng(gradient);
     putBigEndian(png, 16, side);
     putBigEndian(png, 20, side);
-    putBigEndian(png, 29, crc32(&png[12], 17));
+    putBigEndian(png, 29, checksumOf(&png[12], 17));
     return png;
 }
 

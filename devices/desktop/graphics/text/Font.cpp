@@ -97,10 +97,20 @@ Font::Font(Bytes data, std::unique_ptr<GlyphRasteriser> rasteriser,
 
 Font::~Font() = default;
 
+template <class Visit>
+void Font::forEachPiece(std::string_view text, const Visit& visit) {
+    if (text.empty()) return;
+    if (text.size() <= kMaxPieceLength) {
+        visit(lineOf(text).shaped);
+        return;
+    }
+    // Long texts are seldom drawn twice and would drive everything else out of the cache.
+    while (!text.empty())
+        if (!visit(std::make_shared<const ShapedText>(m_shaper->shape(takePiece(text))))) return;
+}
+
 int64_t Font::advance(std::string_view text) {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (text.empty()) return 0;
-    if (text.size() <= kMaxPieceLength) return lineOf(text).shaped->advance;
     int64_t sum = 0;
     forEachPiece(text, [&sum](const Piece& piece) {
         sum += piece->advance;
@@ -160,17 +170,6 @@ std::shared_ptr<const TextShape> Font::assemble(const Line& line) {
     GlyphRun run;
     addPiece(*line.shaped, {line.fraction, 0}, kEverywhere, run);
     return textShapeOf(run.masks());
-}
-
-void Font::forEachPiece(std::string_view text, const std::function<bool(const Piece&)>& visit) {
-    if (text.empty()) return;
-    if (text.size() <= kMaxPieceLength) {
-        visit(lineOf(text).shaped);
-        return;
-    }
-    // Long texts are seldom drawn twice and would drive everything else out of the cache.
-    while (!text.empty())
-        if (!visit(std::make_shared<const ShapedText>(m_shaper->shape(takePiece(text))))) return;
 }
 
 Font::Line& Font::lineOf(std::string_view text) {

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -87,7 +86,8 @@ class Font {
 
     using Piece = std::shared_ptr<const ShapedText>;
     /// Calls `visit` with the pieces of the text in turn until it returns false.
-    void forEachPiece(std::string_view text, const std::function<bool(const Piece&)>& visit);
+    template <class Visit>
+    void forEachPiece(std::string_view text, const Visit& visit);
     /// What is kept of a text that is short enough to be shaped at once.
     struct Line {
         Piece shaped;
