@@ -98,4 +98,6 @@ class FakeDevice {
     std::vector<std::unique_ptr<Properties>> m_properties;
 };
 
+inline FakeDevice& device() { return FakeDevice::instance(); }
+
 }  // namespace quiravent::recorder

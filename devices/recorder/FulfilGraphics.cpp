@@ -6,8 +6,6 @@
 namespace quiravent::recorder {
 namespace {
 
-FakeDevice& device() { return FakeDevice::instance(); }
-
 /// The canvas of that handle; for an unknown one the answer is made to fail.
 FakeDevice::Canvas known(Answer& answer, uint32_t handle) {
     const auto canvas = device().canvas(handle);

@@ -6,8 +6,6 @@
 namespace quiravent::recorder {
 namespace {
 
-FakeDevice& device() { return FakeDevice::instance(); }
-
 uint32_t zero() { return 0; }
 
 void putTime(Answer& answer, s_pl_media_timeref* time) {

@@ -2,11 +2,6 @@
 #include "Fulfil.h"
 
 namespace quiravent::recorder {
-namespace {
-
-FakeDevice& device() { return FakeDevice::instance(); }
-
-}  // namespace
 
 void Fulfil::operator()(Fn<&pl_persistent_GetPersistent>, Answer& answer, unsigned int* handle,
                         const std::string& context) const {

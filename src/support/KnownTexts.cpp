@@ -10,7 +10,7 @@ namespace quiravent {
 namespace {
 
 /// Longer ones are seldom repeated.
-constexpr int kLongest = 256;
+constexpr int kLongestKnown = 256;
 
 struct KnownText {
     v8::Global<v8::String> string;
@@ -41,7 +41,7 @@ Places& PlacesFor(v8::Local<v8::String> string) {
 }  // namespace
 
 const std::string& ReadKnownText(v8::Local<v8::Value> value) {
-    if (!value->IsString() || value.As<v8::String>()->Length() > kLongest) {
+    if (!value->IsString() || value.As<v8::String>()->Length() > kLongestKnown) {
         static std::string& other = *new std::string;
         other = ReadText(value);
         return other;

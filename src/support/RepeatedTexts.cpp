@@ -13,7 +13,7 @@ namespace {
 /// words of its bytes, which overlap where the length takes it.
 using Key = std::array<uint64_t, 4>;
 
-constexpr size_t kLongest = 3 * sizeof(uint64_t);
+constexpr size_t kLongestRepeated = 3 * sizeof(uint64_t);
 
 template <class Word>
 uint64_t wordAt(const char* bytes) {
@@ -65,7 +65,7 @@ v8::Local<v8::String> MakeString(std::string_view text) {
 }  // namespace
 
 v8::Local<v8::String> RepeatedText(std::string_view text) {
-    if (text.size() > kLongest) return MakeString(text);
+    if (text.size() > kLongestRepeated) return MakeString(text);
     const Key key = KeyOf(text);
     Place& place = PlaceOf(key);
     if (place.key == key && !place.string.IsEmpty()) return Nan::New(place.string);

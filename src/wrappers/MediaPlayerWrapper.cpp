@@ -15,7 +15,7 @@ Nan::Persistent<v8::Function> MediaPlayerWrapper::constructor
 namespace {
 
 using MediaPlayerWorker = PlayerWorker<MediaPlayer, pl_media_SetCallback_Event>;
-using Methods = PlayerMethods<MediaPlayer, MediaPlayerWorker>;
+using MediaMethods = PlayerMethods<MediaPlayer, MediaPlayerWorker>;
 
 void SetBounds(MediaPlayer* player, const Info& info) {
     if (info[0]->IsUndefined()) return ThrowMissingBounds();
@@ -37,7 +37,7 @@ void GetThumbnail(MediaPlayer*, const Info&) {}
 
 void GetBufferedTimes(MediaPlayer* player, const Info& info) {
     const v8::Local<v8::Array> result = Nan::New<v8::Array>();
-    Methods::ForEachBufferedTime(player, [&](unsigned index, v8::Local<v8::Object> range) {
+    MediaMethods::ForEachBufferedTime(player, [&](unsigned index, v8::Local<v8::Object> range) {
         (void)Nan::Set(result, index, range);
     });
     info.GetReturnValue().Set(result);
@@ -81,17 +81,17 @@ void SelectTrack(MediaPlayer* player, const Info& info) {
 }  // namespace
 
 void MediaPlayerWrapper::Init(v8::Local<v8::Object> exports) {
-    ExportWith(
-        exports,
-        {MethodOf<Methods::Call<&MediaPlayer::Fetch>>("fetch"),
-         MethodOf<Methods::Call<&MediaPlayer::Start>>("start"),
-         MethodOf<Methods::Call<&MediaPlayer::Pause>>("pause"),
-         MethodOf<Methods::Call<&MediaPlayer::Resume>>("resume"),
-         MethodOf<Methods::Call<&MediaPlayer::Stop>>("stop"), MethodOf<Methods::Unload>("unload"),
-         MethodOf<SetBounds>("setBounds"), MethodOf<Seek>("seek"),
-         MethodOf<Methods::GetTime>("getTime"), MethodOf<SetPlaybackSpeed>("setPlaybackSpeed"),
-         MethodOf<Methods::SetVolume>("setVolume"), MethodOf<GetThumbnail>("getThumbnail"),
-         MethodOf<GetBufferedTimes>("getBufferedTimes"),
-         MethodOf<Methods::RegisterListener>("registerListener"),
-         MethodOf<SelectTrack>("selectTrack"), MethodOf<GetTracks>("getTracks")});
+    ExportWith(exports, {MethodOf<MediaMethods::Call<&MediaPlayer::Fetch>>("fetch"),
+                         MethodOf<MediaMethods::Call<&MediaPlayer::Start>>("start"),
+                         MethodOf<MediaMethods::Call<&MediaPlayer::Pause>>("pause"),
+                         MethodOf<MediaMethods::Call<&MediaPlayer::Resume>>("resume"),
+                         MethodOf<MediaMethods::Call<&MediaPlayer::Stop>>("stop"),
+                         MethodOf<MediaMethods::Unload>("unload"), MethodOf<SetBounds>("setBounds"),
+                         MethodOf<Seek>("seek"), MethodOf<MediaMethods::GetTime>("getTime"),
+                         MethodOf<SetPlaybackSpeed>("setPlaybackSpeed"),
+                         MethodOf<MediaMethods::SetVolume>("setVolume"),
+                         MethodOf<GetThumbnail>("getThumbnail"),
+                         MethodOf<GetBufferedTimes>("getBufferedTimes"),
+                         MethodOf<MediaMethods::RegisterListener>("registerListener"),
+                         MethodOf<SelectTrack>("selectTrack"), MethodOf<GetTracks>("getTracks")});
 }

@@ -13,7 +13,7 @@ namespace {
 // The reserved entry points take anything and do nothing.
 void Reserved(const Info&) {}
 
-void GetPlayer(const Info& info) {
+void GetLivePlayer(const Info& info) {
     static constexpr const char* kParameters[] = {"videoPid", "audioPid", "pcrPid"};
     for (int index = 0; index < 3; ++index) {
         if (info[index]->IsNumber()) continue;
@@ -33,6 +33,6 @@ void TunerServicesWrapper::Init(v8::Local<v8::Object> exports) {
     ExportNamespace(
         exports, "tunerServices",
         {MemberOf<Reserved>("getAllTransportStreams"), MemberOf<Reserved>("getTableInfo"),
-         MemberOf<Reserved>("unselectTransportStream"), MemberOf<GetPlayer>("getPlayer"),
+         MemberOf<Reserved>("unselectTransportStream"), MemberOf<GetLivePlayer>("getPlayer"),
          MemberOf<Reserved>("openDemuxFilter")});
 }

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <tuple>
 
+#include "captions/safeArea.h"
+
 namespace quiravent::desktop {
 
 namespace {
 
-constexpr double kSafeMargin = 0.1;
-constexpr double kSafeSide = 0.8;
-constexpr double kRowHeight = kSafeSide / 15;
 constexpr double kColumnWidth = kSafeSide / 42;
 constexpr double kGridRows = 75;
 constexpr double kGridColumns = 210;

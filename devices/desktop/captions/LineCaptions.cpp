@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "captions/safeArea.h"
 #include "support/Log.h"
 
 namespace quiravent::desktop {
@@ -13,7 +14,6 @@ namespace {
 
 constexpr double kUnitsAcross = 384;  // of the decoder's places
 constexpr double kUnitsDown = 288;
-constexpr double kRowHeight = 0.8 / 15;
 constexpr Color kWhite{255, 255, 255, 255};
 constexpr Color kBlack{0, 0, 0, 255};
 

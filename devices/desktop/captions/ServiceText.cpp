@@ -14,7 +14,7 @@ struct Extended {
     const char* text;
 };
 
-constexpr std::array kExtended{
+constexpr std::array kExtendedCharacters{
     Extended{0x20, " "}, Extended{0x21, "\u00A0"}, Extended{0x25, "…"},   Extended{0x2A, "Š"},
     Extended{0x2C, "Œ"}, Extended{0x30, "█"},      Extended{0x31, "‘"},   Extended{0x32, "’"},
     Extended{0x33, "“"}, Extended{0x34, "”"},      Extended{0x35, "•"},   Extended{0x39, "™"},
@@ -33,9 +33,9 @@ std::string serviceCharacter(uint8_t code) {
 }
 
 std::string extendedServiceCharacter(uint8_t code) {
-    const auto* const found = std::find_if(kExtended.begin(), kExtended.end(),
+    const auto* const found = std::find_if(kExtendedCharacters.begin(), kExtendedCharacters.end(),
                                            [=](const Extended& one) { return one.code == code; });
-    return found == kExtended.end() ? "_" : found->text;
+    return found == kExtendedCharacters.end() ? "_" : found->text;
 }
 
 }  // namespace quiravent::desktop

@@ -15,7 +15,7 @@ constexpr uint8_t kBackspace = 0x08;
 constexpr uint8_t kFormFeed = 0x0C;
 constexpr uint8_t kCarriageReturn = 0x0D;
 constexpr uint8_t kHorizontalReturn = 0x0E;
-constexpr uint8_t kExtended = 0x10;
+constexpr uint8_t kExtension = 0x10;
 constexpr uint8_t kSetCurrentWindow = 0x80;
 constexpr uint8_t kClearWindows = 0x88;
 constexpr uint8_t kDisplayWindows = 0x89;
@@ -80,7 +80,7 @@ size_t WindowCaptions::lengthOf(size_t at) const {
         return at + length <= m_bytes.size() ? length : kIncomplete;
     };
     const uint8_t code = m_bytes[at];
-    if (code == kExtended) {
+    if (code == kExtension) {
         if (at + 1 >= m_bytes.size()) return kIncomplete;
         const uint8_t second = m_bytes[at + 1];
         if (second < 0x20) return there(2 + second / 8U);
@@ -110,7 +110,7 @@ void WindowCaptions::interpret(int64_t pts) {
 
 void WindowCaptions::execute(int64_t pts) {
     const uint8_t code = m_bytes[0];
-    if (code == kExtended)
+    if (code == kExtension)
         extended(m_bytes[1]);
     else if (isCharacter(code))
         current().write(serviceCharacter(code));

@@ -34,20 +34,20 @@ uint64_t nextId() {
     return ++last;
 }
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-using Block = std::unique_ptr<uint32_t, Free>;
-
-Block allocate(size_t byteSize) {
-    const size_t rounded = (byteSize + kAlignment - 1) / kAlignment * kAlignment;
-    return Block(static_cast<uint32_t*>(std::aligned_alloc(kAlignment, rounded)));
-}
-
 }  // namespace
 
 struct Surface::PoolState {
+    struct Free {
+        void operator()(void* memory) const { std::free(memory); }
+    };
+    using Block = std::unique_ptr<uint32_t, Free>;
+
     explicit PoolState(size_t budgetBytes) : budget(budgetBytes) {}
+
+    static Block allocate(size_t byteSize) {
+        const size_t rounded = (byteSize + kAlignment - 1) / kAlignment * kAlignment;
+        return Block(static_cast<uint32_t*>(std::aligned_alloc(kAlignment, rounded)));
+    }
 
     /// Reserves the bytes and hands out a kept block of that size if there is one. Empties the
     /// kept blocks when they and the live surfaces together would exceed the budget.
@@ -108,9 +108,9 @@ SurfacePool::SurfacePool(size_t budgetBytes)
 std::shared_ptr<Surface> SurfacePool::create(uint32_t width, uint32_t height, Fill fill) {
     if (width == 0 || height == 0 || width > kMaxSide || height > kMaxSide) return nullptr;
     const Layout layout = layoutFor(width, height);
-    Block block;
+    Surface::PoolState::Block block;
     if (!m_state->reserve(layout.byteSize, block)) return nullptr;
-    if (!block) block = allocate(layout.byteSize);
+    if (!block) block = Surface::PoolState::allocate(layout.byteSize);
     if (!block) {
         m_state->cancel(layout.byteSize);
         return nullptr;

@@ -9,7 +9,7 @@ namespace quiravent::desktop {
 namespace {
 
 /// What a decoder may be behind: several seconds of the richest broadcasts.
-constexpr size_t kMaxBytes = 16U << 20;
+constexpr size_t kMaxQueuedBytes = 16U << 20;
 constexpr size_t kMaxPackets = 1000;
 /// After so many pictures without one that is marked as key, decoding begins anywhere: there are
 /// streams that are refreshed bit by bit.
@@ -60,7 +60,7 @@ void LiveSource::push(TrackKind kind, PacketRef packet) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     Queue& queue = queueOf(kind);
     if (!queue.hasSegment) return;
-    const bool isFull = queue.bytes > kMaxBytes || queue.packets.size() >= kMaxPackets;
+    const bool isFull = queue.bytes > kMaxQueuedBytes || queue.packets.size() >= kMaxPackets;
     if (isFull) clear(queue, kind == TrackKind::video);
     if (queue.needsKey && !packet->key && ++queue.skipped <= kPatience) return;
     queue.needsKey = false;

@@ -6,7 +6,7 @@ namespace quiravent::desktop {
 
 namespace {
 
-constexpr size_t kMaxBytes = 8U << 20;
+constexpr size_t kMaxPacketBytes = 8U << 20;
 constexpr size_t kFixedHeader = 9;
 constexpr size_t kLengthEnd = 6;
 constexpr size_t kStampBytes = 5;
@@ -54,7 +54,7 @@ void PesAssembler::accept(const StreamPacket& packet, const std::optional<ClockM
         begin(packet, clock);
     }
     if (!m_isOpen) return;
-    if (m_bytes.size() + bytes.payloadSize() > kMaxBytes) return drop();
+    if (m_bytes.size() + bytes.payloadSize() > kMaxPacketBytes) return drop();
     m_bytes.insert(m_bytes.end(), bytes.payload(), bytes.payload() + bytes.payloadSize());
     if (isComplete()) finish(clock, units);
 }

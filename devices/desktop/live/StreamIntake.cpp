@@ -7,7 +7,7 @@ namespace quiravent::desktop {
 namespace {
 
 /// A player's thread that is so far behind will not catch up.
-constexpr size_t kMaxBytes = 32U << 20;
+constexpr size_t kMaxWaitingBytes = 32U << 20;
 
 }  // namespace
 
@@ -73,7 +73,7 @@ void StreamIntake::onPacket(const StreamPacket& packet) {
         assembler->second.accept(packet, m_clock.mapping(), m_units);
         for (PesUnit& unit : m_units) {
             m_bytes += unit.data.size();
-            if (m_bytes > kMaxBytes) break;
+            if (m_bytes > kMaxWaitingBytes) break;
             m_items.push_back({Item::Kind::unit, std::move(unit)});
             hasUnits = true;
         }

@@ -11,6 +11,9 @@ namespace quiravent::desktop {
 enum class TrackKind { video, audio, subtitle };
 constexpr int kTrackKinds = 3;
 
+/// The place of a kind in what is kept by kind.
+constexpr size_t indexOf(TrackKind kind) { return static_cast<size_t>(kind); }
+
 /// One track of a medium; never changes.
 struct Track {
     TrackKind kind = TrackKind::video;

@@ -103,7 +103,6 @@ class PacketCache : public PacketSource {
         bool last;
     };
 
-    static size_t indexOf(TrackKind kind) { return static_cast<size_t>(kind); }
     Slot& slotOf(TrackKind kind) { return m_slots[indexOf(kind)]; }
     const Slot* leadingSlot() const;
     bool isBackwards() const;

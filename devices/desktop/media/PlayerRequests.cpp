@@ -11,8 +11,6 @@ namespace {
 
 using Lock = std::lock_guard<std::mutex>;
 
-size_t indexOf(TrackKind kind) { return static_cast<size_t>(kind); }
-
 }  // namespace
 
 bool PlayerSession::isOneOf(std::initializer_list<State> states) const {

@@ -32,8 +32,6 @@ PlayMode modeOf(double speed) {
 
 bool hasSoundAt(double speed) { return speed >= kSlowestWithSound && speed <= kFastestWithSound; }
 
-size_t indexOf(TrackKind kind) { return static_cast<size_t>(kind); }
-
 }  // namespace
 
 PlayerSession::PlayerSession(MediaEngine& engine, const std::string& location, const Rect& bounds,

@@ -13,11 +13,11 @@ namespace quiravent::desktop::test {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
-constexpr int kSide = 96;
+constexpr int kExtent = 96;
 
 /// Coverage of every pixel after painting white on nothing.
 std::vector<int> paint(const std::function<void(Canvas&)>& draw) {
-    const auto surface = newSurface(kSide, kSide);
+    const auto surface = newSurface(kExtent, kExtent);
     Canvas canvas(surface);
     draw(canvas);
     std::vector<int> coverage;
@@ -35,8 +35,8 @@ double areaOf(const std::vector<int>& coverage) {
 std::vector<int> supersampled(const std::function<bool(double x, double y)>& inside) {
     constexpr int kPoints = 16;
     std::vector<int> coverage;
-    for (int y = 0; y < kSide; ++y) {
-        for (int x = 0; x < kSide; ++x) {
+    for (int y = 0; y < kExtent; ++y) {
+        for (int x = 0; x < kExtent; ++x) {
             int hits = 0;
             for (int i = 0; i < kPoints * kPoints; ++i) {
                 const double dx = (i % kPoints + 0.5) / kPoints;
@@ -61,7 +61,7 @@ constexpr int kSamplingTolerance = 20;
 void expectNear(const std::vector<int>& painted, const std::vector<int>& wanted) {
     for (size_t i = 0; i < painted.size(); ++i) {
         ASSERT_NEAR(painted[i], wanted[i], kSamplingTolerance)
-            << "column " << i % kSide << " row " << i / kSide;
+            << "column " << i % kExtent << " row " << i / kExtent;
     }
 }
 
@@ -172,8 +172,8 @@ TEST(Lines, AreOnePixelWideAndCoverBothEnds) {
         };
         const std::vector<int> wanted = supersampled(inLine);
         expectNear(painted, wanted);
-        EXPECT_EQ(painted[static_cast<size_t>(e[1] * kSide + e[0])], 255);
-        EXPECT_EQ(painted[static_cast<size_t>(e[3] * kSide + e[2])], 255);
+        EXPECT_EQ(painted[static_cast<size_t>(e[1] * kExtent + e[0])], 255);
+        EXPECT_EQ(painted[static_cast<size_t>(e[3] * kExtent + e[2])], 255);
         if (dx == 0 || dy == 0) {
             EXPECT_EQ(painted, wanted) << "along a row or a column";
         }
@@ -185,23 +185,23 @@ TEST(Lines, OfEverySlopeAgreeWithTheRasteriser) {
     RandomPixels random;
     for (int count = 0; count < 300; ++count) {
         int64_t e[4];
-        for (int64_t& end : e) end = random.below(kSide + 20) - int64_t{10};
+        for (int64_t& end : e) end = random.below(kExtent + 20) - int64_t{10};
         if (count % 3 == 0) e[3] = e[1] + random.below(3) + 1;
         if (e[0] == e[2] || e[1] == e[3]) continue;
-        std::vector<uint32_t> wanted(size_t{kSide} * kSide);
+        std::vector<uint32_t> wanted(size_t{kExtent} * kExtent);
         Rasterizer rasterizer;
-        rasterizer.start({0, 0, kSide, kSide});
+        rasterizer.start({0, 0, kExtent, kExtent});
         addLine(rasterizer, e[0], e[1], e[2], e[3]);
         rasterizer.sweep([&](int64_t y, const std::vector<CoverageSpan>& spans) {
             for (const CoverageSpan& span : spans) {
-                std::fill_n(wanted.begin() + y * kSide + span.x, span.length, span.coverage);
+                std::fill_n(wanted.begin() + y * kExtent + span.x, span.length, span.coverage);
             }
         });
         const std::vector<int> painted = paintLine(e);
         for (size_t i = 0; i < painted.size(); ++i) {
             ASSERT_NEAR(painted[i], wanted[i], 1)
-                << e[0] << "," << e[1] << " to " << e[2] << "," << e[3] << " at " << i % kSide
-                << "," << i / kSide;
+                << e[0] << "," << e[1] << " to " << e[2] << "," << e[3] << " at " << i % kExtent
+                << "," << i / kExtent;
         }
     }
 }
@@ -220,9 +220,10 @@ TEST(Shapes, AreTheSameWhateverTheClipCutsOff) {
             draw(c);
         });
         for (uint32_t i = 0; i < cut.size(); ++i) {
-            const bool inside = i % kSide - clip.x < clip.width && i / kSide - clip.y < clip.height;
+            const bool inside =
+                i % kExtent - clip.x < clip.width && i / kExtent - clip.y < clip.height;
             ASSERT_NEAR(cut[i], inside ? whole[i] : 0, inside ? 2 : 0)
-                << "column " << i % kSide << " row " << i / kSide << " clipped from " << clip.x;
+                << "column " << i % kExtent << " row " << i / kExtent << " clipped from " << clip.x;
         }
     }
 }
@@ -245,7 +246,7 @@ TEST(Shapes, AreTheSameWhenDrawnAgainElsewhere) {
     };
     const auto share = std::make_shared<CanvasShare>(0, 1);
     const auto drawn = [](const auto& draw, std::shared_ptr<CanvasShare> kept, uint32_t at) {
-        const auto surface = newSurface(kSide, kSide, 0x40201000);
+        const auto surface = newSurface(kExtent, kExtent, 0x40201000);
         Canvas canvas(surface, std::move(kept));
         canvas.setColor({200, 100, 50, at % 2 == 0 ? uint8_t{255} : uint8_t{100}});
         draw(canvas, at);
@@ -279,15 +280,16 @@ TEST(Shapes, OfAnySizeTakeNoMoreThanWhatIsSeen) {
         double area;
         double tolerance;
     } cases[] = {
-        {[](Canvas& c) { c.drawEllipse(Style::fill, 0, 0, kAll, kAll, 0, 360); }, kSide * kSide, 0},
+        {[](Canvas& c) { c.drawEllipse(Style::fill, 0, 0, kAll, kAll, 0, 360); }, kExtent * kExtent,
+         0},
         // At its rightmost point so huge a circle looks like an upright edge.
         {[](Canvas& c) { c.drawEllipse(Style::fill, kLeast + 48, 48, kMost, kMost, 0, 1e300); },
-         47 * kSide, 1},
+         47 * kExtent, 1},
         {[](Canvas& c) { c.drawEllipse(Style::outline, kLeast + 48, 48, kMost, kMost, -80, 80); },
-         kSide, 1},
-        {[](Canvas& c) { c.drawLine(kLeast, 20, kMost, 20); }, kSide, 0},
+         kExtent, 1},
+        {[](Canvas& c) { c.drawLine(kLeast, 20, kMost, 20); }, kExtent, 0},
         // From corner to corner of the coordinates it crosses (0, 0) to (95, 95) and beyond.
-        {[](Canvas& c) { c.drawLine(kLeast, kLeast, kMost, kMost); }, kSide * std::sqrt(2.0), 1},
+        {[](Canvas& c) { c.drawLine(kLeast, kLeast, kMost, kMost); }, kExtent * std::sqrt(2.0), 1},
     };
     for (const auto& c : cases) EXPECT_NEAR(areaOf(paint(c.draw)), c.area, c.tolerance);
 }

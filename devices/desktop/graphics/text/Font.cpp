@@ -8,6 +8,7 @@
 #include "graphics/text/GlyphRasteriser.h"
 #include "graphics/text/SfntDirectory.h"
 #include "graphics/text/TextPieces.h"
+#include "graphics/text/textUnits.h"
 
 namespace quiravent::desktop {
 
@@ -15,8 +16,6 @@ namespace {
 
 constexpr size_t kGlyphBudgetBytes = size_t{4} << 20;
 constexpr size_t kLineBudgetBytes = size_t{4} << 20;
-constexpr int64_t kUnitsPerPixel = 64;
-constexpr int64_t kUnitsPerQuarter = 16;
 
 int64_t floorDivided(int64_t value, int64_t divisor) {
     return value / divisor - (value % divisor < 0 ? 1 : 0);

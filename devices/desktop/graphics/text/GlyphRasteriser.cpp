@@ -10,12 +10,11 @@
 #include <cstring>
 #include <string>
 
+#include "graphics/text/textUnits.h"
+
 namespace quiravent::desktop {
 
 namespace {
-
-constexpr FT_Pos kUnitsPerPixel = 64;
-constexpr FT_Pos kUnitsPerQuarter = kUnitsPerPixel / 4;
 
 /// The widest ligatures at the largest size stay far below it; what a broken outline asks for
 /// doesn't.

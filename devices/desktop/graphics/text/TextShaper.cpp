@@ -4,11 +4,11 @@
 
 #include <utility>
 
+#include "graphics/text/textUnits.h"
+
 namespace quiravent::desktop {
 
 namespace {
-
-constexpr int kUnitsPerPixel = 64;
 
 ShapedText placedGlyphs(hb_buffer_t* buffer) {
     ShapedText text;
@@ -44,7 +44,7 @@ Result<std::unique_ptr<TextShaper>> TextShaper::create(const uint8_t* data, size
     const unsigned glyphs = hb_face_get_glyph_count(face);
     hb_face_destroy(face);
     if (glyphs == 0) return Failure{"broken font data: it can't be shaped with"};
-    const int scale = static_cast<int>(pixelHeight) * kUnitsPerPixel;
+    const int scale = static_cast<int>(pixelHeight * kUnitsPerPixel);
     hb_font_set_scale(font.get(), scale, scale);
     return std::unique_ptr<TextShaper>(new TextShaper(std::move(font), Buffer(hb_buffer_create())));
 }

@@ -13,7 +13,7 @@ namespace {
 constexpr size_t kMaxBuffered = kAudioRate * 3 / 10;
 /// Sound that is further away from its time is moved there at once; sound that is only a little
 /// off drifts there, by a frame in each mix, which can't be heard.
-constexpr int64_t kJump = 40000;
+constexpr int64_t kLeap = 40000;
 constexpr int64_t kTolerance = 4000;
 
 }  // namespace
@@ -98,13 +98,13 @@ size_t AudioVoice::align(int64_t position, size_t frames) {
         const double speed = m_chunks.front().speed;
         const auto early =
             static_cast<int64_t>(static_cast<double>(frontPosition() - position) / speed);
-        if (early > kJump)
+        if (early > kLeap)
             return std::min(frames, static_cast<size_t>(early * kAudioRate / 1000000));
         if (early > kTolerance) return 1;
         if (early >= -kTolerance) return 0;
         const size_t late = static_cast<size_t>(-early * kAudioRate / 1000000);
-        skip(early < -kJump ? late : 1);
-        if (early >= -kJump) return 0;
+        skip(early < -kLeap ? late : 1);
+        if (early >= -kLeap) return 0;
     }
     return frames;
 }

@@ -9,7 +9,7 @@ namespace quiravent::desktop {
 namespace {
 
 // Line breaks of DVB, in sets of one byte and of two.
-constexpr char32_t kLineBreak = 0x8A;
+constexpr char32_t kNarrowLineBreak = 0x8A;
 constexpr char32_t kWideLineBreak = 0xE08A;
 
 /// Controls, and the part of the private use area in which broadcasters have controls too.
@@ -25,7 +25,7 @@ std::string broadcastText(ByteView text, TextCoding coding) {
     for (const char32_t character :
          coding == TextCoding::dvb ? dvbText(text) : isdbText(text, coding)) {
         const bool isBreak =
-            character == U'\n' || character == kLineBreak || character == kWideLineBreak;
+            character == U'\n' || character == kNarrowLineBreak || character == kWideLineBreak;
         if (isBreak) {
             plain += U'\n';
         } else if (!isControl(character)) {
