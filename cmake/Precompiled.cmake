@@ -1,16 +1,5 @@
-# Headers that most sources include, read once instead of for each: half of the time that a build
-# takes goes into reading them. Every source still names what it needs; builds without this, such as
-# that of npm run lint, show it.
-#
-# A compiler cache can't keep what is compiled with them, and clang-tidy can't read what another
-# compiler has made of them, so that with either they are off.
-
-if(CMAKE_CXX_COMPILER_LAUNCHER OR CMAKE_CXX_CLANG_TIDY)
-  set(_default OFF)
-else()
-  set(_default ON)
-endif()
-option(QUIRAVENT_PRECOMPILE "Read common headers once for all sources" ${_default})
+# Headers that most sources include, read once instead of for each in a whole build. Every source still
+# names what it needs; other builds, such as that of npm run lint, show it.
 
 set(QUIRAVENT_COMMON_HEADERS
   <algorithm> <array> <atomic> <chrono> <cmath> <condition_variable> <cstdint> <cstdlib> <cstring>
