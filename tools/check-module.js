@@ -38,10 +38,20 @@ function recordOf(abi) {
   };
 }
 
+const shownBy = new Map();
+
+/** The functions that a runtime's program shows; asked once, for there are some 50,000. */
+function functionsOf(program) {
+  if (!shownBy.has(program)) {
+    const shown = symbols.definedSymbols(program).map((symbol) => symbol.name);
+    shownBy.set(program, new Set(symbols.readableNames(shown)));
+  }
+  return shownBy.get(program);
+}
+
 /** The functions that the module wants of the runtime and that a runtime's program lacks. */
 function missingFrom(program, wanted) {
-  const shown = symbols.definedSymbols(program).map((symbol) => symbol.name);
-  const there = new Set(symbols.readableNames(shown));
+  const there = functionsOf(program);
   return symbols.readableNames(wanted).filter((name) => !there.has(name));
 }
 

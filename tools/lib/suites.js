@@ -74,9 +74,9 @@ function sanitizedSuites(name, library) {
 const suites = [
   scriptSuite('script', 'recorder'),
   scriptSuite('faults', 'recorder'),
-  scriptSuite('cli', 'bench'),
   // Its applications show films and answer keys while time passes: nothing is to run beside them.
   Object.assign(scriptSuite('device', '.'), { isTimed: true }),
+  scriptSuite('cli', 'bench'),
   nativeSuite('native', 'release'),
   { name: 'instructions', run: checkCounts },
   // It waits most of its time, in which the builds for those behind it are made.
