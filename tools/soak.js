@@ -48,7 +48,7 @@ function slope(points) {
   return points.reduce((sum, point) => sum + (point[0] - x) * (point[1] - y), 0) / spread;
 }
 
-/** What a quarter of the figures don't exceed, and the most, of the figures' values by name. */
+/** Of one value of the figures: what a quarter of them don't exceed, and the most. */
 function levels(figures, name) {
   const values = figures.map((each) => each[name]).sort((one, other) => one - other);
   return { low: values[Math.floor((values.length - 1) / 4)], most: values[values.length - 1] };

@@ -34,7 +34,7 @@ function stacksOf(id) {
 /**
  * Runs a program to its end.
  * @param options env; patienceMs: one that isn't over by then hangs, and is killed with all that it
- *   has started
+ *   has started; watch(output, child), if given, is called at each piece of output, with all so far
  * @returns a promise of { output, errors, code, signal, hanging }, the last the place of every thread
  *   of one that hung, else null
  */
@@ -51,7 +51,10 @@ function runProgram(file, words, options) {
       child.stderr.destroy();
     };
     const timer = setTimeout(end, options.patienceMs);
-    child.stdout.setEncoding('utf8').on('data', (text) => (result.output += text));
+    child.stdout.setEncoding('utf8').on('data', (text) => {
+      result.output += text;
+      if (options.watch) options.watch(result.output, child);
+    });
     child.stderr.setEncoding('utf8').on('data', (text) => (result.errors += text));
     child.on('error', (error) => (result.errors += error.message));
     child.on('close', (code, signal) => {

@@ -92,7 +92,8 @@ function fuzzArguments(options) {
       env: Object.assign({}, process.env, {
         LD_LIBRARY_PATH: path.join(root, 'build', 'release', 'recorder')
       }),
-      capture: true
+      capture: true,
+      timeout: SUITE_PATIENCE_MS
     }
   );
   const lines = result.stdout.trim().split('\n');

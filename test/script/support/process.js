@@ -3,7 +3,7 @@
 // Runs a piece of script in a process of its own, for all that ends a process.
 
 const path = require('path');
-const { spawn } = require('child_process');
+const { runProgram } = require('../../lib/program');
 const { runtime } = require('./build');
 const { patience } = require('./pace');
 
@@ -26,24 +26,14 @@ const say = (text) => require('fs').writeSync(1, text);
  * variables are added to the environment.
  */
 function runScript(source, watch, variables) {
-  return new Promise((resolve, reject) => {
-    const child = spawn(runtime, ['--expose-gc', '-e', PRELUDE + source], {
-      env: Object.assign({}, process.env, variables),
-      stdio: ['ignore', 'pipe', 'pipe']
-    });
-    const result = { code: null, signal: null, stdout: '', stderr: '' };
-    const timer = setTimeout(() => child.kill('SIGKILL'), PATIENCE);
-    child.stdout.setEncoding('utf8').on('data', (text) => {
-      result.stdout += text;
-      if (watch) watch(result.stdout, child);
-    });
-    child.stderr.setEncoding('utf8').on('data', (text) => (result.stderr += text));
-    child.on('error', reject);
-    child.on('close', (code, signal) => {
-      clearTimeout(timer);
-      resolve(Object.assign(result, { code, signal }));
-    });
-  });
+  const env = Object.assign({}, process.env, variables);
+  const options = { env, patienceMs: PATIENCE, watch };
+  return runProgram(runtime, ['--expose-gc', '-e', PRELUDE + source], options).then((run) => ({
+    code: run.code,
+    signal: run.signal,
+    stdout: run.output,
+    stderr: run.errors + (run.hanging || '')
+  }));
 }
 
 /** Expects that source writes `stdout` to standard output and that its process then ends well. */
