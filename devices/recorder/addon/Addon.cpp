@@ -10,6 +10,7 @@
 #include "Convert.h"
 #include "DeviceThreads.h"
 #include "Recorder.h"
+#include "runInChild.h"
 
 namespace quiravent::recorder {
 namespace {
@@ -86,6 +87,18 @@ void unread(const Info& info) {
     info.GetReturnValue().Set(bytes);
 }
 
+/// inChild(seconds, act): { code, signal, output, errors } of a child that calls act().
+void inChild(const Info& info) {
+    const auto act = info[1].As<v8::Function>();
+    const ChildEnd end = runInChild(Nan::To<uint32_t>(info[0]).FromJust(), [&] {
+        (void)Nan::Call(act, Nan::GetCurrentContext()->Global(), 0, nullptr);
+    });
+    info.GetReturnValue().Set(toScript(Record{{"code", double(end.code)},
+                                              {"signal", double(end.signal)},
+                                              {"output", end.output},
+                                              {"errors", end.errors}}));
+}
+
 /// onChange(listener): to be called once.
 void onChange(const Info& info) {
     changeSignal = std::make_unique<ChangeSignal>(info[0].As<v8::Function>()).release();
@@ -109,6 +122,7 @@ NAN_MODULE_INIT(init) {
     Nan::SetMethod(target, "fire", fire);
     Nan::SetMethod(target, "delivered", delivered);
     Nan::SetMethod(target, "unread", unread);
+    Nan::SetMethod(target, "inChild", inChild);
     Nan::SetMethod(target, "onChange", onChange);
     Nan::SetMethod(target, "holdLoop", holdLoop);
     Nan::SetMethod(target, "stop", stop);

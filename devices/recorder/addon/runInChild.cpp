@@ -1,0 +1,83 @@
+#include "runInChild.h"
+
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <system_error>
+
+namespace quiravent::recorder {
+namespace {
+
+/// A file without a name, for what one of the child's descriptors takes.
+class Capture {
+  public:
+    void replace(int descriptor) const { dup2(fileno(m_file.get()), descriptor); }
+
+    std::string text() const {
+        std::string text;
+        std::rewind(m_file.get());
+        for (int byte = std::fgetc(m_file.get()); byte != EOF; byte = std::fgetc(m_file.get())) {
+            text += static_cast<char>(byte);
+        }
+        return text;
+    }
+
+  private:
+    static std::FILE* open() {
+        std::FILE* const file = std::tmpfile();
+        if (!file) throw std::system_error(errno, std::generic_category(), "tmpfile");
+        return file;
+    }
+
+    struct Close {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Close> m_file{open()};
+};
+
+/// Gives children all memory of this process: script runtimes have their heap kept from them.
+void shareAllMemory() {
+    std::ifstream mappings("/proc/self/maps");
+    for (std::string line; std::getline(mappings, line);) {
+        char* end = nullptr;
+        const auto from = static_cast<uintptr_t>(std::strtoull(line.c_str(), &end, 16));
+        const auto to = static_cast<uintptr_t>(std::strtoull(end + 1, nullptr, 16));
+        // The system's own pages refuse, and every child has them anyway.
+        (void)madvise(reinterpret_cast<void*>(from), to - from, MADV_DOFORK);
+    }
+}
+
+}  // namespace
+
+ChildEnd runInChild(unsigned seconds, const std::function<void()>& act) {
+    const Capture output;
+    const Capture errors;
+    shareAllMemory();
+    const pid_t child = fork();
+    if (child < 0) throw std::system_error(errno, std::generic_category(), "fork");
+    if (child == 0) {
+        alarm(seconds);
+        output.replace(STDOUT_FILENO);
+        errors.replace(STDERR_FILENO);
+        act();
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ChildEnd end;
+    if (WIFEXITED(status)) end.code = WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) end.signal = WTERMSIG(status);
+    end.output = output.text();
+    end.errors = errors.text();
+    return end;
+}
+
+}  // namespace quiravent::recorder
