@@ -9,7 +9,7 @@ const quiravent = require('./support/module');
 const { keep, newCanvas } = require('./support/graphics');
 const { collect } = require('./support/collection');
 const { quiet } = require('./support/threads');
-const { runScript, says } = require('./support/process');
+const { uncaughtBy } = require('./support/uncaught');
 
 const { graphicServices, mediaServices } = quiravent;
 const callback = () => {};
@@ -226,31 +226,29 @@ Object.keys(JOBS).forEach((name) => {
     return begin('ab\0cd').then(() => t.equal(recorder.argsOf(calls[0])[0][0], 'ab'));
   });
 
-  const callWith = (last) => {
-    const space = services === graphicServices ? 'graphicServices' : 'mediaServices';
-    return `quiravent.${space}.${name}(${JSON.stringify(job.args).slice(1, -1)}, ${last});`;
-  };
-
   test(`${name} notices a callback that is no function when it calls it`, (t) => {
-    const source = `
-      process.on('uncaughtException', (error) => say(error.name + ' '));
-      ${callWith('7')}
-      recorder.waitForCalls('${calls[calls.length - 1]}').then(() => say('made '));`;
-    return runScript(source).then((result) => {
-      t.equal(result.code, 0, result.stderr);
-      t.ok(/made/.test(result.stdout) && /TypeError/.test(result.stdout), result.stdout);
+    recorder.reset();
+    return uncaughtBy(() => services[name].apply(services, job.args.concat(7))).then((error) => {
+      t.equal(error.name, 'TypeError');
+      t.deepEqual(
+        recorder.calls().map((call) => call.fn),
+        calls
+      );
     });
   });
 
   test(`${name} leaves an exception of the callback to the application`, (t) => {
-    const source = `
-      const globalObject = new Function('return this;')();
-      process.on('uncaughtException', (error) => say(error.message));
-      ${callWith(`function () {
-        'use strict';
-        say((this === globalObject) + ' ');
-        throw new Error('mine');
-      }`)}`;
-    return says(t, source, 'true mine', 'whose receiver is the global object');
+    const exception = new Error('mine');
+    let receiver = null;
+    const onDone = function () {
+      receiver = this;
+      throw exception;
+    };
+    return uncaughtBy(() => services[name].apply(services, job.args.concat(onDone))).then(
+      (error) => {
+        t.equal(error, exception);
+        t.equal(receiver, global, 'whose receiver is the global object');
+      }
+    );
   });
 });

@@ -7,6 +7,7 @@ const { openInput, openTuner, newPlayer, follow, endAll } = require('./support/w
 const { quiet, threadNames, descriptorCount } = require('./support/threads');
 const { load } = require('./support/pace');
 const { runScript, says } = require('./support/process');
+const { keepingUncaught } = require('./support/uncaught');
 
 const SENDERS = 4;
 const EVENTS_EACH = load(62500);
@@ -184,97 +185,104 @@ test('workers that have ended take reports and closing without harm', (t) => {
   return useStaleWorkers(load(25)).then(() => t.pass('nothing is heard of it'));
 });
 
-// [kind, source of an opened worker, event for it]
+const playerKind = (kind) => `workers.newPlayer('${kind}').then((made) => ({
+  follower: workers.follow('${kind}', made),
+  event: recorder.event('${kind}', made.handle, 1, 0)
+}))`;
+
+/** By kind, source that gives a promise of an open worker and an event for it. */
 const KINDS = {
-  input: ['workers.openInput()', "event('keyPress', 50)"],
-  tuner: ["workers.openTuner('a', 'b')", "event('dtv', 0)"],
-  media: ["workers.follow('media', media)", "event('media', media.handle, 1, 0)"],
-  ad: ["workers.follow('ad', ad)", "event('ad', ad.handle, 1, 0)"]
+  input: `Promise.resolve({
+    follower: workers.openInput(), event: recorder.event('keyPress', 50)
+  })`,
+  tuner: `Promise.resolve({
+    follower: workers.openTuner('a', 'b'), event: recorder.event('dtv', 0)
+  })`,
+  media: playerKind('media'),
+  ad: playerKind('ad')
 };
 
-const OPEN_ALL = `
+const SUPPORT = `
   const workers = support('workers');
-  const threads = support('threads');
-  let media = null;
-  let ad = null;
-  const ready = Promise.all(['media', 'ad'].map(workers.newPlayer)).then((made) => {
-    media = made[0];
-    ad = made[1];
-  });
-`;
+  const threads = support('threads');`;
 
 Object.keys(KINDS).forEach((kind) => {
-  const script = (before) => `
-    ${OPEN_ALL}
-    ready.then(() => {
-      const follower = ${KINDS[kind][0]};
-      ${before}
-      const hear = follower.log.push;
-      follower.log.push = function (entry) {
-        hear.call(this, entry);
-        if (entry[0] === 'data' && !follower.isMark(entry)) {
-          say('heard ');
-          throw new Error('of the listener');
-        }
+  test(`${kind}: a listener’s exception is the application’s, or ends the process`, (t) => {
+    const source = `
+      ${SUPPORT}
+      process.once('uncaughtException', (error) => say(error.message + ' '));
+      const throwAtData = (follower) => {
+        const hear = follower.log.push;
+        follower.log.push = function (entry) {
+          hear.call(this, entry);
+          if (entry[0] === 'data' && !follower.isMark(entry)) {
+            say('heard ');
+            throw new Error('of the listener');
+          }
+        };
       };
-      return threads.quiet()
-        .then(() => recorder.fire(recorder.${KINDS[kind][1]}))
-        .then(threads.quiet)
-        .then(() => follower.flush())
-        .then(() => workers.endAll([follower]))
-        .then(() => say(follower.heard().pop()[0]));
-    });`;
-
-  test(`${kind}: after a listener’s exception that is handled, all goes on`, (t) => {
-    const before = "process.on('uncaughtException', (error) => say(error.message + ' '));";
-    return runScript(script(before)).then((result) => {
-      t.equal(result.code, 0, result.stderr);
-      t.equal(result.stdout, 'heard of the listener complete');
-    });
-  });
-
-  test(`${kind}: one that isn’t handled ends the process by the runtime’s rules`, (t) => {
-    return runScript(script('')).then((result) => {
+      const hearThrowing = () => ${KINDS[kind]}.then((open) => {
+        throwAtData(open.follower);
+        return threads.quiet()
+          .then(() => recorder.fire(open.event))
+          .then(threads.quiet)
+          .then(() => open.follower.flush())
+          .then(() => workers.endAll([open.follower]))
+          .then(() => say(open.follower.heard().pop()[0] + ' '));
+      });
+      hearThrowing().then(hearThrowing);`;
+    return runScript(source).then((result) => {
       t.equal(result.code, 1);
       t.equal(result.signal, null);
-      t.equal(result.stdout, 'heard ');
+      t.equal(result.stdout, 'heard of the listener complete heard ', 'first handled, then not');
       t.ok(/Error: of the listener/.test(result.stderr), result.stderr);
     });
   });
 });
 
 test('events of one turn after a throwing one are heard all the same', (t) => {
-  const source = `
-    const codes = [];
-    process.on('uncaughtException', (error) => codes.push(error.message));
-    const worker = new quiravent.InputWorker((name, text) => {
+  const codes = [];
+  return keepingUncaught((exceptions) => {
+    recorder.reset();
+    const listen = (name, text) => {
       codes.push(text);
       recorder.recheck();
       if (text === '6') throw new Error('six');
-    }, () => say(codes.join()));
-    const threads = support('threads');
-    const fire = (times) => recorder.fire(
-      recorder.rising(recorder.event('keyPress', 5), times)
-    ).then(threads.quiet);
-    recorder.waitForCalls('pl_input_SetCallback_KeyRelease')
-      .then(threads.quiet)
+    };
+    let complete = false;
+    const worker = new quiravent.InputWorker(listen, () => {
+      complete = true;
+      recorder.recheck();
+    });
+    const fire = (times) =>
+      recorder.fire(recorder.rising(recorder.event('keyPress', 5), times)).then(quiet);
+    return recorder
+      .waitForCalls('pl_input_SetCallback_KeyRelease')
+      .then(quiet)
       .then(() => fire(5))
       .then(() => fire(1))
       .then(() => {
         worker.closeInput();
         return fire(1);
-      });`;
-  return says(t, source, '5,6,six,7,8,9,5,5');
+      })
+      .then(() => recorder.waitUntil(() => complete, 'the completion'))
+      .then(() => {
+        t.deepEqual(codes, ['5', '6', '7', '8', '9', '5', '5']);
+        t.deepEqual(
+          exceptions.map((error) => error.message),
+          ['six']
+        );
+      });
+  });
 });
 
 test('process.exit ends a process with open workers of all kinds', (t) => {
   const source = `
-    ${OPEN_ALL}
-    ready.then(() => {
-      const open = [${Object.keys(KINDS).map((kind) => KINDS[kind][0])}];
-      const twice = [${Object.keys(KINDS).map((kind) => KINDS[kind][0])}];
+    ${SUPPORT}
+    const openAll = () => Promise.all([${Object.keys(KINDS).map((kind) => KINDS[kind])}]);
+    Promise.all([openAll(), openAll()]).then((open) => {
       return threads.quiet().then(() => {
-        say(String(open.length + twice.length));
+        say(String(open[0].length + open[1].length));
         process.exit(9);
       });
     });`;

@@ -9,6 +9,7 @@ const quiravent = require('./support/module');
 const { PLAYERS, newPlayer, openInput, openTuner, follow, endAll } = require('./support/workers');
 const { quiet } = require('./support/threads');
 const { says } = require('./support/process');
+const { keepingUncaught } = require('./support/uncaught');
 
 const PRESS = 'pl_input_SetCallback_KeyPress';
 const RELEASE = 'pl_input_SetCallback_KeyRelease';
@@ -294,38 +295,44 @@ OUTLIVING.forEach((row) => {
   });
 });
 
-// [what makes a worker without listeners that are functions, its first call, event, what closes it]
-const NO_LISTENERS = [
-  [
-    "const worker = new quiravent.TunerWorker('a', 'b', 5)",
-    SELECT,
-    "event('dtv', 0)",
-    'worker.closeTuner()'
-  ]
-].concat(
-  ['media', 'ad'].map((kind) => [
-    "if (made.player.registerListener() !== undefined) say('odd ')",
-    PLAYERS[kind].register,
-    `event('${kind}', made.handle, 1, 1)`,
-    'made.player.unload()'
-  ])
+const openWithoutListeners = {
+  tuner: () => {
+    const worker = new quiravent.TunerWorker('a', 'b', 5);
+    return () => worker.closeTuner();
+  },
+  player: (made) => {
+    if (made.player.registerListener() !== undefined) throw new Error('it gave a result');
+    return () => made.player.unload();
+  }
+};
+
+// [what opens a worker and gives what closes it, kind of a player, its first call, event for it]
+const NO_LISTENERS = [['tuner', 'media', SELECT, () => recorder.event('dtv', 0)]].concat(
+  ['media', 'ad'].map((kind) => {
+    const event = (made) => recorder.event(kind, made.handle, 1, 1);
+    return ['player', kind, PLAYERS[kind].register, event];
+  })
 );
 
 NO_LISTENERS.forEach((row) => {
   test(`${row[2]}: listeners that are no functions are noticed when they are called`, (t) => {
-    const kind = /'ad'/.test(row[2]) ? 'ad' : 'media';
-    const source = `
-      process.on('uncaughtException', (error) => say(error.name + ' '));
-      support('workers').newPlayer('${kind}').then((made) => {
-        ${row[0]};
-        return recorder.waitForCalls('${row[1]}').then(support('threads').quiet)
-          .then(() => recorder.fire(recorder.${row[2]}))
-          .then(support('threads').quiet)
+    return keepingUncaught((exceptions) =>
+      newPlayer(row[1]).then((made) => {
+        recorder.clear();
+        const close = openWithoutListeners[row[0]](made);
+        return recorder
+          .waitForCalls(row[2])
+          .then(quiet)
+          .then(() => recorder.fire(row[3](made)))
+          .then(() => recorder.waitUntil(() => exceptions.length > 0, 'the first fault'))
+          .then(quiet)
           .then(() => {
-            say('closing ');
-            ${row[3]};
-          });
-      });`;
-    return says(t, source, 'TypeError closing TypeError ');
+            t.equal(exceptions.length, 1);
+            close();
+            return recorder.waitUntil(() => exceptions.length > 1, 'that of the completion');
+          })
+          .then(() => t.ok(exceptions.every((error) => error instanceof TypeError)));
+      })
+    );
   });
 });
