@@ -6,7 +6,7 @@
 #include <random>
 
 #include "common/TemporaryFolder.h"
-#include "media/Count.h"
+#include "common/countFromEnvironment.h"
 #include "media/Samples.h"
 #include "media/TestPlayer.h"
 

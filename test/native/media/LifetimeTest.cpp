@@ -7,9 +7,9 @@
 #include <thread>
 #include <vector>
 
+#include "common/countFromEnvironment.h"
 #include "common/holdings.h"
 #include "common/processMemory.h"
-#include "media/Count.h"
 #include "media/MediaServer.h"
 #include "media/TestPlayer.h"
 #include "support/Clock.h"

@@ -4,9 +4,10 @@
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <string>
@@ -15,13 +16,14 @@
 
 #include "common/ChildProcess.h"
 #include "common/TemporaryFolder.h"
+#include "common/countFromEnvironment.h"
 #include "persistence/Persistence.h"
 #include "support/DeviceError.h"
 
 namespace quiravent::desktop {
 namespace {
 
-const std::string kNul("a\0b", 3);
+namespace fs = std::filesystem;
 
 std::string openingError(const std::string& folder) {
     try {
@@ -40,6 +42,10 @@ void execute(const std::string& file, const char* sql) {
     sqlite3_close(connection);
 }
 
+void setOneValue(const std::string& folder) {
+    ValueStore(folder, Durability::process).set("c", "k", "v");
+}
+
 int waitFor(pid_t child) {
     int status = -1;
     waitpid(child, &status, 0);
@@ -48,7 +54,7 @@ int waitFor(pid_t child) {
 
 TEST(ValueStore, KeepsAnyBytesAcrossOpenings) {
     const std::vector<std::string> texts{
-        "", "a", kNul, "\xff\xfe", "null", "\xc3\xa9", std::string(3000000, 'x')};
+        "", "a", {"a\0b", 3}, "\xff\xfe", "null", "\xc3\xa9", std::string(3000000, 'x')};
     const TemporaryFolder folder;
     for (const std::string& context : texts) {
         ValueStore store(folder / "a/b", Durability::machine);
@@ -79,79 +85,68 @@ TEST(ValueStore, FilesAreTheUsersOwn) {
     }
 }
 
-TEST(ValueStore, UnusableFilesAreRefusedWithTheReasonAndLeftAlone) {
-    struct Case {
-        const char* name;
-        void (*prepare)(const std::string& file);
-        const char* reason;
-    };
-    const Case cases[] = {
-        {"no database",
-         [](const std::string& file) { std::ofstream(file) << std::string(5000, 'x'); },
-         ": file is not a database; move the file away to start with an empty one"},
-        {"newer layout",
-         [](const std::string& file) {
-             execute(file, "PRAGMA application_id = 0x51727674; PRAGMA user_version = 2;");
-         },
-         ": has layout 2, made by a newer version; this one knows 1; use the newer version, or "
-         "another folder"},
-        {"another program's",
-         [](const std::string& file) { execute(file, "CREATE TABLE notes (text)"); },
-         ": is not a store of Quiravent; move the file away to start with an empty one"},
-        {"damaged",
-         [](const std::string& file) {
-             const std::string folder = std::filesystem::path(file).parent_path();
-             ValueStore(folder, Durability::process).set("c", "k", "v");
-             std::fstream(file, std::ios::in | std::ios::out).seekp(100)
-                 << std::string(900, '\xee');
-         },
-         ": database disk image is malformed; move the file away to start with an empty one"},
-    };
-    for (const Case& each : cases) {
-        const TemporaryFolder folder;
-        const std::string file = folder / ValueStore::kFileName;
-        each.prepare(file);
-        EXPECT_EQ(openingError(folder.path()), file + each.reason) << each.name;
-        EXPECT_GT(std::filesystem::file_size(file), 0U) << each.name;
-    }
-}
+/// Something that is no usable store, in a place of its own.
+struct Unusable {
+    void (*prepare)(const fs::path& folder, const fs::path& file);
+    const char* reason;  ///< behind the folder's name
+};
+using Path = const fs::path&;
+const Unusable kUnusable[] = {
+    {[](Path, Path file) { std::ofstream(file) << std::string(5000, 'x'); },
+     "/values.sqlite: file is not a database; move the file away to start with an empty one"},
+    {[](Path, Path file) {
+         execute(file, "PRAGMA application_id=0x51727674; PRAGMA user_version=2");
+     },
+     "/values.sqlite: has layout 2, made by a newer version; this one knows 1; use the newer "
+     "version, or another folder"},
+    {[](Path, Path file) { execute(file, "CREATE TABLE notes (text)"); },
+     "/values.sqlite: is not a store of Quiravent; move the file away to start with an empty one"},
+    {[](Path folder, Path file) {
+         setOneValue(folder);
+         std::fstream(file, std::ios::in | std::ios::out).seekp(100) << std::string(900, '\xee');
+     },
+     "/values.sqlite: database disk image is malformed; move the file away to start with an empty "
+     "one"},
+    {[](Path folder, Path) { chmod(folder.c_str(), 0555); },
+     "/values.sqlite: the file can't be made: Permission denied; name another folder with "
+     "storage.folder or QUIRAVENT_STORAGE"},
+    {[](Path folder, Path file) {
+         setOneValue(folder);
+         chmod(file.c_str(), 0444);
+     },
+     "/values.sqlite is read-only; the file and its folder must be writable"},
+    {[](Path folder, Path) {
+         setOneValue(folder);
+         chmod(folder.c_str(), 0555);
+     },
+     "/values.sqlite: attempt to write a readonly database; the file and its folder must be "
+     "writable"},
+    {[](Path folder, Path) {
+         fs::remove_all(folder.parent_path());
+         std::ofstream{folder.parent_path()};
+     },
+     ": the folder can't be made: Not a directory; name another folder with storage.folder or "
+     "QUIRAVENT_STORAGE"},
+};
 
-TEST(ValueStore, FolderThatCannotBeMadeIsRefused) {
-    const TemporaryFolder folder;
-    const std::string place = folder.write("file", {'x'}) + "/below";
-    EXPECT_EQ(openingError(place),
-              place +
-                  ": the folder can't be made: Not a directory; name another folder with "
-                  "storage.folder or QUIRAVENT_STORAGE");
-}
-
-TEST(ValueStore, WithoutTheRightToWriteItIsRefused) {
-    struct Case {
-        mode_t file;  ///< 0: there is none
-        const char* reason;
-    };
-    const Case cases[] = {
-        {0,
-         ": the file can't be made: Permission denied; name another folder with storage.folder or "
-         "QUIRAVENT_STORAGE"},
-        {0444, " is read-only; the file and its folder must be writable"},
-        {0666, ": attempt to write a readonly database; the file and its folder must be writable"},
-    };
-    for (const Case& each : cases) {
-        const TemporaryFolder folder;
-        const std::string file = folder / ValueStore::kFileName;
-        if (each.file != 0) {
-            ValueStore(folder.path(), Durability::process).set("c", "k", "v");
-            chmod(file.c_str(), each.file);
-        }
-        chmod(folder.path().c_str(), 0555);
+TEST(ValueStore, WhatIsUnusableIsRefusedWithTheReasonAndLeftAlone) {
+    for (const Unusable& one : kUnusable) {
+        SCOPED_TRACE(one.reason);
+        const TemporaryFolder all;
+        fs::permissions(all.path(), fs::perms::all);
         // The superuser may write anywhere, so it becomes somebody else for this.
         const ChildOutcome outcome = runInChild({}, [&] {
             ASSERT_TRUE(getuid() != 0 || setuid(65534) == 0);
-            EXPECT_EQ(openingError(folder.path()), file + each.reason);
+            const std::string folder = all / "above/store";
+            const std::string file = folder + '/' + ValueStore::kFileName;
+            fs::create_directories(folder);
+            one.prepare(folder, file);
+            std::error_code isMissing;
+            const auto size = fs::file_size(file, isMissing);
+            EXPECT_EQ(openingError(folder), folder + one.reason);
+            EXPECT_EQ(fs::file_size(file, isMissing), size);
         });
-        chmod(folder.path().c_str(), 0755);
-        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
     }
 }
 
@@ -190,32 +185,22 @@ TEST(ValueStore, ProcessesShareTheFileFromItsFirstMomentOn) {
     EXPECT_EQ(store.getAll("c").size(), size_t{kProcesses * kValues + 1});
 }
 
-/// How often the writing process is killed: QUIRAVENT_KILLS, or a few times.
-int numberOfKills() {
-    const char* const text = std::getenv("QUIRAVENT_KILLS");
-    return text != nullptr ? std::atoi(text) : 12;
-}
-
 std::string valueOf(uint32_t key) {
     return std::string(1000 + key * 7919 % 5000, static_cast<char>('a' + key % 26));
 }
 
-/// Sets values from a key on until it is killed, and tells each key when its value is set.
-pid_t startWriter(const std::string& folder, uint32_t first, int channel) {
-    return startChild([=] {
-        ValueStore store(folder, first % 2 == 0 ? Durability::process : Durability::machine);
-        for (uint32_t key = first;; ++key) {
-            store.set("c", std::to_string(key), valueOf(key));
-            if (write(channel, &key, sizeof key) != sizeof key) return;
-        }
-    });
-}
-
-/// Kills a writer at a random moment; gives the key behind the last one that it told of.
+/// Has a process set values from a key on and tell of each that is set, and kills it at a random
+/// moment; gives the key behind the last one that it told of.
 uint32_t killWriter(const std::string& folder, uint32_t first, std::mt19937& random) {
     int channel[2];
     EXPECT_EQ(pipe(channel), 0);
-    const pid_t child = startWriter(folder, first, channel[1]);
+    const pid_t child = startChild([&] {
+        ValueStore store(folder, first % 2 == 0 ? Durability::process : Durability::machine);
+        for (uint32_t key = first;; ++key) {
+            store.set("c", std::to_string(key), valueOf(key));
+            if (write(channel[1], &key, sizeof key) != sizeof key) return;
+        }
+    });
     close(channel[1]);
     const uint32_t enough = first + random() % 40;
     uint32_t next = first;
@@ -238,7 +223,8 @@ TEST(ValueStore, WhatWasSetSurvivesEveryKillInTheMiddle) {
     const TemporaryFolder folder;
     std::mt19937 random(20261121);
     uint32_t next = 0;
-    for (int round = 0; round < numberOfKills(); ++round) {
+    const int kills = test::countFromEnvironment("QUIRAVENT_KILLS", 12);
+    for (int round = 0; round < kills; ++round) {
         next = killWriter(folder.path(), next, random);
         ValueStore store(folder.path(), Durability::process);
         const auto values = store.getAll("c");
