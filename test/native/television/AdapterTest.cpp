@@ -75,14 +75,6 @@ class Kernel : public SystemCalls {
     FileDescriptor m_writing;
 };
 
-class Counter : public PacketSink {
-  public:
-    void onPacket(const TransportPacket&, int64_t arrival) override { arrivals.push_back(arrival); }
-    void onRestart() override {}
-
-    std::vector<int64_t> arrivals;
-};
-
 Tuning tuningOf(const std::string& option) {
     return std::get<AdapterRequest>(parseSelection("adapter:1/2", option, "").source).tuning;
 }
@@ -147,27 +139,25 @@ TEST(Adapter, GivesTheWholeStream) {
     Bytes stream = test::readMultiplex("mux.ts");
     stream.resize(size_t{100} * TransportPacket::kSize);
     kernel.send(stream);
-    Counter counter;
-    source.read(counter, 77);
-    EXPECT_EQ(counter.arrivals, std::vector<int64_t>(100, 77));
+    test::Taker taker;
+    source.read(taker, 77);
+    EXPECT_EQ(taker.arrivals, std::vector<int64_t>(100, 77));
+    EXPECT_TRUE(taker.stream == stream);
     const auto quality = source.quality();
     EXPECT_TRUE(quality->isLocked);
     EXPECT_DOUBLE_EQ(quality->strength.value_or(0), -53.5);
     EXPECT_FALSE(quality->ratio);
     kernel.unplug();
-    EXPECT_THROW(source.read(counter, 78), TunerError);
+    EXPECT_THROW(source.read(taker, 78), TunerError);
     source.open();
     EXPECT_EQ(kernel.opened.size(), 2 * devices.size()) << "it may have been plugged in again";
 }
 
 TEST(Adapter, TellsWhyItCanNotBeUsed) {
-    const std::pair<int, e_pl_dtv_error> cases[] = {
-        {EBUSY, e_pl_dtv_error_resource_unavailable},
-        {EACCES, e_pl_dtv_error_not_allowed},
-        {ENODEV, e_pl_dtv_error_operation_unavailable},
-        {ENOENT, e_pl_dtv_error_unavailable},
-    };
-    for (const auto& [refusal, code] : cases) {
+    for (const auto& [refusal, code] : {std::pair{EBUSY, e_pl_dtv_error_resource_unavailable},
+                                        std::pair{EACCES, e_pl_dtv_error_not_allowed},
+                                        std::pair{ENODEV, e_pl_dtv_error_operation_unavailable},
+                                        std::pair{ENOENT, e_pl_dtv_error_unavailable}}) {
         Kernel kernel;
         kernel.refusal = refusal;
         AdapterSource source = sourceOver(kernel, "system=isdb-t frequency=479142857");

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <utility>
+
 #include "common/MalformedInput.h"
 #include "support/Text.h"
 #include "television/ContinuityCheck.h"
@@ -64,6 +67,11 @@ Bytes serviceName(const std::string& name, uint16_t network) {
                                      countedLong(descriptor(0x48, Bytes{1} + texts)));
 }
 
+Bytes network(uint8_t delivery, uint16_t id) {
+    const Bytes streams = word(1) + word(id) + countedLong(descriptor(delivery, Bytes(4)));
+    return section({0x40, 9}, countedLong(descriptor(0x40, bytesOf("Net"))) + countedLong(streams));
+}
+
 Bytes event(uint8_t number, const std::string& title, uint8_t version = 0) {
     // 13 October 1993, 12:45:00, for an hour and a half, as the standard's example has it.
     const Bytes times{0xC0, 0x79, 0x12, 0x45, 0x00, 0x01, 0x30, 0x00};
@@ -101,12 +109,7 @@ TEST(ServiceTables, DescribeARealMultiplex) {
 }
 
 TEST(ServiceTables, TellStreamsByTypeAndDescriptors) {
-    struct Case {
-        uint8_t type;
-        Bytes descriptors;
-        const char* told;
-    };
-    const Case cases[] = {
+    const std::tuple<uint8_t, Bytes, const char*> cases[] = {
         {0x24, {}, "HEVC "},
         {0x11, descriptor(0x0A, bytesOf("ENG") + Bytes{0}), "AAC LATM eng"},
         {0x11, descriptor(0xC4, Bytes(6) + bytesOf("jpn")), "AAC LATM jpn"},
@@ -119,16 +122,15 @@ TEST(ServiceTables, TellStreamsByTypeAndDescriptors) {
         {0x06, {0x6A}, "AC-3 "},
         {0x05, {}, "other "},
     };
-    for (const Case& one : cases) {
+    for (const auto& [type, descriptors, expected] : cases) {
         Reader reader;
         reader.add(kPatPid, association(0));
-        EXPECT_EQ(reader.add(kMapPid, programMap(stream(one.type, 0x201, one.descriptors) +
-                                                 stream(0x1B, 0x202))),
-                  Change::association);
+        const Bytes streams = stream(type, 0x201, descriptors) + stream(0x1B, 0x202);
+        EXPECT_EQ(reader.add(kMapPid, programMap(streams)), Change::association);
         const Service service = reader.describe().services.at(0);
         EXPECT_EQ(service.pcrPid, 0x200);
-        EXPECT_EQ(told(service), joined("513 ", one.told, ";514 H.264 ;"));
-        EXPECT_EQ(service.streams[0].descriptors, one.descriptors);
+        EXPECT_EQ(told(service), joined("513 ", expected, ";514 H.264 ;"));
+        EXPECT_EQ(service.streams[0].descriptors, descriptors);
     }
 }
 
@@ -152,24 +154,15 @@ TEST(ServiceTables, TellWhatIsOnAndWhatIsNext) {
 }
 
 TEST(ServiceTables, ChooseTheCodingOfTextsByTheNetwork) {
-    const auto network = [](uint8_t delivery, uint16_t id) {
-        const Bytes streams = word(1) + word(id) + countedLong(descriptor(delivery, Bytes(4)));
-        return section({0x40, 9},
-                       countedLong(descriptor(0x40, bytesOf("Net"))) + countedLong(streams));
-    };
-    struct Case {
-        uint8_t delivery;
-        uint16_t network;
-        const char* name;
-    };
-    const Case cases[] = {{0x5A, 1, "ä"}, {0xFA, 0x5A0, "Èa"}, {0xFA, 0x7FE0, "と\uFFFD"}};
-    for (const Case& one : cases) {
+    using Case = std::tuple<uint8_t, uint16_t, const char*>;
+    for (const auto& [delivery, id, name] :
+         {Case{0x5A, 1, "ä"}, Case{0xFA, 0x5A0, "Èa"}, Case{0xFA, 0x7FE0, "と\uFFFD"}}) {
         Reader reader;
         reader.add(kPatPid, association(0));
-        reader.add(kSdtPid, serviceName("\xC8\x61", one.network));
-        reader.add(kNitPid, network(one.delivery, one.network));
+        reader.add(kSdtPid, serviceName("\xC8\x61", id));
+        reader.add(kNitPid, network(delivery, id));
         EXPECT_EQ(reader.describe().networkId, 9);
-        EXPECT_EQ(reader.describe().services.at(0).name, one.name);
+        EXPECT_EQ(reader.describe().services.at(0).name, name);
     }
 }
 
@@ -214,37 +207,28 @@ TEST(ServiceTables, SpanPacketsAndLeaveOutWhatIsDamaged) {
 /// Whatever the tables say, reading them is safe; sections have right checksums, so that what is in
 /// them is looked at.
 TEST(ServiceTables, SurviveMalformedContent) {
-    const Bytes maps = word(0xE200) + countedLong({}) +
-                       stream(0x06, 0x201, descriptor(0x59, bytesOf("deu") + Bytes(5)));
-    const Bytes services = word(1) + Bytes{0xFF} + word(kNumber) + Bytes{0xFC} +
-                           countedLong(descriptor(0x48, {1, 3, 'a', 'b', 'c', 1, 'd'}));
-    const Bytes events = Bytes(6) + Bytes(10) +
-                         countedLong(descriptor(0x4D, bytesOf("por") + counted(bytesOf("Title"))));
-    const Bytes networks = countedLong(descriptor(0x40, bytesOf("Net"))) +
-                           countedLong(word(1) + word(1) + countedLong(Bytes{0x5A, 0}));
-    struct Table {
-        Pid pid;
-        uint8_t id;
-        uint16_t extension;
-        Bytes body;
-    };
-    const Table tables[] = {{kPatPid, 0x00, 1, word(kNumber) + word(kMapPid)},
-                            {kMapPid, 0x02, kNumber, maps},
-                            {kSdtPid, 0x42, 1, services},
-                            {kNitPid, 0x40, 1, networks},
-                            {kEitPid, 0x4E, kNumber, events}};
-    for (const Table& table : tables) {
-        SCOPED_TRACE(table.id);
+    const Bytes subtitles = descriptor(0x59, bytesOf("deu") + Bytes(5));
+    const std::pair<Pid, Bytes> tables[] = {{kPatPid, association(0)},
+                                            {kMapPid, programMap(stream(0x06, 0x201, subtitles))},
+                                            {kSdtPid, serviceName("abc", 1)},
+                                            {kNitPid, network(0x5A, 1)},
+                                            {kEitPid, event(0, "Title")}};
+    for (const auto& [tablePid, whole] : tables) {
+        const Pid pid = tablePid;
+        const uint8_t id = whole[0];
+        SCOPED_TRACE(id);
+        const auto extension = static_cast<uint16_t>(whole[3] << 8 | whole[4]);
+        const Bytes body(whole.begin() + 8, whole.end() - 4);
         Reader reader;
         uint8_t version = 0;
-        const auto add = [&](const Bytes& body) {
+        const auto add = [&](const Bytes& content) {
             reader.add(kPatPid, association(version));
             version = (version + 1) & 31;
-            reader.add(table.pid, section({table.id, table.extension, version}, body));
+            reader.add(pid, section({id, extension, version}, content));
             (void)reader.describe();
         };
-        for (const Bytes& body : test::truncations(table.body, table.body.size())) add(body);
-        for (const Bytes& body : test::byteFlips(table.body, 500, table.body.size())) add(body);
+        for (const Bytes& content : test::truncations(body, body.size())) add(content);
+        for (const Bytes& content : test::byteFlips(body, 500, body.size())) add(content);
         EXPECT_EQ(reader.tables.faultySections(), 0U);
     }
     Bytes mux = test::readMultiplex("mux.ts");

@@ -51,6 +51,11 @@ Bytes section(const SectionFields& fields, const Bytes& body) {
     return whole + word(checksum >> 16) + word(checksum & 0xFFFF);
 }
 
+void Taker::onPacket(const desktop::TransportPacket& packet, int64_t arrival) {
+    stream.insert(stream.end(), packet.bytes(), packet.bytes() + packet.kSize);
+    arrivals.push_back(arrival);
+}
+
 Bytes Packetizer::packets(desktop::Pid pid, const Bytes& section) {
     constexpr size_t kPayload = desktop::TransportPacket::kSize - 4;
     Bytes rest = Bytes{0} + section;

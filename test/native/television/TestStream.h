@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "television/TransportPacket.h"
+#include "television/TransportSource.h"
 
 namespace quiravent::test {
 
@@ -37,6 +38,17 @@ struct SectionFields {
 };
 /// A whole section with its checksum.
 Bytes section(const SectionFields& fields, const Bytes& body);
+
+/// Keeps all that a source gives.
+class Taker : public desktop::PacketSink {
+  public:
+    void onPacket(const desktop::TransportPacket& packet, int64_t arrival) override;
+    void onRestart() override { restarts.push_back(arrivals.size()); }
+
+    Bytes stream;
+    std::vector<int64_t> arrivals;
+    std::vector<size_t> restarts;  ///< numbers of the packets before which there was one
+};
 
 /// Makes packets; their counters go on from call to call.
 class Packetizer {

@@ -3,7 +3,6 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -76,36 +75,31 @@ bool waitUntil(const std::function<bool()>& isSo) {
 Sender::Sender(const std::string& address, uint16_t port)
     : m_socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
     const in_addr own{htonl(INADDR_LOOPBACK)};
-    ::setsockopt(m_socket, IPPROTO_IP, IP_MULTICAST_IF, &own, sizeof own);
+    ::setsockopt(m_socket.number(), IPPROTO_IP, IP_MULTICAST_IF, &own, sizeof own);
     const sockaddr_in target = addressOf(address, port);
-    if (::connect(m_socket, reinterpret_cast<const sockaddr*>(&target), sizeof target) != 0)
+    if (::connect(m_socket.number(), reinterpret_cast<const sockaddr*>(&target), sizeof target) !=
+        0)
         throw std::system_error(errno, std::generic_category(), address);
-}
-
-Sender::~Sender() { ::close(m_socket); }
-
-void Sender::send(const Bytes& datagram) const {
-    ::send(m_socket, datagram.data(), datagram.size(), 0);
 }
 
 void Sender::sendStream(const Bytes& packets, const Bytes& header) const {
     constexpr size_t kPayload = 7 * desktop::TransportPacket::kSize;
     for (size_t at = 0; at < packets.size(); at += kPayload) {
         const size_t size = std::min(kPayload, packets.size() - at);
-        send(header + Bytes(packets.data() + at, packets.data() + at + size));
+        const Bytes datagram = header + Bytes(packets.data() + at, packets.data() + at + size);
+        ::send(m_socket.number(), datagram.data(), datagram.size(), 0);
         std::this_thread::sleep_for(std::chrono::microseconds(200));
     }
 }
 
 uint16_t freePort() {
-    const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    const desktop::FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     sockaddr_in address = addressOf("127.0.0.1", 0);
     socklen_t size = sizeof address;
     auto* const general = reinterpret_cast<sockaddr*>(&address);
-    const bool isBound =
-        ::bind(socket, general, size) == 0 && ::getsockname(socket, general, &size) == 0;
-    ::close(socket);
-    if (!isBound) throw std::system_error(errno, std::generic_category(), "no free port");
+    if (::bind(socket.number(), general, size) != 0 ||
+        ::getsockname(socket.number(), general, &size) != 0)
+        throw std::system_error(errno, std::generic_category(), "no free port");
     return ntohs(address.sin_port);
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "support/FileDescriptor.h"
 #include "television/TestStream.h"
 #include "television/Tuner.h"
 
@@ -38,16 +39,12 @@ bool waitUntil(const std::function<bool()>& isSo);
 class Sender {
   public:
     Sender(const std::string& address, uint16_t port);
-    ~Sender();
-    Sender(const Sender&) = delete;
-    Sender& operator=(const Sender&) = delete;
 
-    void send(const Bytes& datagram) const;
     /// Sends packets in datagrams of seven, after a header where one is given.
     void sendStream(const Bytes& packets, const Bytes& header = {}) const;
 
   private:
-    int m_socket;
+    desktop::FileDescriptor m_socket;
 };
 
 /// A port of this machine that nobody uses at present.
