@@ -2,12 +2,14 @@
 
 #include <cmath>
 #include <regex>
+#include <tuple>
 
 #include "captions/VideoCaptions.h"
 #include "captions/captionText.h"
 #include "lineup/TestLineup.h"
 #include "media/Av.h"
 #include "media/SubtitleTrack.h"
+#include "support/Text.h"
 
 namespace quiravent::desktop::lineup {
 namespace {
@@ -15,18 +17,7 @@ namespace {
 using test::Bytes;
 
 /// A text, the picture with which it comes, and that with which it goes.
-struct Seen {
-    std::string text;
-    long from;
-    long to;
-
-    bool operator==(const Seen& other) const {
-        return text == other.text && from == other.from && to == other.to;
-    }
-};
-std::ostream& operator<<(std::ostream& out, const Seen& seen) {
-    return out << seen.text << " from " << seen.from << " to " << seen.to;
-}
+using Seen = std::tuple<std::string, long, long>;
 
 /// The caption data of each picture of the service's video.
 std::vector<Bytes> captionDataOf(const std::string& json, const char* file) {
@@ -86,57 +77,46 @@ std::vector<Seen> readAsDevice(const std::vector<Bytes>& data) {
             text += (text.empty() ? "" : "|") + line;
         }
         if (text == shown) continue;
-        if (!shown.empty()) seen.back().to = static_cast<long>(i);
+        if (!shown.empty()) std::get<2>(seen.back()) = static_cast<long>(i);
         if (!text.empty()) seen.push_back({text, static_cast<long>(i), -1});
         shown = text;
     }
     return seen;
 }
 
-struct Coding {
-    const char* codec;
-    const char* file;
-    const char* rateText;
-    double rate;
-};
-
 TEST(Captions, AreSeenByBothStandardsFromTheDescribedPictureOn) {
-    for (const Coding& one : {Coding{"h264", "video.h264", "25", 25},
-                              Coding{"mpeg2", "video.m2v", "29.97", 30000 / 1001.0},
-                              Coding{"h264", "video.h264", "50", 50}}) {
+    struct Case {
+        const char* codec = "";
+        const char* file = "";
+        const char* rateText = "";
+        double rate = 0;
+        const char* standards = "";
+        bool has608 = true;
+    };
+    for (const Case& one :
+         {Case{"h264", "video.h264", "25", 25}, Case{"mpeg2", "video.m2v", "29.97", 30000 / 1001.0},
+          Case{"h264", "video.h264", "50", 50},
+          Case{"h264", "video.h264", "25", 25, R"("cea708":false,)"},
+          Case{"h264", "video.h264", "25", 25, R"("cea608":false,)", false}}) {
+        SCOPED_TRACE(joined(one.rateText, ' ', one.standards));
         const auto data = captionDataOf(
-            std::string(R"({"duration":6,"services":[{"name":"A","audio":[],"video":{"width":160,)"
-                        R"("height":96,"pid":500,"codec":")") +
-                one.codec + R"(","frameRate":)" + one.rateText +
-                R"(},"captions":{"texts":[
+            joined(R"({"duration":6,"services":[{"name":"A","audio":[],"video":{"width":160,)",
+                   R"("height":96,"pid":500,"codec":")", one.codec, R"(","frameRate":)",
+                   one.rateText, R"(},"captions":{)", one.standards, R"("texts":[
                     {"from":2,"to":3,"text":"Olá, são ações\nÀ NOITE"},
-                    {"from":3,"to":4,"text":"õõ ♪"},{"from":5,"to":5.5,"text":"fim"}]}}]})",
+                    {"from":3,"to":4,"text":"õõ ♪"},{"from":5,"to":5.5,"text":"fim"}]}}]})"),
             one.file);
+        const auto textsAt = [](const std::function<long(double)>& at) {
+            return std::vector<Seen>{{"Olá, são ações|À NOITE", at(2), at(3)},
+                                     {"õõ ♪", at(3), at(4)},
+                                     {"fim", at(5), at(5.5)}};
+        };
         const auto at = [&one](double seconds) { return std::lround(seconds * one.rate); };
         // CEA-608 has no more than 30 places in a second.
         const long grid = one.rate > 30 ? 2 : 1;
         const auto at608 = [&](double seconds) { return (at(seconds) + grid - 1) / grid * grid; };
-        SCOPED_TRACE(one.rateText);
-        EXPECT_EQ(read608(data, one.rate),
-                  (std::vector<Seen>{{"Olá, são ações|À NOITE", at608(2), at608(3)},
-                                     {"õõ ♪", at608(3), at608(4)},
-                                     {"fim", at608(5), at608(5.5)}}));
-        EXPECT_EQ(readAsDevice(data), (std::vector<Seen>{{"Olá, são ações|À NOITE", at(2), at(3)},
-                                                         {"õõ ♪", at(3), at(4)},
-                                                         {"fim", at(5), at(5.5)}}));
-    }
-}
-
-TEST(Captions, MayBeOfOneStandardOnly) {
-    for (const bool is608 : {true, false}) {
-        const auto data = captionDataOf(
-            std::string(R"({"duration":3,"services":[{"name":"A","audio":[],"video":{"width":160,)"
-                        R"("height":96,"pid":500},"captions":{")") +
-                (is608 ? "cea708" : "cea608") +
-                R"(":false,"texts":[{"from":1,"to":2,"text":"a"}]}}]})",
-            "video.h264");
-        EXPECT_EQ(read608(data, 25).size(), is608 ? 1U : 0U);
-        EXPECT_EQ(readAsDevice(data), (std::vector<Seen>{{"a", 25, 50}}));
+        EXPECT_EQ(read608(data, one.rate), one.has608 ? textsAt(at608) : std::vector<Seen>());
+        EXPECT_EQ(readAsDevice(data), textsAt(at));
     }
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "common/filmNumber.h"
 #include "lineup/TestLineup.h"
 
@@ -14,17 +16,13 @@ std::string withMedia(const std::string& file, const std::string& service) {
            file + "\"," + service + "}]}";
 }
 
-int numberOf(const AVFrame& picture) {
-    return filmNumber(static_cast<uint32_t>(picture.width), static_cast<uint32_t>(picture.height),
-                      [&](uint32_t x, uint32_t y) {
-                          return picture.data[0][static_cast<int>(y) * picture.linesize[0] + x];
-                      });
-}
-
 std::vector<int> numbersOf(const Bytes& video, const char* name) {
     std::vector<int> numbers;
-    test::decode(video, name, TrackKind::video,
-                 [&numbers](const AVFrame& picture) { numbers.push_back(numberOf(picture)); });
+    test::decode(video, name, TrackKind::video, [&numbers](const AVFrame& picture) {
+        const auto brightnessAt = test::brightnessOf(picture);
+        numbers.push_back(filmNumber(static_cast<uint32_t>(picture.width),
+                                     static_cast<uint32_t>(picture.height), brightnessAt));
+    });
     return numbers;
 }
 
@@ -51,12 +49,7 @@ TEST(Media, GiveTheTrackThatIsAskedFor) {
 }
 
 TEST(Media, AreRefusedWhenTheyCannotBeUsed) {
-    struct Case {
-        const char* file;
-        const char* service;
-        const char* message;
-    };
-    const std::vector<Case> cases{
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"silent.mp4", R"("id":1)", "services[0].media is"},
         {"sound.m4a", R"("id":1)", "video track 1 that can be read; here, there are 0"},
         {"film.mp4", R"("audio":[{"track":3}])",
@@ -68,9 +61,9 @@ TEST(Media, AreRefusedWhenTheyCannotBeUsed) {
         {"film.mp4", R"("audio":[{"copy":true,"codec":"mp2"}])",
          "audio[0].copy is true; allowed: false, since the medium has aac, not mp2"},
     };
-    for (const Case& one : cases) {
-        const std::string message = test::refusalOf(withMedia(one.file, one.service));
-        EXPECT_NE(message.find(one.message), std::string::npos) << one.file << ": " << message;
+    for (const auto& [file, service, expected] : cases) {
+        const std::string message = test::refusalOf(withMedia(file, service));
+        EXPECT_NE(message.find(expected), std::string::npos) << file << ": " << message;
     }
 }
 

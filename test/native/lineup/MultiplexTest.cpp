@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
+#include <utility>
 
 #include "lineup/TestLineup.h"
 #include "lineup/streams/FrameMark.h"
+#include "support/Text.h"
 #include "television/TransportPacket.h"
 #include "television/tableIds.h"
 
@@ -56,42 +59,44 @@ TEST(Multiplex, ReadsBackAndGoesRound) {
     }
 }
 
+Inspection inspectionOf(const std::string& json) { return inspect(viewOf(multiplexOf(json))); }
+
 TEST(Multiplex, HasTheRateThatIsAskedFor) {
-    const Bytes bytes = multiplexOf(
-        R"({"duration":2,"bitRate":3000000,"services":[{"name":"A","video":{"width":320,"height":180}}]})");
-    const Inspection found = inspect(viewOf(bytes));
+    const Inspection found = inspectionOf(R"({"duration":2,"bitRate":3000000,"services":[
+        {"name":"A","video":{"width":320,"height":180}}]})");
     EXPECT_NEAR(found.bitRate, 3000000, 1000);
-    EXPECT_NEAR(
-        static_cast<double>(bytes.size()) * 8 * kPcrRate / static_cast<double>(found.duration),
-        3000000, 1000);
 }
 
-struct Rate {
-    const char* rate;
-    Ticks frame;
-};
-
 TEST(Multiplex, IsAWholeNumberOfPicturesAtAnyRate) {
-    for (const Rate& one : {Rate{"23.976", 1126125}, Rate{"29.97", 900900}, Rate{"50", 540000},
-                            Rate{"59.94", 450450}}) {
-        const Inspection found = inspect(viewOf(multiplexOf(
-            std::string(
-                R"({"duration":1,"services":[{"name":"A","video":{"width":160,"height":96,)") +
-            R"("frameRate":)" + one.rate + "}}]}")));
-        EXPECT_NEAR(static_cast<double>(found.duration % one.frame), 0, 1) << one.rate;
-        EXPECT_GE(found.duration, kPcrRate) << one.rate;
-        EXPECT_LT(found.duration, 2 * kPcrRate) << one.rate;
+    using Rate = std::pair<const char*, Ticks>;  // and the duration of a picture
+    for (const auto& [rate, picture] : {Rate{"23.976", 1126125}, Rate{"29.97", 900900},
+                                        Rate{"50", 540000}, Rate{"59.94", 450450}}) {
+        const Inspection found = inspectionOf(
+            joined(R"({"duration":1,"services":[{"name":"A","video":{"width":160,"height":96,)",
+                   R"("frameRate":)", rate, "}}]}"));
+        EXPECT_NEAR(static_cast<double>(found.duration % picture), 0, 1) << rate;
+        EXPECT_GE(found.duration, kPcrRate) << rate;
+        EXPECT_LT(found.duration, 2 * kPcrRate) << rate;
     }
 }
 
-TEST(Multiplex, TellsIsdbTextsAndTheTimeOfBrasilia) {
-    const Inspection found = inspect(viewOf(multiplexOf(R"({"standard":"isdb","duration":1,
-        "networkName":"São João","services":[{"name":"Televisão €","video":null,
-        "present":{"name":"Ação","duration":60,"start":"2026-11-21T20:00:00-03:00"}}]})")));
-    EXPECT_EQ(found.description.networkName, "São João");
-    EXPECT_EQ(found.description.services[0].name, "Televisão €");
-    EXPECT_EQ(found.description.services[0].present->title, "Ação");
-    EXPECT_EQ(found.description.services[0].present->start, 1795302000 - 3 * 3600);
+TEST(Multiplex, HasTextsInACodingThatKnowsThem) {
+    using Text = std::pair<const char*, const char*>;  // with the standard before it
+    for (const auto& [standard, text] :
+         {Text{"dvb", "Plain"}, Text{"dvb", "Ação"}, Text{"dvb", "Œuvre €"}, Text{"dvb", "Канал"},
+          Text{"dvb", "日本"}, Text{"isdb", "São João €"}}) {
+        SCOPED_TRACE(text);
+        const bool isDvb = standard == std::string("dvb");
+        const Inspection found = inspectionOf(
+            joined(R"({"duration":1,"standard":")", standard, R"(","networkName":")", text,
+                   R"(","services":[{"video":null,"name":")", text, R"(","present":{"name":")",
+                   text, R"(","duration":60,"start":"2026-11-21T20:00:00-03:00"}}]})"));
+        const auto& service = found.description.services.at(0);
+        EXPECT_EQ(found.description.networkName, text);
+        EXPECT_EQ(service.name, text);
+        EXPECT_EQ(service.present->title, text);
+        EXPECT_EQ(service.present->start, 1795302000 - (isDvb ? 0 : 3 * 3600)) << "of Brasilia";
+    }
 }
 
 TEST(Multiplex, TellsTheTimeByItsStandard) {
@@ -134,9 +139,7 @@ std::vector<FrameMark> marksOf(const Bytes& video, const std::string& name) {
     test::decode(video, name, TrackKind::video, [&marks](const AVFrame& picture) {
         const auto mark =
             readMark(static_cast<uint32_t>(picture.width), static_cast<uint32_t>(picture.height),
-                     [&](uint32_t x, uint32_t y) {
-                         return picture.data[0][y * static_cast<uint32_t>(picture.linesize[0]) + x];
-                     });
+                     test::brightnessOf(picture));
         ASSERT_TRUE(mark);
         marks.push_back(*mark);
     });
@@ -145,39 +148,32 @@ std::vector<FrameMark> marksOf(const Bytes& video, const std::string& name) {
 
 TEST(Multiplex, NumbersThePicturesAndGoesOnFromTheLastToTheFirst) {
     const Bytes bytes = twice(multiplexOf(kTwoServices));
-    struct Case {
-        Pid pid;
-        const char* file;
-        uint8_t service;
-    };
-    for (const Case& one : {Case{400, "video.h264", 257 & 0xFF}, Case{273, "video.m2v", 2}}) {
-        const std::vector<FrameMark> marks = marksOf(test::contentOf(bytes, one.pid), one.file);
-        ASSERT_EQ(marks.size(), 96U) << one.file;
-        for (size_t i = 0; i < marks.size(); ++i) {
-            EXPECT_EQ(marks[i], (FrameMark{one.service, static_cast<uint16_t>(i % 48)}));
-        }
+    using Video = std::tuple<Pid, const char*, uint8_t>;
+    for (const auto& [pid, file, service] :
+         {Video{400, "video.h264", 257 & 0xFF}, Video{273, "video.m2v", 2}}) {
+        const std::vector<FrameMark> marks = marksOf(test::contentOf(bytes, pid), file);
+        ASSERT_EQ(marks.size(), 96U) << file;
+        for (size_t i = 0; i < marks.size(); ++i)
+            EXPECT_EQ(marks[i], (FrameMark{service, static_cast<uint16_t>(i % 48)}));
     }
 }
 
 TEST(Multiplex, SoundsWithoutAGapFromTheEndToTheBeginning) {
     const Bytes bytes = twice(multiplexOf(kTwoServices));
-    struct Case {
-        Pid pid;
-        const char* file;
-        double tone;
-    };
-    for (const Case& one : {Case{401, "sound.aac", 440}, Case{274, "sound.mp2", 880}}) {
-        const auto samples = test::soundOf(test::contentOf(bytes, one.pid), one.file);
-        ASSERT_GT(samples.size(), 2U * 92000) << one.file;
+    using Sound = std::tuple<Pid, const char*, double>;
+    for (const auto& [pid, file, tone] :
+         {Sound{401, "sound.aac", 440}, Sound{274, "sound.mp2", 880}}) {
+        SCOPED_TRACE(file);
+        const auto samples = test::soundOf(test::contentOf(bytes, pid), file);
+        ASSERT_GT(samples.size(), 2U * 92000);
         // A second about the join: a sine of one frequency and strength.
         const size_t join = 92160;
         EXPECT_NEAR(static_cast<double>(test::crossingsOf(samples, join - 24000, join + 24000)),
-                    one.tone, 2)
-            << one.file;
+                    tone, 2);
         for (size_t start = join - 4800; start < join + 4800; start += 480) {
             double power = 0;
             for (size_t i = start; i < start + 480; ++i) power += samples[i] * samples[i];
-            EXPECT_NEAR(std::sqrt(power / 480), 0.25 / std::sqrt(2), 0.03) << one.file << start;
+            EXPECT_NEAR(std::sqrt(power / 480), 0.25 / std::sqrt(2), 0.03) << start;
         }
     }
 }
@@ -198,38 +194,33 @@ void cutOut(Bytes& bytes, size_t number) {
     bytes.erase(start, start + static_cast<ptrdiff_t>(TransportPacket::kSize));
 }
 
+using Damage = std::function<void(Bytes& bytes)>;
+
 /// Makes stuffing of some packets.
-void blank(Bytes& bytes, const std::function<bool(const TransportPacket&)>& isMeant) {
-    for (size_t i = 0; i < bytes.size() / TransportPacket::kSize; ++i) {
-        uint8_t* const packet = packetAt(bytes, i);
-        if (isMeant(TransportPacket(packet))) packet[1] = packet[2] = 0xFF;
-    }
+Damage blanking(const std::function<bool(const TransportPacket&)>& isMeant) {
+    return [isMeant](Bytes& bytes) {
+        for (size_t i = 0; i < bytes.size() / TransportPacket::kSize; ++i) {
+            uint8_t* const packet = packetAt(bytes, i);
+            if (isMeant(TransportPacket(packet))) packet[1] = packet[2] = 0xFF;
+        }
+    };
+}
+Damage blanking(Pid pid) {
+    return blanking([pid](const TransportPacket& packet) { return packet.pid() == pid; });
 }
 
 TEST(Inspection, FindsWhatIsWrongWithAFile) {
     const Bytes sound = multiplexOf(
         R"({"duration":1,"services":[{"name":"A","video":null,"audio":[{"pid":300}]}]})");
-    struct Case {
-        const char* problem;
-        std::function<void(Bytes&)> damage;
-    };
-    const std::vector<Case> cases{
+    int clocks = 0;
+    const std::pair<const char*, Damage> cases[] = {
         {"there are no packets", [](Bytes& bytes) { bytes.clear(); }},
         {"there are no packets", [](Bytes& bytes) { bytes = Bytes(5000, 'x'); }},
-        {"there are no services",
-         [](Bytes& bytes) { blank(bytes, [](const auto& packet) { return packet.pid() == 0; }); }},
-        {"service 1: its program map is missing",
-         [](Bytes& bytes) {
-             blank(bytes, [](const auto& packet) { return packet.pid() == 256; });
-         }},
+        {"there are no services", blanking(0)},
+        {"service 1: its program map is missing", blanking(256)},
         {"service 1: its clock, packet identifier 300, is missing",
-         [](Bytes& bytes) {
-             blank(bytes, [](const auto& packet) { return packet.clockReference().has_value(); });
-         }},
-        {"stream with packet identifier 300 is missing",
-         [](Bytes& bytes) {
-             blank(bytes, [](const auto& packet) { return packet.pid() == 300; });
-         }},
+         blanking([](const auto& packet) { return packet.clockReference().has_value(); })},
+        {"stream with packet identifier 300 is missing", blanking(300)},
         {"packets don't follow", [](Bytes& bytes) { bytes.insert(bytes.begin() + 9400, 99, 'x'); }},
         {"packet identifier 300: its counter has gaps",
          [](Bytes& bytes) { cutOut(bytes, lastOf(bytes, 300)); }},
@@ -240,12 +231,7 @@ TEST(Inspection, FindsWhatIsWrongWithAFile) {
              bytes.insert(bytes.begin() + 18800, bytes.end() - 1880, bytes.end());
          }},
         {"clock 300: 60 ms between two references",
-         [](Bytes& bytes) {
-             int count = 0;
-             blank(bytes, [&count](const auto& packet) {
-                 return packet.clockReference() && ++count == 5;
-             });
-         }},
+         blanking([&](const auto& packet) { return packet.clockReference() && ++clocks == 5; })},
         {"packet identifier 300: arrives up to",
          [](Bytes& bytes) {
              // Times of decoding a second earlier.
@@ -259,13 +245,12 @@ TEST(Inspection, FindsWhatIsWrongWithAFile) {
          }},
     };
     EXPECT_TRUE(inspect(viewOf(sound)).problems.empty());
-    for (const Case& one : cases) {
+    for (const auto& [problem, damage] : cases) {
         Bytes bytes = sound;
-        one.damage(bytes);
+        damage(bytes);
         std::string problems;
-        for (const std::string& problem : inspect(viewOf(bytes)).problems)
-            problems += problem + '\n';
-        EXPECT_NE(problems.find(one.problem), std::string::npos) << one.problem << "\n" << problems;
+        for (const std::string& found : inspect(viewOf(bytes)).problems) problems += found + '\n';
+        EXPECT_NE(problems.find(problem), std::string::npos) << problem << "\n" << problems;
     }
 }
 

@@ -6,12 +6,12 @@
 #include <atomic>
 #include <fstream>
 
+#include "common/errorOf.h"
 #include "lineup/description/readLineup.h"
 #include "lineup/makeMultiplex.h"
 #include "media/Decoder.h"
 #include "media/audio/AudioFormat.h"
 #include "media/audio/Resampler.h"
-#include "support/DeviceError.h"
 #include "television/TransportPacket.h"
 
 namespace quiravent::test {
@@ -55,14 +55,10 @@ Bytes multiplexOf(const std::string& json) { return lineup::makeMultiplex(lineup
 
 std::string refusalOf(const std::string& json) {
     const LineupFile file(json);
-    try {
-        lineup::makeMultiplex(lineup::readLineup(file.path()), file.path());
-        return "none";
-    } catch (const DeviceError& error) {
-        const std::string text = error.what();
-        const size_t start = text.find(kName);
-        return start == std::string::npos ? text : text.substr(start);
-    }
+    const std::string text =
+        errorOf([&] { lineup::makeMultiplex(lineup::readLineup(file.path()), file.path()); });
+    const size_t start = text.find(kName);
+    return start == std::string::npos ? text : text.substr(start);
 }
 
 ByteView viewOf(const Bytes& bytes) { return {bytes.data(), bytes.size()}; }

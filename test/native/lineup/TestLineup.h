@@ -43,6 +43,13 @@ void readTrack(
 void decode(const Bytes& bytes, const std::string& name, desktop::TrackKind kind,
             const std::function<void(const AVFrame&)>& use);
 
+/// The brightness at places of a picture, which must outlive what is given.
+inline auto brightnessOf(const AVFrame& picture) {
+    return [&picture](uint32_t x, uint32_t y) {
+        return picture.data[0][y * static_cast<uint32_t>(picture.linesize[0]) + x];
+    };
+}
+
 /// The decoded sound of a file with those bytes: the left channel, at 48 kHz.
 std::vector<float> soundOf(const Bytes& bytes, const std::string& name);
 
