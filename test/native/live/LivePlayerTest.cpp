@@ -20,7 +20,6 @@ using namespace desktop;
 
 constexpr LiveStreams kService1{kVideo1, kAudio1, kVideo1, kNullPid};
 constexpr LiveStreams kService2{kVideo2, kAudio2, kVideo2, kNullPid};
-constexpr Rect kBounds{0, 0, 320, 180};
 
 using Mark = lineup::FrameMark;
 
@@ -33,19 +32,21 @@ std::optional<Mark> markOf(const VideoPicture& picture) {
 
 class LivePlayerTest : public testing::Test {
   protected:
-    /// A player that is closed at the end of its life.
-    class Watched {
+    /// A player that is started at the beginning of its life, and closed at its end.
+    class Playing {
       public:
-        Watched(LivePlayerTest& test, const LiveStreams& streams)
-            : output(std::make_shared<RecordingOutput<Mark>>(markOf)),
-              m_player(LivePlayer::make(test.m_engine, test.m_broadcast.multiplex(), streams,
-                                        kBounds, output)) {}
-        ~Watched() { m_player->close(); }
-        Watched(const Watched&) = delete;
-        Watched& operator=(const Watched&) = delete;
+        Playing(LivePlayerTest& test, const LiveStreams& streams)
+            : m_player(LivePlayer::make(test.m_engine, test.m_broadcast.multiplex(), streams,
+                                        {0, 0, 320, 180}, output)) {
+            m_player->start();
+        }
+        ~Playing() { m_player->close(); }
+        Playing(const Playing&) = delete;
+        Playing& operator=(const Playing&) = delete;
         LivePlayer* operator->() { return m_player.get(); }
 
-        std::shared_ptr<RecordingOutput<Mark>> output;
+        const std::shared_ptr<RecordingOutput<Mark>> output =
+            std::make_shared<RecordingOutput<Mark>>(markOf);
 
       private:
         std::shared_ptr<LivePlayer> m_player;
@@ -64,15 +65,13 @@ class LivePlayerTest : public testing::Test {
 TEST_F(LivePlayerTest, ShowsTheLastKeyPictureAtOnceAndThenGoesOn) {
     receive();
     for (const auto& [streams, service] : {std::pair{kService1, 1}, std::pair{kService2, 2}}) {
-        Watched player(*this, streams);
-        player->start();
+        Playing player(*this, streams);
         // Nothing more is received yet.
         ASSERT_TRUE(player.output->waitForCount(1));
         EXPECT_EQ(player.output->seen()[0].service, service);
     }
     m_broadcast.play();
-    Watched player(*this, kService1);
-    player->start();
+    Playing player(*this, kService1);
     ASSERT_TRUE(player.output->waitForCount(20));
     m_broadcast.stop();
 }
@@ -80,19 +79,18 @@ TEST_F(LivePlayerTest, ShowsTheLastKeyPictureAtOnceAndThenGoesOn) {
 TEST_F(LivePlayerTest, LosesNoPictureWhereTheRecordingBeginsAgain) {
     m_broadcast.publishTables();
     m_broadcast.play();
-    Watched first(*this, kService1);
-    Watched second(*this, kService2);
-    for (Watched* player : {&first, &second}) (*player)->start();
+    Playing first(*this, kService1);
+    Playing second(*this, kService2);
     // Where the machine is busy a picture may come too late to be shown, but not at each joint.
     const int pictures = Broadcast::picturesOfLoop();
     const std::vector<int> joint{pictures - 2, pictures - 1, 0, 1};
     const auto isNumber = [](const Mark& mark, int number) { return mark.number == number; };
-    for (Watched* player : {&first, &second}) {
-        EXPECT_TRUE(player->output->waitUntil([&](const std::vector<Mark>& marks) {
-            return std::search(marks.begin(), marks.end(), joint.begin(), joint.end(), isNumber) !=
-                   marks.end();
-        }));
-    }
+    const auto hasJoint = [&](const std::vector<Mark>& marks) {
+        return std::search(marks.begin(), marks.end(), joint.begin(), joint.end(), isNumber) !=
+               marks.end();
+    };
+    EXPECT_TRUE(first.output->waitUntil(hasJoint));
+    EXPECT_TRUE(second.output->waitUntil(hasJoint));
     m_broadcast.stop();
 }
 
@@ -109,10 +107,9 @@ TEST_F(LivePlayerTest, PlaysWhatNoTableTellsOfAndWithoutAClock) {
                           {"the other service's clock", {kVideo1, kAudio1, kVideo2, kNullPid}, 1},
                           {"no sound", {kVideo1, kNullPid, kVideo1, kNullPid}, 1},
                           {"a sound that isn't there", {kVideo2, 0x1234, kVideo2, kNullPid}, 2}};
-    std::vector<std::unique_ptr<Watched>> players;
+    std::vector<std::unique_ptr<Playing>> players;
     for (const Case& one : cases) {
-        players.push_back(std::make_unique<Watched>(*this, one.streams));
-        (*players.back())->start();
+        players.push_back(std::make_unique<Playing>(*this, one.streams));
     }
     m_broadcast.play();
     for (size_t index = 0; index < players.size(); ++index) {
@@ -125,10 +122,9 @@ TEST_F(LivePlayerTest, PlaysWhatNoTableTellsOfAndWithoutAClock) {
 
 TEST_F(LivePlayerTest, ShowsNothingWithoutAPictureStream) {
     receive();
-    Watched control(*this, kService1);
-    Watched sound(*this, {0x1234, kAudio1, kVideo1, kNullPid});
-    Watched swapped(*this, {kAudio1, kVideo1, kVideo1, kNullPid});
-    for (Watched* player : {&sound, &swapped, &control}) (*player)->start();
+    const Playing sound(*this, {0x1234, kAudio1, kVideo1, kNullPid});
+    const Playing swapped(*this, {kAudio1, kVideo1, kVideo1, kNullPid});
+    const Playing control(*this, kService1);
     ASSERT_TRUE(control.output->waitForCount(1));
     EXPECT_EQ(sound.output->seen().size(), 0U);
     EXPECT_EQ(swapped.output->seen().size(), 0U);
@@ -136,8 +132,7 @@ TEST_F(LivePlayerTest, ShowsNothingWithoutAPictureStream) {
 
 TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
     receive();
-    Watched player(*this, kService1);
-    player->start();
+    Playing player(*this, kService1);
     ASSERT_TRUE(player.output->waitForCount(1));
     player->stop();
     ASSERT_TRUE(player.output->waitUntilHidden());
@@ -160,45 +155,42 @@ TEST_F(LivePlayerTest, FollowsSelectionsAndSignal) {
 }
 
 TEST_F(LivePlayerTest, SurvivesWhatIsSpoiltAndShowsWhatFollows) {
-    struct Case {
-        const char* what;
-        bool (*spoil)(std::vector<uint8_t>& packet, std::mt19937& random);
-    };
-    static std::mt19937 random(5);
-    const Case cases[] = {
+    std::mt19937 random(5);
+    using Packet = std::vector<uint8_t>;
+    const std::pair<const char*, Broadcast::Spoil> cases[] = {
         {"garbage",
-         [](std::vector<uint8_t>& packet, std::mt19937& any) {
-             std::generate(packet.begin() + 4, packet.end(), std::ref(any));
+         [&](Packet& packet) {
+             std::generate(packet.begin() + 4, packet.end(), std::ref(random));
              return true;
          }},
         {"bit errors",
-         [](std::vector<uint8_t>& packet, std::mt19937& any) {
-             packet[4 + any() % 184] ^= static_cast<uint8_t>(1U << any() % 8);
+         [&](Packet& packet) {
+             packet[4 + random() % 184] ^= static_cast<uint8_t>(1U << random() % 8);
              return true;
          }},
-        {"losses", [](std::vector<uint8_t>&, std::mt19937& any) { return any() % 10 != 0; }},
-        {"everything is lost", [](std::vector<uint8_t>&, std::mt19937&) { return false; }},
+        {"losses", [&](Packet&) { return random() % 10 != 0; }},
+        {"everything is lost", [](Packet&) { return false; }},
     };
-    for (const Case& one : cases) {
+    for (const auto& [what, spoil] : cases) {
+        SCOPED_TRACE(what);
         m_broadcast.retune();
         m_broadcast.publishTables();
-        Watched first(*this, kService1);
-        Watched second(*this, kService2);
+        Playing first(*this, kService1);
+        Playing second(*this, kService2);
         first->setCaptions(1);
         second->setCaptions(kSubtitle2);
-        for (Watched* player : {&first, &second}) (*player)->start();
-        m_broadcast.setSpoil([&](auto& packet) { return one.spoil(packet, random); });
+        m_broadcast.setSpoil(spoil);
         m_broadcast.receivePast(4 * kSecond);
         m_broadcast.setSpoil([](auto&) { return true; });
         m_broadcast.play();
-        for (const auto& [player, service] : {std::pair{&first, 1}, std::pair{&second, 2}}) {
-            const int expected = service;
-            const auto isOfService = [=](const Mark& mark) { return mark.service == expected; };
-            EXPECT_TRUE(player->output->waitUntil([&](const std::vector<Mark>& marks) {
+        const auto showsAgain = [](const Playing& player, int service) {
+            const auto isOfService = [=](const Mark& mark) { return mark.service == service; };
+            return player.output->waitUntil([&](const std::vector<Mark>& marks) {
                 return marks.size() > 5 && std::all_of(marks.end() - 5, marks.end(), isOfService);
-            })) << one.what
-                << " in service " << service;
-        }
+            });
+        };
+        EXPECT_TRUE(showsAgain(first, 1));
+        EXPECT_TRUE(showsAgain(second, 2));
         m_broadcast.stop();
     }
 }
@@ -211,8 +203,7 @@ TEST_F(LivePlayerTest, FiveHundredChannelChangesLeaveNothingBehind) {
             ASSERT_TRUE(m_engine.reaper().waitUntilIdle());
             before = holdings();
         }
-        Watched player(*this, change % 2 == 0 ? kService1 : kService2);
-        player->start();
+        Playing player(*this, change % 2 == 0 ? kService1 : kService2);
         ASSERT_TRUE(change % 10 != 0 || player.output->waitForCount(1));
     }
     ASSERT_TRUE(m_engine.reaper().waitUntilIdle());
