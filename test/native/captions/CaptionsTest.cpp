@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "captions/VideoCaptions.h"
@@ -99,19 +101,15 @@ Bytes channel2(Bytes pairs) {
 }
 
 TEST(LineCaptions, EachChannelShowsItsOwnText) {
-    struct Case {
-        unsigned number;
-        Lines lines;
-    };
-    for (const Case& one :
-         {Case{1, {"FIRST", "ROW 2"}}, Case{2, {"SECOND"}}, Case{3, {"THIRD"}}, Case{4, {}}}) {
-        Pictures pictures(one.number);
+    const Lines linesOf[] = {{"FIRST", "ROW 2"}, {"SECOND"}, {"THIRD"}, {}};
+    for (unsigned number = 1; number <= std::size(linesOf); ++number) {
+        Pictures pictures(number);
         pictures.line(0, kPopOn + kRow14 + text("FIRST ") + kRow15 + text("ROW 2 ") + kShow);
         pictures.line(0, channel2(kPopOn + kRow15 + text("SECOND") + kShow));
         // Between the captions of field 2 lie extended data, here a programme's name.
         pictures.line(1, kPopOn + kRow15 + text("TH") + Bytes{0x01, 0x03} + text("NAME"));
         pictures.line(1, Bytes{0x0F, 0x10} + kPopOn + text("IRD ") + kShow);
-        EXPECT_EQ(pictures.lines(), one.lines) << "CC" << one.number;
+        EXPECT_EQ(pictures.lines(), linesOf[number - 1]) << "CC" << number;
     }
 }
 
@@ -149,15 +147,10 @@ Bytes defineWindow(unsigned number, bool visible, unsigned rows, unsigned column
 }
 
 TEST(WindowCaptions, CommandsDoWhatTheyShould) {
-    struct Case {
-        const char* what;
-        std::vector<Bytes> blocks;
-        Lines lines;
-    };
     const Bytes twoRows = defineWindow(0, true, 2, 20);
     const Bytes hidden = defineWindow(0, false, 2, 20);
     const Bytes reset{0x8F};
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<Bytes>, Lines> cases[] = {
         {"text", {twoRows + text("Hello")}, {"Hello"}},
         {"hidden", {hidden + text("Hello")}, {}},
         {"displayed", {hidden + text("Hello"), {0x89, 0x01}}, {"Hello"}},
@@ -192,10 +185,10 @@ TEST(WindowCaptions, CommandsDoWhatTheyShould) {
         {"without a window", {text("lost")}, {}},
         {"across blocks", {{0x98, 0x20, 70}, {105, 0x71, 19, 9}, text("done")}, {"done"}},
     };
-    for (const Case& one : cases) {
+    for (const auto& [what, blocks, lines] : cases) {
         Pictures pictures(1);
-        for (const Bytes& block : one.blocks) pictures.service(1, block);
-        EXPECT_EQ(pictures.lines(), one.lines) << one.what;
+        for (const Bytes& block : blocks) pictures.service(1, block);
+        EXPECT_EQ(pictures.lines(), lines) << what;
     }
 }
 
@@ -211,7 +204,13 @@ TEST(WindowCaptions, ServicesAreToldApart) {
     }
 }
 
-TEST(WindowCaptions, ADelayHoldsBackUntilItsTimeOrItsCancelling) {
+TEST(WindowCaptions, AreForgottenAfterALossAndHeldBackByADelay) {
+    Pictures broken(1);
+    broken.service(1, defineWindow(0, true, 1, 20) + text("half a sen"));
+    broken.losePacket();
+    broken.service(1, defineWindow(0, true, 1, 20) + text("new"));
+    EXPECT_EQ(broken.lines(), Lines{"new"});
+
     const Bytes begun = defineWindow(0, true, 1, 20) + text("a") + Bytes{0x8D, 10} + text("b");
     Pictures waiting(1);
     waiting.service(1, begun);
@@ -245,14 +244,6 @@ TEST(WindowCaptions, LookAndPlaceAreThoseOfTheWindow) {
     EXPECT_EQ(line.pieces[0].background.blue, 255);
     EXPECT_EQ(line.pieces[0].background.alpha, 128);
     EXPECT_TRUE(cue.areas.empty());
-}
-
-TEST(WindowCaptions, AreForgottenAfterALoss) {
-    Pictures pictures(1);
-    pictures.service(1, defineWindow(0, true, 1, 20) + text("half a sen"));
-    pictures.losePacket();
-    pictures.service(1, defineWindow(0, true, 1, 20) + text("new"));
-    EXPECT_EQ(pictures.lines(), Lines{"new"});
 }
 
 TEST(VideoCaptions, SurviveAnything) {
