@@ -6,6 +6,7 @@
 #include <iterator>
 #include <map>
 #include <string>
+#include <tuple>
 
 #include "common/TemporaryFolder.h"
 #include "common/errorOf.h"
@@ -28,8 +29,9 @@ Environment readerOf(const Variables& variables) {
 
 Configuration read(const Variables& variables) { return readConfiguration(readerOf(variables)); }
 
-std::string readingError(const Variables& variables) {
-    return test::errorOf([&] { read(variables); });
+/// Expects a configuration to be refused in one line.
+void expectError(const Variables& variables, const std::string& error) {
+    EXPECT_EQ(test::errorOf([&] { read(variables); }), error);
 }
 
 /// A configuration file of that text, in a folder with a percent sign.
@@ -46,15 +48,6 @@ class ConfigurationFile {
   private:
     TemporaryFolder m_folder;
 };
-
-TEST(Configuration, HasDefaultsWithoutFileAndVariables) {
-    const Configuration defaults = read({{"QUIRAVENT_LOG", ""}});
-    EXPECT_EQ(defaults.screen.driver, "auto");
-    EXPECT_EQ(defaults.screen.capture, "");
-    EXPECT_EQ(defaults.storage.durability, Durability::process);
-    EXPECT_EQ(defaults.graphics.videoMemory, 64U << 20);
-    EXPECT_EQ(defaults.log.level, log::Level::warning);
-}
 
 TEST(Configuration, TakesEverySettingFromTheFile) {
     const ConfigurationFile file(R"({
@@ -86,7 +79,7 @@ TEST(Configuration, TakesEverySettingFromTheFile) {
     EXPECT_EQ(configuration.log.level, log::Level::silent);
 }
 
-TEST(Configuration, VariablesOverrideTheFile) {
+TEST(Configuration, VariablesOverrideTheFileAndItTheDefaults) {
     const ConfigurationFile file(R"({"log": {"level": "silent"}, "screen": {"capture": "a.png"},
                                      "graphics": {"videoMemory": 9000000}})");
     Variables variables = file.variables();
@@ -102,12 +95,16 @@ TEST(Configuration, VariablesOverrideTheFile) {
     EXPECT_EQ(configuration.network.timeLimitSeconds, 7U);
     EXPECT_EQ(configuration.input.keyMap, (KeyBindings{{"F9", 13}}));
     EXPECT_EQ(read(file.variables()).graphics.videoMemory, 9000000U);
+    const Configuration defaults = read({{"QUIRAVENT_LOG", ""}});
+    EXPECT_EQ(defaults.screen.driver, "auto");
+    EXPECT_EQ(defaults.storage.durability, Durability::process);
+    EXPECT_EQ(defaults.log.level, log::Level::warning);
 }
 
 TEST(Configuration, WrongFileIsRefusedWithOneLine) {
     for (const auto& [text, reason] : test::pairsIn(TEST_DATA "/wrongFiles.txt")) {
         const ConfigurationFile file(text);
-        EXPECT_EQ(readingError(file.variables()), joined(file.path(), ": ", reason));
+        expectError(file.variables(), joined(file.path(), ": ", reason));
     }
 }
 
@@ -116,11 +113,7 @@ TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
     const std::string deep = std::string(100000, '[') + std::string(100000, ']');
     const ConfigurationFile nested(R"({"platform": {"properties": {"a": )" + deep + "}}}");
     const std::string properties = "allowed: an object, in which each value is a text without NUL";
-    const struct {
-        std::string name;
-        std::string value;
-        std::string error;
-    } cases[] = {
+    const std::tuple<std::string, std::string, std::string> cases[] = {
         {"LOG", "loud", R"( is "loud"; allowed: "silent", "error", "warning", "info", "debug")"},
         {"DISPLAY", "loud", R"( is "loud"; allowed: "auto", "window", "headless")"},
         {"PROPERTIES", "loud", R"( is "loud"; )" + properties},
@@ -133,10 +126,10 @@ TEST(Configuration, WrongVariableIsRefusedWithOneLine) {
         {"CONFIG", folder / "none.json", ": the configuration can't be read: no such file"},
         {"CONFIG", folder.path(), ": the configuration can't be read: it is a directory"},
     };
-    for (const auto& one : cases) {
-        const std::string name = "QUIRAVENT_" + one.name;
-        EXPECT_EQ(readingError({{name, one.value}}),
-                  (one.name == "CONFIG" ? one.value : "environment variable " + name) + one.error);
+    for (const auto& [setting, value, error] : cases) {
+        const std::string name = "QUIRAVENT_" + setting;
+        const std::string place = setting == "CONFIG" ? value : "environment variable " + name;
+        expectError({{name, value}}, place + error);
     }
 }
 
@@ -155,9 +148,9 @@ TEST(Configuration, StorageFolderFollowsTheUsersFolders) {
         return defaultStorageFolder(readerOf(variables));
     };
     EXPECT_EQ(folderFor({{"HOME", "/h"}, {"XDG_DATA_HOME", "/data"}}), "/data/quiravent");
-    EXPECT_EQ(folderFor({{"HOME", "/h"}, {"XDG_DATA_HOME", "relative"}}),
-              "/h/.local/share/quiravent");
-    EXPECT_EQ(folderFor({{"HOME", "/h"}}), "/h/.local/share/quiravent");
+    for (const char* const none : {"relative", ""})
+        EXPECT_EQ(folderFor({{"HOME", "/h"}, {"XDG_DATA_HOME", none}}),
+                  "/h/.local/share/quiravent");
 }
 
 TEST(Configuration, ShippedSchemaIsThatOfTheSettings) {
