@@ -2,17 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace quiravent::desktop {
 namespace {
 
 using Kind = Location::Kind;
 
 TEST(LocationTest, TellsPathsFromUrls) {
-    const struct {
-        const char* text;
-        Kind kind;
-        const char* target;
-    } kCases[] = {
+    const std::tuple<const char*, Kind, const char*> cases[] = {
         {"/a/b.png", Kind::file, "/a/b.png"},
         {"b%20c.png", Kind::file, "b%20c.png"},
         {"a:b.png", Kind::file, "a:b.png"},
@@ -29,11 +27,11 @@ TEST(LocationTest, TellsPathsFromUrls) {
         {"http://h/p?q%20", Kind::http, "http://h/p?q%20"},
         {"HTTPS://h/", Kind::http, "HTTPS://h/"},
     };
-    for (const auto& expected : kCases) {
-        const auto location = parseLocation(expected.text);
-        ASSERT_TRUE(location) << expected.text << ": " << location.reason();
-        EXPECT_EQ(location->kind, expected.kind) << expected.text;
-        EXPECT_EQ(location->target, expected.target) << expected.text;
+    for (const auto& [text, kind, target] : cases) {
+        const auto location = parseLocation(text);
+        ASSERT_TRUE(location) << text << ": " << location.reason();
+        EXPECT_EQ(location->kind, kind) << text;
+        EXPECT_EQ(location->target, target) << text;
     }
 }
 

@@ -8,6 +8,8 @@
 
 #include <cstdlib>
 #include <map>
+#include <memory>
+#include <utility>
 
 #include "common/ConnectionServer.h"
 #include "common/ServerConnection.h"
@@ -30,17 +32,6 @@ std::string failureOf(const std::string& location, const ResourceLimits& limits 
 
 std::string expectedFailure(const std::string& location, const std::string& why) {
     return "cannot read '" + location + "': " + why;
-}
-
-TEST(ResourceFileTest, ReadsByPathAndByUrl) {
-    const TemporaryFolder folder;
-    const std::string path = folder.write("a b.bin", kContent);
-    for (const std::string& location :
-         {path, "file://" + (folder / "a%20b.bin"), "file://localhost" + (folder / "a%20b.bin")}) {
-        const auto bytes = readResource(location);
-        ASSERT_TRUE(bytes) << bytes.reason();
-        EXPECT_EQ(*bytes, kContent) << location;
-    }
 }
 
 TEST(ResourceFileTest, ReadsUpToTheLimit) {
@@ -71,10 +62,7 @@ TEST(ResourceFileTest, NamesWhatIsWrong) {
     const std::string pipe = folder / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     makeSocket(folder / "socket");
-    const struct {
-        std::string location;
-        const char* why;
-    } kCases[] = {
+    const std::pair<std::string, const char*> cases[] = {
         {folder / "missing", "no such file"},
         {folder / "", "it is a directory"},
         {folder.write("empty", {}), "it is empty"},
@@ -93,8 +81,8 @@ TEST(ResourceFileTest, NamesWhatIsWrong) {
         {"file:///a%g0", "the file URL is not properly percent-encoded"},
         {"file:///a%00", "the file URL is not properly percent-encoded"},
     };
-    for (const auto& expected : kCases)
-        EXPECT_EQ(failureOf(expected.location), expectedFailure(expected.location, expected.why));
+    for (const auto& [location, why] : cases)
+        EXPECT_EQ(failureOf(location), expectedFailure(location, why));
     EXPECT_EQ(failureOf(std::string("/a\0b", 4)),
               expectedFailure("/a?b", "the location contains a NUL"));
 }
@@ -168,10 +156,7 @@ TEST_F(ResourceHttpTest, NamesWhatIsWrong) {
     ResourceLimits limits;
     limits.maxBytes = 100000;
     limits.maxRedirects = 3;
-    const struct {
-        const char* path;
-        const char* why;
-    } kCases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"/missing", "the server answered with status 404"},
         {"/broken", "the server answered with status 500"},
         {"/empty", "it is empty"},
@@ -179,32 +164,18 @@ TEST_F(ResourceHttpTest, NamesWhatIsWrong) {
         {"/huge", "it is larger than the limit of 100000 bytes"},
         {"/circle", "more than 3 redirects"},
     };
-    for (const auto& expected : kCases) {
-        const std::string url = this->url(expected.path);
-        EXPECT_EQ(failureOf(url, limits), expectedFailure(url, expected.why));
-    }
-    for (const char* path : {"/short", "/to-file", "/nothing-at-all"}) {
-        const std::string url = this->url(path);
-        EXPECT_EQ(failureOf(url, limits).find(expectedFailure(url, "")), 0U) << path;
-    }
+    for (const auto& [path, why] : cases)
+        EXPECT_EQ(failureOf(url(path), limits), expectedFailure(url(path), why));
+    const auto gone = std::make_unique<test::ConnectionServer>([](int) {})->url("http", "");
+    for (const std::string& wrong : {url("/short"), url("/to-file"), url("/nothing-at-all"), gone})
+        EXPECT_EQ(failureOf(wrong, limits).find(expectedFailure(wrong, "")), 0U) << wrong;
 }
 
 TEST_F(ResourceHttpTest, GivesUpAfterTheTimeLimit) {
     ResourceLimits limits;
     limits.timeout = milliseconds(100);
-    for (const char* path : {"/silent", "/stalled"}) {
-        const std::string url = this->url(path);
-        EXPECT_EQ(failureOf(url, limits), expectedFailure(url, "not received within 100 ms"));
-    }
-}
-
-TEST(ResourceHttpFailureTest, NobodyListens) {
-    std::string url;
-    {
-        const test::ConnectionServer gone([](int) {});
-        url = gone.url("http", "");
-    }
-    EXPECT_EQ(failureOf(url).find(expectedFailure(url, "")), 0U);
+    for (const std::string& slow : {url("/silent"), url("/stalled")})
+        EXPECT_EQ(failureOf(slow, limits), expectedFailure(slow, "not received within 100 ms"));
 }
 
 }  // namespace
