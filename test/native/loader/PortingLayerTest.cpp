@@ -47,24 +47,6 @@ void expectRefusals(void* library) {
     function<void()>(library, kEnableEvents)();
 }
 
-TEST(PortingLayer, ForwardsToTheDeviceBesideItFromAnyFolder) {
-    const TemporaryFolder folder;
-    const auto outcome = runInChild({{"QUIRAVENT_STORAGE", folder / "store"}}, [&] {
-        std::filesystem::current_path(folder.path());
-        void* const library = open(std::filesystem::relative(kLibrary));
-        uint32_t store = 0;
-        std::string value;
-        EXPECT_EQ(PL_CALL(library, pl_input_init)(), 0);
-        EXPECT_EQ(PL_CALL(library, pl_persistent_GetPersistent)(&store, "context"), 0);
-        EXPECT_EQ(PL_CALL(library, pl_persistent_SetValue)(store, "key", std::string(100, 'v')), 0);
-        EXPECT_EQ(PL_CALL(library, pl_persistent_GetValue)(store, "key", value), 0);
-        EXPECT_EQ(value, std::string(100, 'v'));
-        function<void()>(library, kEnableEvents)();
-    });
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.errors, "");
-}
-
 TEST(PortingLayer, WithoutADeviceSaysSoOnceAndRefusesEverything) {
     const TemporaryFolder folder;
     const std::string copy = folder / "libquiravent_porting_layer.so";
