@@ -89,25 +89,6 @@ std::string told(const Service& service) {
     return text;
 }
 
-TEST(ServiceTables, DescribeARealMultiplex) {
-    Reader reader;
-    EXPECT_FALSE(reader.tables.isLocked());
-    EXPECT_EQ(reader.add(test::readMultiplex("mux.ts")), Change::association);
-    EXPECT_TRUE(reader.tables.isLocked());
-    EXPECT_EQ(reader.tables.faultySections(), 0U);
-    const MultiplexDescription all = reader.describe();
-    EXPECT_EQ(all.transportStreamId, 77);
-    std::string services;
-    for (const Service& one : all.services)
-        services += joined(one.number, ' ', one.name, ", ", one.provider, ", ", one.pcrPid, ": ",
-                           told(one), '\n');
-    EXPECT_EQ(services,
-              "1 Televisão, FFmpeg, 256: 256 H.264 ;257 AAC por;\n"
-              "2 Deux, FFmpeg, 512: 512 MPEG-2 video ;513 MPEG audio fra;\n");
-    EXPECT_EQ(all.findStream(257)->language, "por");
-    EXPECT_EQ(all.findStream(514), nullptr);
-}
-
 TEST(ServiceTables, TellStreamsByTypeAndDescriptors) {
     const std::tuple<uint8_t, Bytes, const char*> cases[] = {
         {0x24, {}, "HEVC "},
