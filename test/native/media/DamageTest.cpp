@@ -15,12 +15,6 @@ namespace {
 
 constexpr int kAtOnce = 30;
 
-bool isOver(const TestPlayer& player) {
-    return player.count(e_pl_media_event_playback_completed) +
-               player.count(e_pl_media_event_playback_error) >
-           0;
-}
-
 /// Changes between one byte and two hundred; in each second file only where it tells of its parts.
 std::string damaged(std::string content, unsigned seed) {
     std::mt19937 random(seed);
@@ -50,7 +44,7 @@ TEST(Damage, OfAnyByteEndsInAnEvent) {
         }
         for (size_t index = 0; index < players.size(); ++index) {
             TestPlayer& player = *players[index];
-            EXPECT_TRUE(player.waitUntil([&] { return isOver(player); }))
+            EXPECT_TRUE(player.waitUntilOver())
                 << "file " << begin + static_cast<int>(index) << " at " << player->times().now
                 << " of " << player->times().end << " after event " << player.events().back().event;
         }

@@ -116,35 +116,29 @@ double bytesInUse() {
     return static_cast<double>(heap.uordblks + heap.hblkhd);
 }
 
-/// By how much values grow from one to the next, by least squares.
-double slopeOf(const std::vector<double>& values) {
-    const auto count = static_cast<double>(values.size());
-    double products = 0;
-    for (size_t index = 0; index < values.size(); ++index)
-        products += (static_cast<double>(index) - (count - 1) / 2) * values[index];
-    return products / (count * (count * count - 1) / 12);
-}
-
 TEST(Players, LeaveNothingBehind) {
     constexpr int kWarmUp = 20;
     constexpr double kMostGrowth = 1000;
     const int count = countFromEnvironment("QUIRAVENT_TEST_CYCLES", 100);
     desktop::MediaEngine engine(testSettings(), std::make_unique<desktop::NullSink>());
-    std::vector<double> memory;
     auto before = holdings();
+    double inUse = 0;
     for (int cycle = 0; cycle < count + kWarmUp; ++cycle) {
-        if (cycle == kWarmUp) before = holdings();
+        if (cycle == kWarmUp) {
+            before = holdings();
+            inUse = bytesInUse();
+        }
         const auto output = std::make_shared<TestOutput>();
         desktop::Player player(engine, mediaFile("film.mp4"), TestPlayer::kBounds, output);
         ASSERT_EQ(player.start(), e_pl_status_ok);
         ASSERT_TRUE(cycle % 2 != 0 || output->waitForCount(1));
         player.unload();
         ASSERT_TRUE(engine.reaper().waitUntilIdle());
-        if (cycle >= kWarmUp) memory.push_back(bytesInUse());
     }
     EXPECT_EQ(holdings(), before) << "threads and descriptors";
-    std::cout << count << " players: " << slopeOf(memory) << " bytes of memory each\n";
-    EXPECT_LT(slopeOf(memory), kMostGrowth);
+    const double growth = (bytesInUse() - inUse) / count;
+    std::cout << count << " players: " << growth << " bytes of memory each\n";
+    EXPECT_LT(growth, kMostGrowth);
 }
 
 }  // namespace

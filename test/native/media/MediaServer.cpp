@@ -19,107 +19,81 @@ size_t rangeBegin(const std::string& request) {
 
 }  // namespace
 
-MediaServer::MediaServer(Misbehaviour misbehaviour) : m_misbehaviour(std::move(misbehaviour)) {}
+MediaServer::MediaServer(Misbehaviour misbehaviour) {
+    m_state.change([&](State& state) { state.misbehaviour = std::move(misbehaviour); });
+}
 
 MediaServer::MediaServer(const std::string& certificate)
     : m_identity(std::make_unique<ServerIdentity>(mediaFile(certificate))) {}
 
 MediaServer::~MediaServer() {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_closed = true;
-    m_changed.notify_all();
+    m_state.change([](State& state) { state.isClosed = true; });
 }
 
 std::string MediaServer::url(const std::string& name) const {
     return m_server.url(m_identity ? "https" : "http", name);
 }
 
-bool MediaServer::isDropping() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_closed || m_dropped;
-}
-
 void MediaServer::behave() {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_misbehaviour = {};
-    m_changed.notify_all();
-}
-
-bool MediaServer::waitUntilHolding() {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    return m_changed.wait_for(lock, std::chrono::seconds(10), [this] { return m_holding; });
-}
-
-bool MediaServer::waitUntilRequested(const std::string& name) {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    return m_changed.wait_for(lock, std::chrono::seconds(10), [&] {
-        return std::find(m_requested.begin(), m_requested.end(), name) != m_requested.end();
-    });
+    m_state.change([](State& state) { state.misbehaviour = {}; });
 }
 
 void MediaServer::publish(const std::string& name, const std::string& content) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_published[name] = content;
+    m_state.change([&](State& state) { state.published[name] = content; });
 }
 
-std::vector<std::string> MediaServer::requested() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_requested;
+bool MediaServer::waitUntilHolding() const {
+    return m_state.waitUntil([](const State& state) { return state.isHolding; });
 }
 
-bool MediaServer::find(const std::string& name, std::string& content) const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto published = m_published.find(name);
-    content = published != m_published.end() ? published->second : contentOf(mediaFile(name));
-    return !content.empty();
+bool MediaServer::waitUntilRequested(const std::string& name) const {
+    return m_state.waitUntil([&](const State& state) {
+        return std::count(state.requested.begin(), state.requested.end(), name) > 0;
+    });
 }
 
 void MediaServer::serve(int client) {
+    constexpr std::chrono::hours kForEver{24};
     ServerConnection connection(client, m_identity.get());
-    const std::string request = isDropping() ? "" : connection.readRequest();
+    State state = m_state.get();
+    if (state.isClosed || state.hasDropped) return;
+    const std::string request = connection.readRequest();
     if (request.empty()) return;
     const size_t begin = request.find('/') + 1;
     const std::string name = request.substr(begin, request.find(' ', begin) - begin);
-    std::string content;
-    std::string status = find(name, content) ? "" : "404 Not Found";
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        m_requested.push_back(name);
-        m_holding |= m_misbehaviour.silent;
-        m_changed.notify_all();
-        m_changed.wait(lock, [this] { return m_closed || !m_misbehaviour.silent; });
-        if (!m_misbehaviour.status.empty()) status = m_misbehaviour.status;
-    }
+    m_state.change([&](State& now) {
+        now.requested.push_back(name);
+        now.isHolding |= now.misbehaviour.silent;
+    });
+    m_state.waitUntil([](const State& now) { return now.isClosed || !now.misbehaviour.silent; },
+                      kForEver);
+    state = m_state.get();
+    const std::string content =
+        state.published.count(name) != 0 ? state.published.at(name) : contentOf(mediaFile(name));
+    const std::string status = content.empty() ? "404 Not Found" : state.misbehaviour.status;
     if (!status.empty()) {
         connection.send("HTTP/1.1 " + status +
                         "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
         return;
     }
     const size_t from = std::min(rangeBegin(request), content.size());
-    connection.send(
+    const size_t good = std::clamp(state.misbehaviour.goodBytes, from, content.size());
+    const std::string size = std::to_string(content.size());
+    const bool isSent = connection.send(
         "HTTP/1.1 206 Partial Content\r\nAccept-Ranges: bytes\r\nContent-Range: bytes " +
-        std::to_string(from) + "-" + std::to_string(content.size() - 1) + "/" +
-        std::to_string(content.size()) + "\r\nContent-Length: " +
-        std::to_string(content.size() - from) + "\r\nConnection: close\r\n\r\n");
-    sendFile(connection, content, from);
-}
-
-void MediaServer::sendFile(ServerConnection& connection, const std::string& content, size_t from) {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    const size_t good = std::clamp(m_misbehaviour.goodBytes, from, content.size());
-    lock.unlock();
-    if (!connection.send(content.substr(from, good - from)) || good == content.size()) return;
-    lock.lock();
-    m_holding = true;
-    m_changed.notify_all();
-    if (m_misbehaviour.thenDrops) {
-        m_dropped = true;
-        return;
-    }
-    m_changed.wait(lock, [&] { return m_closed || m_misbehaviour.goodBytes == SIZE_MAX; });
-    if (m_closed) return;
-    lock.unlock();
-    connection.send(content.substr(good));
+        std::to_string(from) + "-" + std::to_string(content.size() - 1) + "/" + size +
+        "\r\nContent-Length: " + std::to_string(content.size() - from) +
+        "\r\nConnection: close\r\n\r\n" + content.substr(from, good - from));
+    if (!isSent || good == content.size()) return;
+    m_state.change([](State& now) {
+        now.isHolding = true;
+        now.hasDropped |= now.misbehaviour.thenDrops;
+    });
+    if (m_state.get().hasDropped) return;
+    m_state.waitUntil(
+        [](const State& now) { return now.isClosed || now.misbehaviour.goodBytes == SIZE_MAX; },
+        kForEver);
+    if (!m_state.get().isClosed) connection.send(content.substr(good));
 }
 
 }  // namespace quiravent::test

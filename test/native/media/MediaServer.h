@@ -1,15 +1,14 @@
 #pragma once
 
-#include <condition_variable>
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "common/ConnectionServer.h"
 #include "common/ServerConnection.h"
+#include "common/Watched.h"
 
 namespace quiravent::test {
 
@@ -42,27 +41,25 @@ class MediaServer {
     void publish(const std::string& name, const std::string& content);
 
     /// Waits until somebody has been left waiting for data.
-    bool waitUntilHolding();
-    bool waitUntilRequested(const std::string& name);
+    bool waitUntilHolding() const;
+    bool waitUntilRequested(const std::string& name) const;
 
     /// Paths that were asked for.
-    std::vector<std::string> requested() const;
+    std::vector<std::string> requested() const { return m_state.get().requested; }
 
   private:
-    bool isDropping() const;
+    struct State {
+        Misbehaviour misbehaviour;
+        bool isClosed = false;
+        bool isHolding = false;
+        bool hasDropped = false;
+        std::vector<std::string> requested;
+        std::map<std::string, std::string> published;
+    };
     void serve(int client);
-    bool find(const std::string& name, std::string& content) const;
-    void sendFile(ServerConnection& connection, const std::string& content, size_t from);
 
     const std::unique_ptr<ServerIdentity> m_identity;  ///< null: without TLS
-    mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
-    Misbehaviour m_misbehaviour;
-    bool m_closed = false;
-    bool m_holding = false;
-    bool m_dropped = false;
-    std::vector<std::string> m_requested;
-    std::map<std::string, std::string> m_published;
+    Watched<State> m_state;
     // Last, so that nobody is served any more when the rest goes.
     ConnectionServer m_server{[this](int client) { serve(client); }};
 };

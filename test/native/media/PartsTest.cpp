@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <tuple>
+#include <utility>
 
 #include "media/FaultList.h"
 #include "media/FetchProgress.h"
@@ -23,6 +25,18 @@ namespace {
 constexpr int64_t kFrame = 40 * kMillisecond;
 constexpr int kGroup = 25;
 
+PacketRef packetOf(uint32_t track, int64_t pts, int64_t duration, int bytes = 0) {
+    auto packet = std::make_shared<Packet>();
+    packet->data = makePacket();
+    EXPECT_TRUE(bytes == 0 || av_new_packet(packet->data.get(), bytes) == 0);
+    packet->track = track;
+    packet->pts = packet->dts = pts;
+    packet->duration = duration;
+    packet->sparse = track == 2;
+    packet->key = bytes > 0 && pts % (kGroup * kFrame) == 0;
+    return packet;
+}
+
 /// A cache with a video track (id 0) of 25 pictures a second, each of a thousand bytes, with a key
 /// picture each second.
 class PacketCacheTest : public testing::Test {
@@ -35,17 +49,6 @@ class PacketCacheTest : public testing::Test {
         PacketSource::Read read{};
         ASSERT_TRUE(m_cache.tryNext(TrackKind::video, m_serial - 1, read));
         ASSERT_EQ(read.state, PacketSource::Read::State::newSegment);
-    }
-
-    static PacketRef picture(int number) {
-        auto packet = std::make_shared<Packet>();
-        packet->data = makePacket();
-        EXPECT_EQ(av_new_packet(packet->data.get(), 1000), 0);
-        packet->track = 0;
-        packet->pts = packet->dts = number * kFrame;
-        packet->duration = kFrame;
-        packet->key = number % kGroup == 0;
-        return packet;
     }
 
     /// Does what the cache asks for, for so many seconds of the medium.
@@ -61,7 +64,7 @@ class PacketCacheTest : public testing::Test {
                 continue;
             }
             ASSERT_EQ(task.kind, PacketCache::Task::Kind::read);
-            m_cache.append(picture(m_next++), task.generation);
+            m_cache.append(packetOf(0, m_next++ * kFrame, kFrame, 1000), task.generation);
             --packets;
         }
     }
@@ -117,45 +120,30 @@ TEST_F(PacketCacheTest, KeepsRangesJoinsThemAndReadsNothingTwice) {
     EXPECT_EQ(m_seeks, 3);
 }
 
-PacketRef packetOf(uint32_t track, int64_t second) {
-    auto packet = std::make_shared<Packet>();
-    packet->data = makePacket();
-    packet->track = track;
-    packet->pts = packet->dts = second * kSecond;
-    packet->duration = kSecond;
-    packet->sparse = track == 2;
-    return packet;
-}
-
 /// A range of a packet each second of its tracks, each from one second up to another.
 PacketRange rangeOf(const std::vector<std::pair<int64_t, int64_t>>& tracks) {
     PacketRange range(tracks[0].first * kSecond);
     for (uint32_t track = 0; track < tracks.size(); ++track)
         for (int64_t second = tracks[track].first; second < tracks[track].second; ++second)
-            range.append(packetOf(track, second));
+            range.append(packetOf(track, second * kSecond, kSecond));
     return range;
 }
 
 TEST(PacketRange, IsContinuedByOneThatItMeetsWithAllItsTracks) {
-    struct Case {
-        int64_t soundFrom;  ///< of the next range, whose pictures begin at 8
-        int64_t soundTo;
-        bool subtitle;
-        bool expected;
-    };
-    for (const Case& one :
+    // Where the sound of the next range begins and ends, whose pictures begin at 8.
+    using Case = std::tuple<int64_t, int64_t, bool, bool>;
+    for (const auto& [soundFrom, soundTo, hasSubtitle, isContinued] :
          {Case{7, 14, false, true}, Case{8, 14, false, true}, Case{9, 14, false, false},
           Case{4, 6, false, false}, Case{8, 14, true, true}, Case{0, 0, false, false}}) {
         PacketRange range = rangeOf({{0, 10}, {0, 9}, {3, 4}});
-        PacketRange next =
-            rangeOf({{8, 16}, {one.soundFrom, one.soundTo}, {12, one.subtitle ? 13 : 12}});
+        PacketRange next = rangeOf({{8, 16}, {soundFrom, soundTo}, {12, hasSubtitle ? 13 : 12}});
         EXPECT_EQ(range.resumePoint(), 9 * kSecond);
-        ASSERT_EQ(range.runsInto(next), one.expected) << one.soundFrom;
-        if (!one.expected) continue;
+        ASSERT_EQ(range.runsInto(next), isContinued) << soundFrom;
+        if (!isContinued) continue;
         range.absorb(next);
         EXPECT_EQ(range.nextNumber(0), 16U);
         EXPECT_EQ(range.nextNumber(1), 14U);
-        EXPECT_EQ(range.nextNumber(2), one.subtitle ? 2U : 1U);
+        EXPECT_EQ(range.nextNumber(2), hasSubtitle ? 2U : 1U);
         for (uint64_t number = 0; number < 16; ++number)
             EXPECT_EQ(range.packet(0, number)->pts, static_cast<int64_t>(number) * kSecond);
         EXPECT_EQ(range.resumePoint(), 14 * kSecond);
@@ -167,7 +155,7 @@ TEST_F(PacketCacheTest, EndsOnceAndIgnoresWhatComesTooLate) {
     read(1);
     const uint32_t generation = m_cache.awaitTask().generation;
     start(50 * kSecond);
-    m_cache.append(picture(kGroup), generation);
+    m_cache.append(packetOf(0, kSecond, kFrame, 1000), generation);
     m_cache.finish(MediaError::connectionLost, generation);
     EXPECT_FALSE(m_cache.status().finished);
     EXPECT_EQ(seconds(), (Ranges{{0, 1}}));
@@ -204,46 +192,36 @@ TEST_F(SmallPacketCacheTest, StaysWithinItsBudget) {
 }
 
 TEST(Timeline, MendsTimesThatMakeNoSense) {
-    constexpr int64_t kWild = int64_t{26} * 3600 * kSecond;
-    constexpr int64_t kBack = 3 * kFrame;
+    constexpr int64_t kWild = int64_t{26} * 3600 * 25;
+    constexpr int64_t kMost = INT64_MAX;
     struct Case {
         bool mayJump;
-        int64_t duration;
-        std::vector<std::array<int64_t, 3>> packets;  ///< pts and dts as stated, and the right pts
+        int64_t seconds;
+        std::vector<std::array<int64_t, 3>> packets;  ///< pts and dts as stated, the right pts
+    };
+    // Times count pictures, but for none and for the last ones that there are.
+    const auto inTime = [](int64_t time) {
+        return time == kNoTime || time >= kMost - 1 ? time : time * kFrame;
     };
     const Case cases[] = {
-        {false,
-         kSecond,
-         {{0, 0, 0},
-          {kNoTime, kNoTime, kFrame},
-          {kNoTime, 2 * kFrame, 2 * kFrame},
-          {3 * kFrame, kNoTime, 3 * kFrame}}},
-        {false,
-         kSecond,
-         {{0, 0, 0},
-          {kWild, kWild, kFrame},
-          {2 * kFrame, 2 * kFrame, 2 * kFrame},
-          {kWild, 3 * kFrame, 3 * kFrame}}},
+        {false, 1, {{0, 0, 0}, {kNoTime, kNoTime, 1}, {kNoTime, 2, 2}, {3, kNoTime, 3}}},
+        {false, 1, {{0, 0, 0}, {kWild, kWild, 1}, {2, 2, 2}, {kWild, 3, 3}}},
         // A gap is one, within the medium.
-        {false, 60 * kSecond, {{0, 0, 0}, {30 * kSecond, 30 * kSecond, 30 * kSecond}}},
-        {true,
-         60 * kSecond,
-         {{0, 0, 0}, {30 * kSecond, 30 * kSecond, kFrame}, {kFrame * 2, kFrame * 2, 2 * kFrame}}},
+        {false, 60, {{0, 0, 0}, {750, 750, 750}}},
+        {true, 60, {{0, 0, 0}, {750, 750, 1}, {2, 2, 2}}},
         // Times that begin anew, and reordered pictures.
-        {true,
-         0,
-         {{0, 0, 0},
-          {kWild + kBack, kWild, kFrame + kBack},
-          {kWild + kFrame, kWild + kFrame, 2 * kFrame}}},
-        {true, 0, {{INT64_MAX, INT64_MAX - 1, 0}, {kFrame, kFrame, kFrame}}},
+        {true, 0, {{0, 0, 0}, {kWild + 3, kWild, 4}, {kWild + 1, kWild + 1, 2}}},
+        {true, 0, {{kMost, kMost - 1, 0}, {1, 1, 1}}},
     };
     for (const Case& one : cases) {
-        Timeline timeline(one.duration, one.mayJump);
-        for (auto [pts, dts, expected] : one.packets) {
+        Timeline timeline(one.seconds * kSecond, one.mayJump);
+        for (const auto& [statedPts, statedDts, expected] : one.packets) {
+            int64_t pts = inTime(statedPts);
+            int64_t dts = inTime(statedDts);
             int64_t duration = kFrame;
             timeline.place(pts, dts, duration);
             EXPECT_EQ(duration, kFrame);
-            EXPECT_EQ(pts, expected);
+            EXPECT_EQ(pts, expected * kFrame);
             EXPECT_LE(dts, pts);
         }
     }
@@ -251,25 +229,20 @@ TEST(Timeline, MendsTimesThatMakeNoSense) {
     timeline.restart(30 * kSecond);
     int64_t pts = 20 * kSecond;  // where the seek landed
     int64_t dts = pts;
-    int64_t duration = kWild;
+    int64_t duration = kWild * kFrame;
     timeline.place(pts, dts, duration);
     EXPECT_EQ(pts, 20 * kSecond);
     EXPECT_LT(duration, 5 * kSecond);
 }
 
 TEST(Watchdog, CountsOnlyTheTimeOfWaiting) {
-    struct Case {
-        bool waiting;
-        uint64_t progress;
-        int64_t now;
-        bool overdue;
-    };
+    using Case = std::tuple<bool, uint64_t, int64_t, bool>;
     Watchdog watchdog(10);
-    for (const Case& one :
+    for (const auto& [isWaiting, progress, now, isOverdue] :
          {Case{false, 1, 100, false}, Case{true, 1, 500, false}, Case{true, 1, 509, false},
           Case{true, 1, 510, true}, Case{true, 2, 511, false}, Case{true, 2, 521, true},
           Case{false, 2, 600, false}, Case{true, 2, 700, false}})
-        EXPECT_EQ(watchdog.isOverdue(one.waiting, one.progress, one.now), one.overdue) << one.now;
+        EXPECT_EQ(watchdog.isOverdue(isWaiting, progress, now), isOverdue) << now;
 }
 
 TEST(MediaClock, GoesAtItsSpeedFromWhereItStands) {
@@ -291,11 +264,7 @@ TEST(MediaClock, GoesAtItsSpeedFromWhereItStands) {
 
 TEST(StallPolicy, HaltsOnlyForWantOfDataAndGoesOnWithASecondOfThem) {
     using Change = StallPolicy::Change;
-    struct Case {
-        StallPolicy::Observation seen;
-        Change expected;
-    };
-    const Case cases[] = {
+    const std::pair<StallPolicy::Observation, Change> cases[] = {
         {{100000, 0, false, true, true}, Change::none},  // just begun
         {{400000, 500000, false, false, true}, Change::none},
         {{500000, 0, true, true, true}, Change::none},    // at the end
@@ -309,23 +278,20 @@ TEST(StallPolicy, HaltsOnlyForWantOfDataAndGoesOnWithASecondOfThem) {
     };
     StallPolicy policy;
     policy.restart(0);
-    for (const Case& one : cases) EXPECT_EQ(policy.observe(one.seen), one.expected) << one.seen.now;
+    for (const auto& [seen, change] : cases) EXPECT_EQ(policy.observe(seen), change) << seen.now;
     policy.restart(1000000);
     EXPECT_TRUE(policy.isStalled()) << "until enough is there for the other position, too";
 }
 
 TEST(FetchProgress, TellsRisingPercentagesAtMostTenTimesASecond) {
-    struct Case {
-        int64_t have;
-        int64_t now;
-        int expected;  ///< -1: nothing is told
-    };
+    constexpr uint8_t kNothing = 255;
+    using Case = std::tuple<int64_t, int64_t, uint8_t>;
     FetchProgress progress;
-    for (const Case& one : {Case{0, 0, 0}, Case{10, 1000, -1}, Case{10, 100000, 10},
-                            Case{5, 300000, -1}, Case{10, 400000, -1}, Case{99, 500000, 99},
-                            Case{250, 500001, 100}, Case{250, 900000, -1}})
-        EXPECT_EQ(progress.observe(one.have, 100, one.now).value_or(255),
-                  static_cast<uint8_t>(one.expected));
+    for (const auto& [have, now, percentage] :
+         {Case{0, 0, 0}, Case{10, 1000, kNothing}, Case{10, 100000, 10}, Case{5, 300000, kNothing},
+          Case{10, 400000, kNothing}, Case{99, 500000, 99}, Case{250, 500001, 100},
+          Case{250, 900000, kNothing}})
+        EXPECT_EQ(progress.observe(have, 100, now).value_or(kNothing), percentage) << now;
 }
 
 TEST(Faults, AreReadFromAText) {

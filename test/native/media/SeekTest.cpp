@@ -6,33 +6,32 @@
 namespace quiravent::test {
 namespace {
 
-struct SeekCase {
-    const char* medium;
-    int64_t position;
-    int expected;
-};
-
-class Seek : public testing::TestWithParam<SeekCase> {};
-
-TEST_P(Seek, LandsOnTheExactPicture) {
-    TestPlayer player(mediaFile(GetParam().medium));
-    ASSERT_TRUE(player.playAndPause());
-    ASSERT_EQ(player->seek(GetParam().position), e_pl_status_ok);
-    EXPECT_EQ(player->times().now, std::min<int64_t>(GetParam().position, player->times().end));
-    ASSERT_TRUE(player.output().waitForNumber(GetParam().expected))
-        << player.output().seen().back().number;
+TEST(Seeking, LandsOnTheExactPicture) {
+    struct Case {
+        const char* medium;
+        std::vector<std::pair<int64_t, int>> landings;  ///< positions and their pictures
+    };
+    const Case cases[] = {
+        {"film.mp4",
+         {{0, 0}, {39000, 0}, {40000, 1}, {3230000, 80}, {4999000, 124}, {99000000, 149}}},
+        {"film.mkv", {{3230000, 80}}},
+        // Where the sound begins before the pictures, all pictures are 21 to 23 ms later.
+        {"film.ts", {{3230000, 80}, {5525000, 137}}},
+        {"onegroup.mp4", {{3600000, 90}}},
+        {"hls/master.m3u8", {{3230000, 80}}},
+        {"dash/film.mpd", {{3230000, 80}}},
+    };
+    for (const Case& one : cases)
+        for (const auto& [position, picture] : one.landings) {
+            SCOPED_TRACE(testing::Message() << one.medium << " at " << position);
+            TestPlayer player(mediaFile(one.medium));
+            ASSERT_TRUE(player.playAndPause());
+            ASSERT_EQ(player->seek(position), e_pl_status_ok);
+            EXPECT_EQ(player->times().now, std::min<int64_t>(position, player->times().end));
+            ASSERT_TRUE(player.output().waitForNumber(picture))
+                << player.output().seen().back().number;
+        }
 }
-
-// Where the sound begins before the pictures, all pictures are 21 to 23 ms later.
-INSTANTIATE_TEST_SUITE_P(
-    Media, Seek,
-    testing::Values(SeekCase{"film.mp4", 0, 0}, SeekCase{"film.mp4", 39000, 0},
-                    SeekCase{"film.mp4", 40000, 1}, SeekCase{"film.mp4", 3230000, 80},
-                    SeekCase{"film.mp4", 4999000, 124}, SeekCase{"film.mp4", 99000000, 149},
-                    SeekCase{"film.mkv", 3230000, 80}, SeekCase{"film.ts", 3230000, 80},
-                    SeekCase{"film.ts", 5525000, 137}, SeekCase{"onegroup.mp4", 3600000, 90},
-                    SeekCase{"hls/master.m3u8", 3230000, 80},
-                    SeekCase{"dash/film.mpd", 3230000, 80}));
 
 TEST(Seeking, GoesThereFromAnywhereInQuickSuccession) {
     TestPlayer player(mediaFile("film.mp4"));
@@ -98,9 +97,6 @@ TEST(Speeds, ChangeWhilePlayingAndKeepThePosition) {
     speed = 1;
     ASSERT_EQ(player->setSpeed(speed), e_pl_status_ok);
     ASSERT_TRUE(player.output().waitForNumber(35));
-    speed = 0;
-    EXPECT_EQ(player->setSpeed(speed), e_pl_status_invalid_argument);
-    EXPECT_EQ(speed, 1);
     speed = -100;
     EXPECT_EQ(player->setSpeed(speed), e_pl_status_ok);
     EXPECT_EQ(speed, -desktop::Player::kMaxSpeed);

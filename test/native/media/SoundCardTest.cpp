@@ -101,22 +101,18 @@ TEST(SoundCardSink, TellsWhenSoundIsHeardByWhatTheCardTakes) {
 }
 
 TEST(SoundCardSink, GoesOnInSilenceWithoutItsCard) {
-    struct Case {
-        bool plugged;
-        int cards;  ///< that are opened when playing begins anew
-    };
     testing::internal::CaptureStderr();
-    for (const Case& one : {Case{false, 2}, Case{true, 1}}) {
+    for (const bool isPlugged : {false, true}) {
         Bench bench;
         bench.writeOnce();
-        bench.plugged = one.plugged;
+        bench.plugged = isPlugged;
         // The queue is full, and nobody takes anything.
         for (int period = 0; period < 5; ++period)
             EXPECT_GT(bench.writeOnce(), desktop::clock::now() - 1000000);
         bench.sink.rest();
         bench.plugged = true;
         bench.sink.nextHeardAt();
-        EXPECT_EQ(bench.opened, one.cards);
+        EXPECT_EQ(bench.opened, isPlugged ? 1 : 2) << "cards, when playing begins anew";
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "quiravent: warning: no sound is heard any more: the sound card is gone\n"

@@ -24,14 +24,6 @@ int pictureNumber(const desktop::Surface& surface) {
                       [&](uint32_t x, uint32_t y) { return brightnessAt(surface, x, y); });
 }
 
-int whitePixels(const desktop::Surface& surface) {
-    int count = 0;
-    for (uint32_t y = surface.height() * 3 / 4; y < surface.height(); ++y)
-        for (uint32_t x = 0; x < surface.width(); ++x)
-            if (brightnessAt(surface, x, y) > 170) ++count;
-    return count;
-}
-
 TestOutput::TestOutput() : RecordingOutput(see) {}
 
 bool TestOutput::waitForNumber(int number) const {

@@ -18,9 +18,6 @@ struct SeenPicture {
 /// The number in the blocks along the upper edge of the video, which fills the surface.
 int pictureNumber(const desktop::Surface& surface);
 
-/// How many pixels in the lower quarter of the surface are white: those of a subtitle.
-int whitePixels(const desktop::Surface& surface);
-
 class TestOutput : public RecordingOutput<SeenPicture> {
   public:
     TestOutput();

@@ -55,14 +55,13 @@ int TestPlayer::waitFor(e_pl_media_event event, size_t times, int seconds) {
     return value;
 }
 
-bool TestPlayer::waitUntil(const std::function<bool()>& isSo) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    for (size_t known = events().size(); !isSo(); known = events().size()) {
-        const auto hasMore = [=](const auto& events) { return events.size() > known; };
-        if (std::chrono::steady_clock::now() > deadline || !m_events.waitUntil(hasMore))
-            return false;
-    }
-    return true;
+bool TestPlayer::waitUntilOver() const {
+    return m_events.waitUntil([](const std::vector<SeenEvent>& events) {
+        return std::any_of(events.begin(), events.end(), [](const SeenEvent& seen) {
+            return seen.event == e_pl_media_event_playback_completed ||
+                   seen.event == e_pl_media_event_playback_error;
+        });
+    });
 }
 
 bool TestPlayer::fetch() {

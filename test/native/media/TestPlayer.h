@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -48,9 +47,8 @@ class TestPlayer {
     /// the limit.
     int waitFor(e_pl_media_event event, size_t times = 1, int seconds = 15);
 
-    /// Waits until something that follows from the events is so; false when it isn't in ten
-    /// seconds.
-    bool waitUntil(const std::function<bool()>& isSo);
+    /// Waits until it has played to the end or to an error; false when it hasn't in ten seconds.
+    bool waitUntilOver() const;
 
     /// Each does what it says and waits until it is done; false where that is refused or takes too
     /// long.
