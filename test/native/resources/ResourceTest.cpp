@@ -1,7 +1,6 @@
 #include "resources/Resource.h"
 
 #include <gtest/gtest.h>
-#include <sys/fsuid.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -85,18 +84,6 @@ TEST(ResourceFileTest, NamesWhatIsWrong) {
         EXPECT_EQ(failureOf(location), expectedFailure(location, why));
     EXPECT_EQ(failureOf(std::string("/a\0b", 4)),
               expectedFailure("/a?b", "the location contains a NUL"));
-}
-
-TEST(ResourceFileTest, NamesAMissingPermission) {
-    constexpr uid_t kOther = 1;
-    const TemporaryFolder folder;
-    const std::string path = folder.write("secret", kContent);
-    ASSERT_EQ(::chmod(path.c_str(), 0), 0);
-    // Of root's alone; the rights of another user are taken by this thread only.
-    const auto user = static_cast<uid_t>(::setfsuid(kOther));
-    const std::string failure = failureOf(path);
-    ::setfsuid(user);
-    EXPECT_EQ(failure, expectedFailure(path, "Permission denied"));
 }
 
 std::string answer(const std::string& status, const std::string& headers, const std::string& body) {
