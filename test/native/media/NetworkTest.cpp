@@ -68,6 +68,7 @@ TEST(Network, StallsAndRecovers) {
     EXPECT_GT(player->bufferedRanges()[0].end, before[0].end);
     ASSERT_EQ(player->seek(5500000), e_pl_status_ok);
     ASSERT_EQ(player.waitFor(e_pl_media_event_playback_completed), 0);
+    EXPECT_NEAR(static_cast<double>(player->bufferedRanges().back().end), 6000000, 50000);
     EXPECT_EQ(
         kindsOf(player.events()),
         (std::vector{e_pl_media_event_fetch_in_progress, e_pl_media_event_fetch_ready,
