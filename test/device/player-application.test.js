@@ -138,7 +138,7 @@ test('the languages of sound and subtitles can be chosen', (t) =>
       .then((end) => {
         t.deepEqual(end, { code: 0, signal: null }, 'stop leaves the player');
         const tone = lastTone(viewer.file('sound.wav'), 0.5);
-        // That of the other language is an octave and more away; on a busy machine some is left out.
+        // The other language has 440 Hz; a busy machine leaves some of a tone out.
         t.ok(Math.abs(tone - 660) < 100, `Portuguese is heard: ${tone} Hz`);
       })
   ));
