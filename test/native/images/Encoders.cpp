@@ -4,9 +4,10 @@
 #include <webp/encode.h>
 #include <webp/mux.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <memory>
+
+#include "graphics/TestPixels.h"
 
 namespace quiravent::test {
 
@@ -20,6 +21,15 @@ Bytes taken(uint8_t* data, size_t size, void (*release)(void*)) {
     Bytes bytes(data, data + size);
     release(data);
     return bytes;
+}
+
+/// What a surface holds for that colour.
+uint32_t pixelOf(Colour colour) {
+    const auto premultiplied = [&colour](int channel) {
+        return static_cast<uint32_t>((2 * channel * colour.alpha + 255) / 510);
+    };
+    return static_cast<uint32_t>(colour.alpha) << 24 | premultiplied(colour.red) << 16 |
+           premultiplied(colour.green) << 8 | premultiplied(colour.blue);
 }
 
 }  // namespace
@@ -136,14 +146,6 @@ std::vector<Sample> samples() {
     };
 }
 
-uint32_t pixelOf(Colour colour) {
-    const auto premultiplied = [&colour](int channel) {
-        return static_cast<uint32_t>((2 * channel * colour.alpha + 255) / 510);
-    };
-    return static_cast<uint32_t>(colour.alpha) << 24 | premultiplied(colour.red) << 16 |
-           premultiplied(colour.green) << 8 | premultiplied(colour.blue);
-}
-
 std::shared_ptr<desktop::Surface> decoded(const Bytes& bytes) {
     desktop::SurfacePool pool(size_t{1} << 24);
     auto image = desktop::decodeImage(bytes.data(), bytes.size(), pool);
@@ -153,17 +155,10 @@ std::shared_ptr<desktop::Surface> decoded(const Bytes& bytes) {
 }
 
 int distance(const desktop::Surface& surface, const Picture& picture) {
-    int largest = 0;
+    std::vector<uint32_t> expected;
     for (uint32_t y = 0; y < surface.height(); ++y)
-        for (uint32_t x = 0; x < surface.width(); ++x) {
-            const uint32_t expected = pixelOf(picture(x, y));
-            for (const int shift : {0, 8, 16, 24}) {
-                const int is = static_cast<int>(surface.row(y)[x] >> shift & 0xFF);
-                const int wanted = static_cast<int>(expected >> shift & 0xFF);
-                largest = std::max(largest, std::abs(is - wanted));
-            }
-        }
-    return largest;
+        for (uint32_t x = 0; x < surface.width(); ++x) expected.push_back(pixelOf(picture(x, y)));
+    return desktop::test::distance(desktop::test::pixelsOf(surface), expected);
 }
 
 }  // namespace quiravent::test

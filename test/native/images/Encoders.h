@@ -67,9 +67,6 @@ struct Sample {
 /// A picture in every way in which one may come, small.
 std::vector<Sample> samples();
 
-/// What a surface holds for that colour.
-uint32_t pixelOf(Colour colour);
-
 /// The decoded picture; a failure of the test and null when there is none.
 std::shared_ptr<desktop::Surface> decoded(const Bytes& bytes);
 

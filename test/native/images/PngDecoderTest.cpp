@@ -32,12 +32,9 @@ Bytes randomPng(const PngShape& shape, bool hasTransparency) {
         return sample;
     };
     spng_trns transparency{};
-    transparency.gray = firstSample(0);
-    if (shape.colourType == SPNG_COLOR_TYPE_TRUECOLOR) {
-        transparency.red = firstSample(0);
-        transparency.green = firstSample(1);
-        transparency.blue = firstSample(2);
-    }
+    transparency.gray = transparency.red = firstSample(0);
+    transparency.green = firstSample(1);
+    transparency.blue = firstSample(2);
     transparency.n_type3_entries = palette.n_entries - 1;
     std::generate(std::begin(transparency.type3_alpha), std::end(transparency.type3_alpha), byte);
     return encodePng(shape, samples,
@@ -89,8 +86,8 @@ TEST(PngDecoderTest, DecodesEveryColourTypeDepthAndFilter) {
                 for (const auto filter : kFilters) {
                     const PngShape shape{type.colourType, depth, interlaced, filter};
                     expectDecoded(shape, false);
-                    const bool mayHaveTransparency = (type.colourType & 4) == 0;
-                    if (mayHaveTransparency) expectDecoded(shape, true);
+                    const bool hasAlpha = (type.colourType & 4) != 0;
+                    if (!hasAlpha) expectDecoded(shape, true);
                 }
 }
 
