@@ -35,19 +35,4 @@ std::string laidOut(desktop::Font& font, const std::string& text) {
     return described(font.layout(text, {0, 0}));
 }
 
-Ink inkOf(const desktop::GlyphRun& run) {
-    Ink ink;
-    for (const auto& mask : run.masks())
-        for (uint32_t y = 0; y < mask.height; ++y)
-            for (uint32_t x = 0; x < mask.width; ++x) {
-                const double part = mask.coverage[y * mask.stride + x] / 255.0;
-                ink.amount += part;
-                ink.x += part * (mask.x + x + 0.5);
-                ink.y += part * (mask.y + static_cast<double>(y) + 0.5);
-            }
-    ink.x /= ink.amount;
-    ink.y /= ink.amount;
-    return ink;
-}
-
 }  // namespace quiravent::test

@@ -25,12 +25,4 @@ std::string described(const desktop::GlyphRun& run);
 /// The text from (0, 0).
 std::string laidOut(desktop::Font& font, const std::string& text);
 
-/// Sum of the coverage, in whole pixels, and its centre.
-struct Ink {
-    double amount = 0;
-    double x = 0;
-    double y = 0;
-};
-Ink inkOf(const desktop::GlyphRun& run);
-
 }  // namespace quiravent::test
