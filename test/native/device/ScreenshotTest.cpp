@@ -59,30 +59,24 @@ TEST(Screenshot, TextAndShapesReachTheScreen) {
         const uint32_t canvas = target();
         const char* const text = "\xe2\x96\x88\xe2\x96\x88\xe2\x96\x88";
         const double notANumber = std::nan("");
-        const int32_t done[] = {
-            pl_gfx_Canvas_SetFont(canvas, newFont(100)),
-            pl_gfx_Canvas_SetRotation(canvas, -1e300),
-            // A text that is turned by a right angle about its centre stands upright there.
-            pl_gfx_Canvas_SetTextAlign(canvas, 1, 2),
-            pl_gfx_Canvas_SetRotation(canvas, 90),
-            pl_gfx_Canvas_DrawText(canvas, 640, 360, text),
-            // So does one that would lie beyond the screen for the most part.
-            pl_gfx_Canvas_SetTextAlign(canvas, 0, 2),
-            pl_gfx_Canvas_DrawText(canvas, 1200, 360, text),
-            pl_gfx_Canvas_DrawEllipse(canvas, 0, 100, 100, 50, 50, notANumber, 1),
-        };
-        for (const int32_t& status : done) EXPECT_EQ(status, e_pl_status_ok) << &status - done;
-        const int32_t refused[] = {
-            pl_gfx_Canvas_SetTextAlign(canvas, 3, 0),
-            pl_gfx_Canvas_SetTextAlign(canvas, 0, 4),
-            pl_gfx_Canvas_SetRotation(canvas, notANumber),
-            pl_gfx_Canvas_SetRotation(canvas, HUGE_VAL),
-            pl_gfx_Canvas_SetOpacity(canvas, notANumber),
-            pl_gfx_Canvas_SetPorterDuff(canvas, static_cast<e_pl_fgx_porter_duff>(12)),
-            pl_gfx_Canvas_DrawEllipse(canvas, 2, 0, 0, 9, 9, 0, 1),
-        };
-        for (const int32_t& status : refused)
-            EXPECT_EQ(status, e_pl_status_invalid_argument) << &status - refused;
+        expectAll(
+            e_pl_status_ok,
+            {pl_gfx_Canvas_SetFont(canvas, newFont(100)), pl_gfx_Canvas_SetRotation(canvas, -1e300),
+             // A text that is turned by a right angle about its centre stands upright there.
+             pl_gfx_Canvas_SetTextAlign(canvas, 1, 2), pl_gfx_Canvas_SetRotation(canvas, 90),
+             pl_gfx_Canvas_DrawText(canvas, 640, 360, text),
+             // So does one that would lie beyond the screen for the most part.
+             pl_gfx_Canvas_SetTextAlign(canvas, 0, 2),
+             pl_gfx_Canvas_DrawText(canvas, 1200, 360, text),
+             pl_gfx_Canvas_DrawEllipse(canvas, 0, 100, 100, 50, 50, notANumber, 1)});
+        expectAll(
+            e_pl_status_invalid_argument,
+            {pl_gfx_Canvas_SetTextAlign(canvas, 3, 0), pl_gfx_Canvas_SetTextAlign(canvas, 0, 4),
+             pl_gfx_Canvas_SetRotation(canvas, notANumber),
+             pl_gfx_Canvas_SetRotation(canvas, HUGE_VAL),
+             pl_gfx_Canvas_SetOpacity(canvas, notANumber),
+             pl_gfx_Canvas_SetPorterDuff(canvas, static_cast<e_pl_fgx_porter_duff>(12)),
+             pl_gfx_Canvas_DrawEllipse(canvas, 2, 0, 0, 9, 9, 0, 1)});
         pl_gfx_Canvas_Flush(canvas, nullptr);
     });
     const PngFile picture(station / "text.png");

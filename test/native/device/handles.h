@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 
 #include "porting/pl_functions.h"
@@ -34,4 +35,10 @@ inline s_pl_gfx_vram_stats videoMemory() {
     s_pl_gfx_vram_stats stats{};
     EXPECT_EQ(pl_gfx_GetVRAMStats(&stats), e_pl_status_ok);
     return stats;
+}
+
+/// Expects the same status of each of these calls.
+inline void expectAll(int32_t expected, std::initializer_list<int32_t> statuses) {
+    for (const int32_t& status : statuses)
+        EXPECT_EQ(status, expected) << &status - statuses.begin();
 }
