@@ -42,12 +42,12 @@ TEST(Commands, KeysAreAnsweredWhenTheyHaveBeenToldAndDontStayDownBehindAClient) 
 TEST(Commands, WaitFlushIsAnsweredByTheFirstFrameAfter) {
     Station station;
     Client client = station.client();
-    station.flush(0);
-    station.flush(0);
+    station.flush();
+    station.flush();
     EXPECT_EQ(client.ask(R"({"command":"waitFlush","after":0})"), R"({"ok":true,"frame":1})");
     EXPECT_EQ(client.ask(R"({"command":"frame"})"), R"({"ok":true,"frame":2})");
     client.send("{\"command\":\"waitFlush\",\"after\":4,\"timeout\":600000}\n");
-    for (int count = 0; count < 3; ++count) station.flush(0);
+    for (int count = 0; count < 3; ++count) station.flush();
     EXPECT_EQ(client.line(), R"({"ok":true,"frame":5})");
 }
 

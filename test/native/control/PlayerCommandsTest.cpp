@@ -52,9 +52,10 @@ TEST_F(Players, AreToldWithAllThatATestAsksFor) {
         return player.fetch();
     });
     EXPECT_EQ(waitFor("fetched").at("ok"), true);
-    start(handle);
-    m_players.withUrlPlayer(handle,
-                            [](Player& player) { return player.selectTrack(TrackKind::audio, 2); });
+    m_players.withUrlPlayer(handle, [](Player& player) {
+        player.start();
+        return player.selectTrack(TrackKind::audio, 2);
+    });
     const json playing = waitFor("playing", 400).at("player");
     EXPECT_GE(playing.at("picture"), 400);
     EXPECT_EQ(playing.at("time").at("end"), 6000);
@@ -79,30 +80,25 @@ TEST_F(Players, AreToldWithAllThatATestAsksFor) {
 }
 
 TEST_F(Players, AreHaltedByRequestsAndByWhatTakesTheirOutput) {
-    const uint32_t first = newPlayer();
-    const uint32_t second = newPlayer();
-    start(first);
-    EXPECT_EQ(waitFor("playing").at("player").at("player"), 1);
-    const json suspend{{"player", 1}, {"how", "suspend"}};
-    EXPECT_EQ(ask("haltPlayer", suspend).at("ok"), true);
-    EXPECT_EQ(states(), (Strings{"suspended", "idle"}));
-    EXPECT_EQ(ask("haltPlayer", suspend).at("ok"), false) << "it doesn't play";
-    EXPECT_EQ(resume(first), e_pl_status_ok);
+    const uint32_t handle = newPlayer();
+    const auto isHalted = [&](const char* how) {
+        return ask("haltPlayer", {{"player", 1}, {"how", how}}).at("ok") == true;
+    };
+    start(handle);
     EXPECT_EQ(waitFor("playing").at("ok"), true);
+    EXPECT_TRUE(isHalted("suspend"));
+    EXPECT_EQ(states(), Strings{"suspended"});
+    EXPECT_FALSE(isHalted("suspend")) << "it doesn't play";
     auto claim = m_players.takeOutput();
-    auto other = m_players.takeOutput();
-    EXPECT_EQ(states(), (Strings{"suspended", "idle"}));
-    claim.reset();
-    EXPECT_EQ(start(second), e_pl_status_ok);
-    EXPECT_EQ(resume(first), e_pl_status_unavailable);
+    EXPECT_EQ(start(newPlayer()), e_pl_status_ok);
+    EXPECT_EQ(resume(handle), e_pl_status_unavailable);
     EXPECT_EQ(states(), (Strings{"suspended", "suspended"}));
-    other.reset();
-    EXPECT_EQ(states().at(0), "suspended") << "until the application resumes it";
-    EXPECT_EQ(resume(first), e_pl_status_ok);
+    claim.reset();
+    EXPECT_EQ(resume(handle), e_pl_status_ok);
     EXPECT_EQ(waitFor("playing").at("player").at("player"), 1);
-    EXPECT_EQ(ask("haltPlayer", {{"player", 1}, {"how", "abort"}}).at("ok"), true);
+    EXPECT_TRUE(isHalted("abort"));
     EXPECT_EQ(states().at(0), "aborted");
-    EXPECT_EQ(resume(first), e_pl_status_wrong_state);
+    EXPECT_EQ(resume(handle), e_pl_status_wrong_state);
 }
 
 }  // namespace

@@ -80,15 +80,11 @@ class Station {
     std::string operator/(const std::string& name) const { return m_folder / name; }
     std::string socketPath() const { return m_folder / "control"; }
 
-    /// Shows a frame of one colour, as 0xAARRGGBB.
-    void flush(uint32_t color) {
+    /// Shows a frame.
+    void flush() {
         constexpr Box kAll{0, 0, Screen::kWidth, Screen::kHeight};
-        const auto picture =
-            m_pool.create(Screen::kWidth, Screen::kHeight, SurfacePool::Fill::transparent);
-        for (uint32_t y = 0; y < Screen::kHeight; ++y) {
-            std::fill_n(picture->row(y), Screen::kWidth, color);
-        }
-        m_screen.present(*picture, kAll);
+        m_screen.present(
+            *m_pool.create(Screen::kWidth, Screen::kHeight, SurfacePool::Fill::transparent), kAll);
     }
 
     RemoteControl& remote() { return m_remote; }
