@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/errorOf.h"
 #include "interfaces/Canvas.h"
 #include "interfaces/DemuxFilter.h"
 #include "interfaces/Font.h"
@@ -25,15 +26,6 @@ class InterfacesTest : public RecorderTest {
         return handles;
     }
 };
-
-std::string failureOf(const std::function<void()>& construct) {
-    try {
-        construct();
-    } catch (const std::runtime_error& error) {
-        return error.what();
-    }
-    return "none";
-}
 
 TEST_F(InterfacesTest, FailedConstructorsSayWhy) {
     const auto offscreen = e_GraphicServices_CanvasType_Offscreen;
@@ -60,7 +52,7 @@ TEST_F(InterfacesTest, FailedConstructorsSayWhy) {
     for (const auto& each : cases) {
         m_recorder.clear();
         if (each.refusing != nullptr) m_recorder.answerOnce(each.refusing, answering(each.status));
-        EXPECT_EQ(failureOf(each.construct), each.reason);
+        EXPECT_EQ(quiravent::test::errorOf(each.construct), each.reason);
         EXPECT_EQ(calls().empty(), each.refusing == nullptr);
     }
     EXPECT_EQ(Canvas::s_target, nullptr);
