@@ -12,29 +12,16 @@
 
 #include "common/TemporaryFolder.h"
 #include "display/drivers.h"
+#include "graphics/TestPixels.h"
 
 namespace quiravent::desktop {
 namespace {
 
 constexpr uint32_t kHalfWhite = 0x80808080;
 
-struct Television {
-    explicit Television(const std::string& capture = "")
-        : screen(createDisplayDriver("headless", {}), CapturePattern(capture)),
-          pool(size_t{8} << 20),
-          target(pool.create(Screen::kWidth, Screen::kHeight)) {}
-
-    void show(uint32_t pixel, const Box& part) {
-        for (uint32_t y = 0; y < Screen::kHeight; ++y) {
-            std::fill_n(target->row(y), Screen::kWidth, pixel);
-        }
-        screen.present(*target, part);
-    }
-
-    Screen screen;
-    SurfacePool pool;
-    std::shared_ptr<Surface> target;
-};
+std::unique_ptr<Screen> newScreen(const std::string& capture = "") {
+    return std::make_unique<Screen>(createDisplayDriver("headless", {}), CapturePattern(capture));
+}
 
 size_t filesIn(const TemporaryFolder& folder) {
     return static_cast<size_t>(
@@ -42,21 +29,20 @@ size_t filesIn(const TemporaryFolder& folder) {
 }
 
 TEST(Screen, ShowsOnlyTheFlushedPartOverBlack) {
-    struct Case {
+    constexpr int64_t kFar = int64_t{1} << 33;
+    const struct {
         Box part;
         bool isFrame;
-    };
-    constexpr int64_t kFar = int64_t{1} << 33;
-    const Case cases[] = {
+    } cases[] = {
         {{10, 20, 40, 60}, true},    {{-5, -5, 5, 5}, true},       {{1270, 710, 9999, 9999}, true},
         {{-kFar, 0, kFar, 1}, true}, {{1280, 0, 1300, 10}, false}, {{-10, 0, 0, 10}, false},
         {{5, 5, 5, 50}, false},      {{50, 50, 5, 5}, false},
     };
-    for (const Case& each : cases) {
-        Television television;
-        television.show(kHalfWhite, each.part);
-        EXPECT_EQ(television.screen.frameCount(), each.isFrame ? 1U : 0U);
-        const auto picture = television.screen.compose();
+    for (const auto& each : cases) {
+        const auto screen = newScreen();
+        screen->present(*test::newSurface(Screen::kWidth, Screen::kHeight, kHalfWhite), each.part);
+        EXPECT_EQ(screen->frameCount(), each.isFrame ? 1U : 0U);
+        const auto picture = screen->compose();
         EXPECT_TRUE(picture->isOpaque());
         for (uint32_t y = 0; y < Screen::kHeight; ++y) {
             for (uint32_t x = 0; x < Screen::kWidth; ++x) {
@@ -72,9 +58,8 @@ TEST(Screen, CaptureThatFailsIsToldAndLeavesNothing) {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder / "taken.png");
     for (const std::string& file : {folder / "none/picture.png", folder / "taken.png"}) {
-        Television television(file);
         testing::internal::CaptureStderr();
-        television.screen.finish();
+        newScreen(file)->finish();
         const std::string line = testing::internal::GetCapturedStderr();
         const std::string start =
             "quiravent: warning: the screen can't be written to " + file + ": ";
@@ -91,7 +76,7 @@ TEST(Screen, CaptureWritesThroughNoLinkThatStandsInItsWay) {
     const std::string part = file + '.' + std::to_string(getpid()) + ".part";
     std::filesystem::create_symlink(folder / "victim", part);
     std::filesystem::create_symlink(folder / "victim", file);
-    Television(file).screen.finish();
+    newScreen(file)->finish();
     EXPECT_EQ(std::filesystem::file_size(folder / "victim"), 4U);
     EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(file)));
     EXPECT_EQ(filesIn(folder), 2U);

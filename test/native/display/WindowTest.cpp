@@ -4,7 +4,6 @@
 
 #include <cstdlib>
 #include <memory>
-#include <random>
 #include <set>
 
 #include "common/ChildProcess.h"
@@ -15,6 +14,7 @@
 #include "display/drivers.h"
 #include "display/window/CloseRequest.h"
 #include "graphics/Scaler.h"
+#include "graphics/TestPixels.h"
 #include "support/DeviceError.h"
 #include "support/Text.h"
 
@@ -73,41 +73,28 @@ class Viewer {
         m_events.change([&](Events& all) { all.push_back(event); });
     }
 
-    test::Watched<std::set<std::string>> m_bound;
-    test::Watched<Events> m_events;
+    quiravent::test::Watched<std::set<std::string>> m_bound;
+    quiravent::test::Watched<Events> m_events;
 };
+
+Pixels withoutAlpha(Pixels pixels) {
+    for (uint32_t& pixel : pixels) pixel &= 0xffffff;
+    return pixels;
+}
 
 struct Television {
     explicit Television(int depth = 24)
         : server(depth),
           screen(std::make_unique<Screen>(createDisplayDriver("window", viewer.input()),
-                                          CapturePattern(""))),
-          pool(size_t{8} << 20),
-          target(pool.create(Screen::kWidth, Screen::kHeight)) {}
+                                          CapturePattern(""))) {}
 
-    /// Flushes a part with pixels of all kinds; the same seed gives the same ones.
-    void flush(unsigned seed, const Box& part) {
-        std::minstd_rand random(seed);
-        for (uint32_t y = 0; y < Screen::kHeight; ++y) {
-            for (uint32_t x = 0; x < Screen::kWidth; ++x) {
-                const uint32_t alpha = random() % 4 * 85;
-                target->row(y)[x] = alpha << 24 | (random() % (alpha + 1)) * 0x010001 |
-                                    (random() % (alpha + 1)) << 8;
-            }
-        }
+    /// Flushes a part with pixels of all kinds, new ones each time.
+    void flush(const Box& part) {
+        random.fill(*target, false);
         screen->present(*target, part);
     }
 
-    Pixels picture() const {
-        const auto composed = screen->compose();
-        Pixels pixels;
-        for (uint32_t y = 0; y < Screen::kHeight; ++y) {
-            for (uint32_t x = 0; x < Screen::kWidth; ++x) {
-                pixels.push_back(composed->row(y)[x] & 0xffffff);
-            }
-        }
-        return pixels;
-    }
+    Pixels picture() const { return withoutAlpha(test::pixelsOf(*screen->compose())); }
 
     void press(const std::string& words) const {
         EXPECT_EQ(std::system(("xdotool " + words).c_str()), 0) << words;
@@ -116,8 +103,8 @@ struct Television {
     XServer server;
     Viewer viewer;
     std::unique_ptr<Screen> screen;
-    SurfacePool pool;
-    std::shared_ptr<Surface> target;
+    test::RandomPixels random;
+    std::shared_ptr<Surface> target = test::newSurface(Screen::kWidth, Screen::kHeight);
     XWindow window{"Quiravent"};
 };
 
@@ -131,21 +118,17 @@ Pixels inWindow(const Screen& screen, unsigned width, unsigned height, const Box
     ScaleFilters filters;
     Scaler scaler(viewOf(*picture), {kAll, view}, view, filters);
     Pixels pixels(size_t{width} * height);
-    for (int64_t y = view.top; y < view.bottom; ++y) {
-        uint32_t* const row = pixels.data() + y * width + view.left;
-        scaler.scaleRow(y, row);
-        std::for_each(row, row + view.width(), [](uint32_t& pixel) { pixel &= 0xffffff; });
-    }
-    return pixels;
+    for (int64_t y = view.top; y < view.bottom; ++y)
+        scaler.scaleRow(y, pixels.data() + y * width + view.left);
+    return withoutAlpha(pixels);
 }
 
 TEST(Window, ShowsThePixelsOfTheScreenInItsAspectAndNoOthers) {
-    struct Case {
+    const struct {
         unsigned width;
         unsigned height;
         Box view;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {1280, 720, kAll},
         {640, 360, {0, 0, 640, 360}},
         {1600, 900, {0, 0, 1600, 900}},
@@ -158,10 +141,10 @@ TEST(Window, ShowsThePixelsOfTheScreenInItsAspectAndNoOthers) {
     for (const int depth : {24, 16}) {
         Television television(depth);
         ASSERT_TRUE(television.window.exists());
-        for (const Case& each : cases) {
+        for (const auto& each : cases) {
             television.window.resize(each.width, each.height);
             for (const Box& part : parts) {
-                television.flush(each.width, part);
+                television.flush(part);
                 Pixels expected = inWindow(*television.screen, each.width, each.height, each.view);
                 if (depth == 16) {
                     std::transform(expected.begin(), expected.end(), expected.begin(),
@@ -180,13 +163,13 @@ TEST(Window, ShowsAgainWhatTheDisplayLost) {
     const auto showsThePicture = [&] { return television.window.waitFor(television.picture()); };
     television.window.wipe();
     EXPECT_TRUE(showsThePicture()) << "black before the first frame";
-    television.flush(1, kAll);
+    television.flush(kAll);
     EXPECT_TRUE(showsThePicture());
     television.window.wipe();
     EXPECT_TRUE(showsThePicture()) << "after it was covered";
     television.window.hide();
-    television.flush(2, {10, 10, 60, 60});
-    television.flush(3, {700, 500, 800, 600});
+    television.flush({10, 10, 60, 60});
+    television.flush({700, 500, 800, 600});
     television.window.unhide();
     EXPECT_TRUE(showsThePicture()) << "after it was hidden";
 }
@@ -250,7 +233,7 @@ TEST(Window, LetsGoOfKeysWhenFinished) {
     const Events expected{"Down down", "Exit down", "Down up", "Exit up"};
     EXPECT_EQ(television.viewer.events(4), expected);
     EXPECT_FALSE(XWindow("Quiravent").exists());
-    television.flush(1, kAll);
+    television.flush(kAll);
     EXPECT_EQ(television.screen->frameCount(), 1U);
 }
 
@@ -266,8 +249,8 @@ TEST(Window, DisplayThatGoesAwayIsToldAndTheScreenGoesOn) {
                 television.window.killConnection();
             }
             EXPECT_EQ(television.viewer.events(2), (Events{"Left down", "Left up"}));
-            television.flush(1, kAll);
-            television.flush(2, kAll);
+            television.flush(kAll);
+            television.flush(kAll);
             EXPECT_EQ(television.screen->frameCount(), 2U);
             television.screen.reset();
             // The test's own connection can't be closed in good order either.
@@ -282,20 +265,19 @@ TEST(Window, DisplayThatGoesAwayIsToldAndTheScreenGoesOn) {
 TEST(Window, DisplayThatDoesNotAnswerKeepsNobodyWaiting) {
     Television television;
     television.server.pause();
-    for (unsigned seed = 1; seed <= 3; ++seed) television.flush(seed, kAll);
+    for (int count = 0; count < 3; ++count) television.flush(kAll);
     television.screen->finish();
     EXPECT_EQ(television.screen->frameCount(), 3U);
     television.server.resume();
 }
 
 TEST(DisplayDrivers, AreChosenByWhatTheEnvironmentOffers) {
-    struct Case {
+    const struct {
         const char* name;
         const char* display;
         const char* refusal;  ///< null where there is a screen
         const char* told;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"none", "", "there is no display driver \"none\"", ""},
         {"headless", "nowhere:0", nullptr, ""},
         {"auto", "", nullptr, ""},
@@ -312,7 +294,7 @@ TEST(DisplayDrivers, AreChosenByWhatTheEnvironmentOffers) {
          "WAYLAND_DISPLAY names can't be opened: x11 not available",
          ""},
     };
-    for (const Case& each : cases) {
+    for (const auto& each : cases) {
         const std::map<std::string, std::string> variables{{"DISPLAY", each.display},
                                                            {"WAYLAND_DISPLAY", ""}};
         const ChildOutcome outcome = runInChild(variables, [&] {
@@ -329,14 +311,13 @@ TEST(DisplayDrivers, AreChosenByWhatTheEnvironmentOffers) {
 }
 
 TEST(CloseRequest, PressesExitAndThenInsists) {
-    struct Case {
+    const Events pressed{"Exit down"};
+    const Events over{"Exit down", "Exit up"};
+    const struct {
         std::vector<int> asked;  ///< milliseconds
         int end;
         Events events;
-    };
-    const Events pressed{"Exit down"};
-    const Events over{"Exit down", "Exit up"};
-    const Case cases[] = {
+    } cases[] = {
         {{0}, 4999, pressed},
         {{0}, 5000, over},
         {{0, 999}, 4999, pressed},
@@ -345,7 +326,7 @@ TEST(CloseRequest, PressesExitAndThenInsists) {
         {{0, 4999}, 5000, {"Exit down", "terminate", "Exit up"}},
         {{0, 5000}, 5000, {"Exit down", "Exit up", "Exit down"}},
     };
-    for (const Case& each : cases) {
+    for (const auto& each : cases) {
         Viewer viewer;
         const DisplayInput input = viewer.input();
         CloseRequest request(input);

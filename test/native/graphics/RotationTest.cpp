@@ -31,8 +31,7 @@ size_t turned(int quarters, int x, int y, int w, int h) {
 }
 
 TEST(Rotation, IsExactForQuarterTurns) {
-    const auto source = newSurface(20, 14);
-    RandomPixels().fill(*source, false);
+    const auto source = randomSurface(20, 14);
     for (int quarters = 0; quarters < 4; ++quarters) {
         std::vector<uint32_t> wanted(size_t{kSide} * kSide);
         for (int y = 0; y < 14; ++y) {

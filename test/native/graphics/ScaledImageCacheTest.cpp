@@ -12,11 +12,6 @@ constexpr size_t kBudget = size_t{1} << 20;
 
 class ScaledImages : public testing::Test {
   protected:
-    ScaledImages() {
-        m_random.fill(*m_source, false);
-        m_random.fill(*m_canvas.surface(), false);
-    }
-
     /// Draws as a canvas without a cache does and compares.
     void expectDrawn(const Rect& to, const Rect* part = nullptr) {
         const auto plain = newSurface(64, 48);
@@ -27,11 +22,10 @@ class ScaledImages : public testing::Test {
         EXPECT_EQ(pixelsOf(*m_canvas.surface()), pixelsOf(*plain));
     }
 
-    RandomPixels m_random;
-    std::shared_ptr<Surface> m_source = newSurface(40, 30);
+    std::shared_ptr<Surface> m_source = randomSurface(40, 30);
     std::shared_ptr<CanvasShare> m_share = std::make_shared<CanvasShare>(kBudget, 1);
     ScaledImageCache& m_cache = m_share->scaled;
-    Canvas m_canvas{newSurface(64, 48), m_share};
+    Canvas m_canvas{randomSurface(64, 48), m_share};
 };
 
 TEST_F(ScaledImages, AreKeptFromTheSecondUseOnAndLookTheSame) {

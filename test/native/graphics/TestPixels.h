@@ -52,6 +52,13 @@ class RandomPixels {
     std::mt19937 m_engine{12345};
 };
 
+inline std::shared_ptr<Surface> randomSurface(uint32_t width, uint32_t height,
+                                              bool opaque = false) {
+    std::shared_ptr<Surface> surface = newSurface(width, height);
+    RandomPixels().fill(*surface, opaque);
+    return surface;
+}
+
 /// A surface's pixels row by row, without the padding of rows.
 inline std::vector<uint32_t> pixelsOf(const Surface& surface) {
     std::vector<uint32_t> pixels;

@@ -60,15 +60,13 @@ TEST(Keys, NoNameCodeOrKeyboardKeyStandsTwiceInTheList) {
 TEST(KeyMap, ChangesTheBindingsThatAreNamed) {
     const KeyMap defaults{{}};
     const KeyMap changed{{{"escape", 27}, {"LEFT", std::nullopt}, {"F12", 1234}}};
-    struct Case {
+    const struct {
         const char* key = "";
         std::optional<int32_t> before;
         std::optional<int32_t> after;
-    };
-    const Case cases[] = {
-        {"Left", 37, std::nullopt}, {"backspace", 461, 461}, {"AC Back", 461, 461},
-        {"Escape", 461, 27},        {",", 412, 412},         {"F12", std::nullopt, 1234}};
-    for (const Case& one : cases) {
+    } cases[] = {{"Left", 37, std::nullopt}, {"backspace", 461, 461}, {"AC Back", 461, 461},
+                 {"Escape", 461, 27},        {",", 412, 412},         {"F12", std::nullopt, 1234}};
+    for (const auto& one : cases) {
         EXPECT_EQ(defaults.codeOf(one.key), one.before) << one.key;
         EXPECT_EQ(changed.codeOf(one.key), one.after) << one.key;
     }
