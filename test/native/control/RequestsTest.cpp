@@ -50,19 +50,16 @@ TEST(Requests, AreAnsweredInOrderHoweverTheyArrive) {
     Client client = station.client();
     std::string requests;
     for (int id = 0; id < 200; ++id) {
-        const bool waits = id % 20 == 0;
-        requests +=
-            R"({"id":)" + std::to_string(id) +
-            (waits ? R"(,"command":"press","key":13,"hold":1})" : R"(,"command":"frame"})") + '\n';
+        const char* const waiting = R"(,"command":"press","key":13,"hold":1})";
+        const char* const request = id % 20 == 0 ? waiting : R"(,"command":"frame"})";
+        requests += R"({"id":)" + std::to_string(id) + request + '\n';
     }
     const size_t cut = requests.size() / 2 + 5;
     client.send(requests.substr(0, cut));
     EXPECT_EQ(client.line(), R"({"id":0,"ok":true,"code":13})");
     client.send(requests.substr(cut));
-    for (int id = 1; id < 200; ++id) {
-        EXPECT_EQ(client.line().substr(0, 10),
-                  (R"({"id":)" + std::to_string(id) + ",\"ok").substr(0, 10));
-    }
+    for (int id = 1; id < 200; ++id)
+        EXPECT_EQ(client.line().find(R"({"id":)" + std::to_string(id) + R"(,"ok":true)"), 0U) << id;
 }
 
 TEST(Requests, LastLineNeedsNoEndAndIsAnsweredAfterIt) {

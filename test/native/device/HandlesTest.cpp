@@ -110,11 +110,7 @@ TEST(Handles, TargetIsOneUntilReleasedAndKeepsItsPixels) {
     station.expectQuiet([] {
         const uint32_t first = target();
         EXPECT_EQ(target(), first);
-        uint32_t w = 0;
-        uint32_t h = 0;
-        pl_gfx_Canvas_GetSize(first, &w, &h);
-        EXPECT_EQ(w, 1280U);
-        EXPECT_EQ(h, 720U);
+        EXPECT_EQ(sizeOf(first), std::make_pair(1280U, 720U));
         pl_gfx_Canvas_SetColor(first, {1, 2, 3, 4});
         const int32_t used = videoMemory().used;
 

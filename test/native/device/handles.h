@@ -4,6 +4,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <utility>
 
 #include "porting/pl_functions.h"
 
@@ -17,6 +18,12 @@ inline uint32_t newCanvas(uint32_t width, uint32_t height) {
     uint32_t handle = 0;
     EXPECT_EQ(pl_gfx_CreateCanvas(width, height, &handle), e_pl_status_ok);
     return handle;
+}
+
+inline std::pair<uint32_t, uint32_t> sizeOf(uint32_t canvas) {
+    std::pair<uint32_t, uint32_t> size;
+    EXPECT_EQ(pl_gfx_Canvas_GetSize(canvas, &size.first, &size.second), e_pl_status_ok);
+    return size;
 }
 
 inline uint32_t newFont(uint32_t pixelHeight) {

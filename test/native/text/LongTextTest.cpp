@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "graphics/Canvas.h"
+#include "graphics/TestPixels.h"
 #include "support/RecentlyUsed.h"
 #include "text/TestFont.h"
 
@@ -117,17 +117,15 @@ TEST(LongTextTest, KeepsWhatWasUsedLast) {
 /// Whatever its glyphs share, in every mode.
 TEST(LongTextTest, PaintsARepeatedTextAsItsGlyphsInTurn) {
     const auto font = testFont(22);
-    desktop::SurfacePool pool(size_t{16} << 20);
     const char* const texts[] = {"Waffles, \"AVATAR\" fi", "i",
                                  "x\u0302\u0301\u0323 l\u0338o\u20DD", " ", "____\u0332\u0332____"};
     const auto surfaceWith = [&](uint32_t mode, const auto& draw) {
-        const auto surface = pool.create(400, 60);
-        std::fill(surface->row(0), surface->row(59) + 400, 0xB0605040U);
+        const auto surface = desktop::test::newSurface(400, 60, 0xB0605040);
         desktop::Canvas canvas(surface);
         canvas.setPorterDuff(mode);
         canvas.setColor({250, 180, 20, static_cast<uint8_t>(mode % 2 == 0 ? 255 : 140)});
         draw(canvas);
-        return std::vector<uint32_t>(surface->row(0), surface->row(59) + 400);
+        return desktop::test::pixelsOf(*surface);
     };
     for (uint32_t mode = 0; mode < desktop::kPorterDuffModes; ++mode) {
         for (const char* text : texts) {
