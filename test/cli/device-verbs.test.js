@@ -137,42 +137,32 @@ test('an application that draws nothing for a key gets the next one all the same
   );
 });
 
-test('a device that fails is told in one line', (t) => {
-  const badly = (answer) => ({ state: (request, device, socket) => answer(socket, request) });
-  const saying = (text) => badly((socket) => socket.write(text) && null);
-  const cases = [
-    row(
-      badly(() => null),
-      /didn't answer 'state' in 200 ms\n$/
-    ),
-    row(
-      badly((socket) => socket.end() && null),
-      /is gone: it closed the connection\n$/
-    ),
-    row(saying('{\n'), /answered "\{", out of turn\n$/),
-    row(saying('{"id":77,"ok":true}\n'), /out of turn\n$/),
-    row(saying('null\n'), /answered "null", out of turn\n$/)
-  ];
-  return inSequence(cases, ([handlers, error]) =>
-    withDevice(handlers, (device, control) => {
-      const words = ['state', '--timeout', '.2', '--control', control];
-      return runRows(t, [
-        row(words, 1, '', new RegExp(`^quiravent: the device at .*${error.source}`))
-      ]);
-    })
-  );
-});
-
-test('an answer may come in pieces, split within a character', (t) => {
-  const pieces = (request, device, socket) => {
+test('an answer may come in pieces, one that is none is told in one line', (t) => {
+  const answering = (answer) => ({ state: (request, device, socket) => answer(socket, request) });
+  const saying = (text) => answering((socket) => socket.write(text) && null);
+  const silent = answering(() => null);
+  const leaving = answering((socket) => socket.end() && null);
+  const inPieces = answering((socket, request) => {
     const bytes = Buffer.from(`{"id":${request.id},"ok":true,"state":"päused"}\n`);
-    const middle = bytes.indexOf('ä') + 1;
-    socket.write(bytes.slice(0, middle));
-    setTimeout(() => socket.write(bytes.slice(middle)), 100);
+    const withinCharacter = bytes.indexOf('ä') + 1;
+    socket.write(bytes.slice(0, withinCharacter));
+    setTimeout(() => socket.write(bytes.slice(withinCharacter)), 100);
     return null;
-  };
-  return withDevice({ state: pieces }, (device, control) =>
-    launch(['state', '--control', control]).then((result) => t.equal(result.stdout, 'päused\n'))
+  });
+  const told = (error) => new RegExp(`^quiravent: the device at .*${error}\n$`);
+  const cases = [
+    row(inPieces, [], 0, 'päused\n', ''),
+    row(silent, ['--timeout', '.2'], 1, '', told("didn't answer 'state' in 200 ms")),
+    row(leaving, [], 1, '', told('is gone: it closed the connection')),
+    row(saying('{\n'), [], 1, '', told('answered "{", out of turn')),
+    row(saying('{"id":77,"ok":true}\n'), [], 1, '', told('out of turn')),
+    row(saying('null\n'), [], 1, '', told('answered "null", out of turn'))
+  ];
+  return inSequence(cases, ([handlers, options, code, stdout, stderr]) =>
+    withDevice(handlers, (device, control) => {
+      const words = ['state', '--control', control].concat(options);
+      return runRows(t, [row(words, code, stdout, stderr)]);
+    })
   );
 });
 

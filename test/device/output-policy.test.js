@@ -104,11 +104,9 @@ class Script {
   ask(command) {
     const keys = () => this.application.said().filter((line) => line.startsWith('key')).length;
     const before = keys();
-    return this.application.ask(command[0], command[1]).then((answer) => {
-      if (!answer.ok) throw new Error(answer.error);
-      const isKey = command[0] === 'press';
-      return isKey && this.application.nudgeUntil(() => keys() > before);
-    });
+    return this.application
+      .request(command[0], command[1])
+      .then(() => command[0] === 'press' && this.application.nudgeUntil(() => keys() > before));
   }
 }
 

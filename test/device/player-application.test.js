@@ -27,14 +27,6 @@ class Viewer extends Application {
     super(t, source, Object.assign(settings, variables));
   }
 
-  /** Rejects where the device refuses. */
-  request(command, parameters) {
-    return this.ask(command, parameters).then((answer) => {
-      if (!answer.ok) throw new Error(answer.error);
-      return answer;
-    });
-  }
-
   press(keys) {
     return inSequence(keys.split(' '), (key) => this.request('press', { key }));
   }

@@ -98,6 +98,14 @@ class Application {
     return this.control.ask(command, parameters);
   }
 
+  /** Rejects where the device refuses. */
+  request(command, parameters) {
+    return this.ask(command, parameters).then((answer) => {
+      if (!answer.ok) throw new Error(answer.error);
+      return answer;
+    });
+  }
+
   /** Asks until the answer is so; resolves with it. */
   askUntil(command, parameters, isSo) {
     return this.ask(command, parameters).then((answer) =>
