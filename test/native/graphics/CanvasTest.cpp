@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <utility>
 
 #include "TestPixels.h"
 
@@ -142,17 +143,15 @@ TEST(Canvas, PremultipliesTheColourToTheNearestLevel) {
 }
 
 TEST(Canvas, HoldsOpacityToItsRange) {
-    const auto pixelAt = [](double opacity) {
+    const std::pair<double, uint32_t> cases[] = {{0.5, 0x80808080}, {7, 0xFFFFFFFF}, {-1, 0}};
+    for (const auto& [opacity, pixel] : cases) {
         const auto surface = newSurface(1, 1);
         Canvas canvas(surface);
         canvas.setOpacity(opacity);
         EXPECT_FALSE(canvas.setOpacity(NAN));
         canvas.fillRect({0, 0, 1, 1});
-        return surface->row(0)[0];
-    };
-    EXPECT_EQ(pixelAt(0.5), 0x80808080);
-    EXPECT_EQ(pixelAt(7), 0xFFFFFFFF);
-    EXPECT_EQ(pixelAt(-1), 0U);
+        EXPECT_EQ(surface->row(0)[0], pixel) << opacity;
+    }
 }
 
 /// The flag must never claim too much, in any mode and for any operation.
