@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "common/callWith.h"
@@ -12,15 +10,6 @@
 #include "device/handles.h"
 
 namespace {
-
-/// A PNG file of the size of the screen, made by the device itself.
-std::string makePicture(const Station& station) {
-    std::string file = station / "picture.png";
-    Station maker;
-    maker.setVariable("QUIRAVENT_SCREENSHOT", file);
-    maker.expectQuiet([] { EXPECT_EQ(pl_input_init(), e_pl_status_ok); });
-    return file;
-}
 
 TEST(VideoMemory, IsCountedAndLimited) {
     Station station;
@@ -98,38 +87,6 @@ TEST(Load, GivesPicturesAndTellsWhyNot) {
          })
         expected += line + '\n';
     EXPECT_EQ(outcome.errors, expected);
-}
-
-TEST(Load, GoesOnBesideDrawing) {
-    const Station station;
-    const std::string picture = makePicture(station);
-    station.expectQuiet([&] {
-        const uint32_t canvas = target();
-        std::atomic<int> loading{2};
-        const auto load = [&] {
-            for (int i = 0; i < 3; ++i) {
-                uint32_t image = 0;
-                EXPECT_EQ(pl_gfx_LoadImage(picture.c_str(), &image), e_pl_status_ok);
-                const uint32_t font = newFont(30);
-                EXPECT_EQ(pl_gfx_Canvas_SetFont(canvas, font), e_pl_status_ok);
-                EXPECT_EQ(pl_gfx_Canvas_Compose(canvas, image, 0, 0, nullptr), e_pl_status_ok);
-                EXPECT_EQ(pl_gfx_ReleaseFont(font), e_pl_status_ok);
-                EXPECT_EQ(pl_gfx_ReleaseCanvas(image), e_pl_status_ok);
-            }
-            --loading;
-        };
-        std::thread first(load);
-        std::thread second(load);
-        while (loading > 0) {
-            const s_pl_gfx_rect part{10, 10, 100, 100};
-            EXPECT_EQ(pl_gfx_Canvas_FillRect(canvas, &part), e_pl_status_ok);
-            pl_gfx_Canvas_DrawText(canvas, 100, 100, "beside");
-            EXPECT_EQ(pl_gfx_Canvas_Flush(canvas, &part), e_pl_status_ok);
-            EXPECT_GT(videoMemory().free, 0);
-        }
-        first.join();
-        second.join();
-    });
 }
 
 TEST(Start, WithAWrongConfigurationRefusesEverythingAndSaysWhyOnce) {

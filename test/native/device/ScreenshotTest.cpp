@@ -85,32 +85,42 @@ TEST(Screenshot, TextAndShapesReachTheScreen) {
     for (const int x : {740, 1210}) EXPECT_EQ(picture.rgba(x, 360), 0x000000ffU) << x;
 }
 
-TEST(ProcessEnd, IsOrderlyWhileThreadsAreInsideTheDevice) {
+TEST(ProcessEnd, IsOrderlyWhileThreadsDrawLoadAndStore) {
     Station station;
+    const std::string picture = makePicture(station);
     station.setVariable("QUIRAVENT_SCREENSHOT", station / "end.png");
     const ChildOutcome outcome = station.run([&] {
         const uint32_t canvas = target();
         std::atomic<int> busy{0};
         const auto keepBusy = [&](const std::function<void()>& work) {
             std::thread([&busy, work] {
-                for (work(), ++busy;;) work();
+                for (int time = 0; time < 3; ++time) work();
+                for (++busy;; work()) continue;
             }).detach();
         };
+        const auto load = [&] {
+            uint32_t image = 0;
+            uint32_t font = 0;
+            const s_pl_gfx_rect part{0, 0, 9, 9};
+            expectAll(e_pl_status_ok,
+                      {pl_gfx_LoadImage(picture.c_str(), &image),
+                       pl_gfx_LoadFont(TEST_FONT, 30, &font), pl_gfx_Canvas_SetFont(canvas, font),
+                       pl_gfx_Canvas_Compose(canvas, image, 0, 0, &part), pl_gfx_ReleaseFont(font),
+                       pl_gfx_ReleaseCanvas(image)});
+        };
+        keepBusy(load);
+        keepBusy(load);
         keepBusy([canvas] {
             fill(canvas, kRed, kScreen);
-            pl_gfx_Canvas_Flush(canvas, nullptr);
+            pl_gfx_Canvas_DrawText(canvas, 100, 100, "beside");
+            EXPECT_EQ(pl_gfx_Canvas_Flush(canvas, nullptr), e_pl_status_ok);
         });
         keepBusy([] {
             unsigned int store = 0;
             pl_persistent_GetPersistent(&store, "c");
             pl_persistent_SetValue(store, "k", "v");
         });
-        keepBusy([] {
-            uint32_t font = 0;
-            pl_gfx_LoadFont(TEST_FONT, 30, &font);
-            pl_gfx_ReleaseFont(font);
-        });
-        while (busy < 3) std::this_thread::yield();
+        while (busy < 4) std::this_thread::yield();
         // The threads use what is on this stack, which exit() leaves alone.
         std::exit(testing::Test::HasFailure() ? 1 : 0);
     });

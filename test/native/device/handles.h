@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "device/Station.h"
 #include "porting/pl_functions.h"
 
 inline uint32_t target() {
@@ -48,4 +49,13 @@ inline s_pl_gfx_vram_stats videoMemory() {
 inline void expectAll(int32_t expected, std::initializer_list<int32_t> statuses) {
     for (const int32_t& status : statuses)
         EXPECT_EQ(status, expected) << &status - statuses.begin();
+}
+
+/// A PNG file of the size of the screen, made by the device itself.
+inline std::string makePicture(const Station& station) {
+    std::string file = station / "picture.png";
+    Station maker;
+    maker.setVariable("QUIRAVENT_SCREENSHOT", file);
+    maker.expectQuiet([] { EXPECT_EQ(pl_input_init(), e_pl_status_ok); });
+    return file;
 }
