@@ -4,17 +4,15 @@
 // file as if it came over the air.
 
 const fs = require('fs');
-const os = require('os');
 const path = require('path');
-const { spawnSync } = require('child_process');
 const test = require('tape');
 const { Application } = require('./support/controlled');
+const { newFolder } = require('./support/files');
 const { makeMultiplex, readMark } = require('./support/multiplexes');
 const { readPicture } = require('./support/png');
 
-const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-television-'));
+const folder = newFolder({ teardown: test.onFinish });
 const multiplex = makeMultiplex(folder);
-test.onFinish(() => spawnSync('rm', ['-rf', folder]));
 
 const SCREEN = { x: 0, y: 0, w: 1280, h: 720 };
 

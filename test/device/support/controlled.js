@@ -2,12 +2,11 @@
 
 // Runs a script on the desktop device in a process of its own, controlled by its control channel.
 
-const fs = require('fs');
 const net = require('net');
-const os = require('os');
 const path = require('path');
-const { spawn, spawnSync } = require('child_process');
+const { spawn } = require('child_process');
 const { modulePath } = require('../../script/support/build');
+const { newFolder } = require('./files');
 
 /** A process that isn't over by then is ended; in ms. */
 const PATIENCE = 60000;
@@ -54,8 +53,12 @@ class Control {
 
 class Application {
   constructor(t, source, variables) {
-    this.folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-control-'));
-    t.teardown(() => this.clear());
+    // In this order: the folder goes when nobody writes into it any more.
+    t.teardown(() => {
+      this.child.kill('SIGKILL');
+      return this.end;
+    });
+    this.folder = newFolder(t);
     this.lines = [];
     const env = {
       QUIRAVENT_DISPLAY: 'headless',
@@ -139,11 +142,6 @@ class Application {
   /** Resolves with this when the script has been told of a key. */
   untilListening() {
     return this.nudgeUntil(() => this.lines.some((line) => line.endsWith(' ' + NUDGE_CODE)));
-  }
-
-  clear() {
-    this.child.kill('SIGKILL');
-    return this.end.then(() => spawnSync('rm', ['-rf', this.folder]));
   }
 }
 

@@ -8,7 +8,7 @@ const { buildFolder, projectFolder } = require('../../script/support/build');
 
 const native = path.join(buildFolder, 'test', 'native');
 
-/** A new folder that is gone when the test is over. */
+/** A new folder that is gone when the test is over; t may be whatever has a teardown. */
 function newFolder(t) {
   const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'quiravent-test-'));
   t.teardown(() => spawnSync('rm', ['-rf', folder]));
