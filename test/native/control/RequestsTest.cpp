@@ -4,7 +4,6 @@
 
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "common/pairsIn.h"
 #include "control/Station.h"

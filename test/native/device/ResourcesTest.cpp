@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -75,17 +77,16 @@ TEST(Load, GivesPicturesAndTellsWhyNot) {
     EXPECT_EQ(outcome.status, 0);
     const std::string image = "quiravent: warning: pl_gfx_LoadImage: cannot ";
     const std::string font = "quiravent: warning: pl_gfx_LoadFont: ";
+    const std::string lines[] = {
+        image + "read '/none?/picture.png': no such file",
+        image + "load image '" TEST_FONT "': it is none of a PNG, JPEG and WebP picture",
+        image + "read '': the location is empty",
+        font + "cannot read '/none.ttf': no such file",
+        font + "cannot load font '" + picture + "': it is neither a TrueType nor an OpenType font",
+        font + "a font can't be 0 pixels high; allowed: 1 to 255",
+    };
     std::string expected;
-    for (const std::string& line : {
-             image + "read '/none?/picture.png': no such file",
-             image + "load image '" TEST_FONT "': it is none of a PNG, JPEG and WebP picture",
-             image + "read '': the location is empty",
-             font + "cannot read '/none.ttf': no such file",
-             font + "cannot load font '" + picture +
-                 "': it is neither a TrueType nor an OpenType font",
-             font + "a font can't be 0 pixels high; allowed: 1 to 255",
-         })
-        expected += line + '\n';
+    for (const std::string& line : lines) expected.append(line).append("\n");
     EXPECT_EQ(outcome.errors, expected);
 }
 

@@ -38,9 +38,9 @@ std::vector<int> supersampled(const std::function<bool(double x, double y)>& ins
     for (int y = 0; y < kExtent; ++y) {
         for (int x = 0; x < kExtent; ++x) {
             int hits = 0;
-            for (double dx = 0.5 / kPoints; dx < 1; dx += 1.0 / kPoints)
-                for (double dy = 0.5 / kPoints; dy < 1; dy += 1.0 / kPoints)
-                    hits += inside(x + dx, y + dy);
+            for (int column = 0; column < kPoints; ++column)
+                for (int row = 0; row < kPoints; ++row)
+                    hits += inside(x + (column + 0.5) / kPoints, y + (row + 0.5) / kPoints);
             coverage.push_back(hits * 255 / (kPoints * kPoints));
         }
     }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <random>
-#include <string>
 
 #include "common/PngFile.h"
 #include "common/TemporaryFolder.h"

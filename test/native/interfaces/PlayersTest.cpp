@@ -1,7 +1,6 @@
 // What players do that no script can reach.
 
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "common/RecorderTest.h"
