@@ -24,7 +24,7 @@ std::map<std::string, Value> MapOf(const Named<Value> (&rows)[Count]) {
 
 // The named colours of CSS Color Module Level 4, as 0x00RRGGBB. Two keys carry trailing blanks:
 // they are part of the vocabulary as applications know it, and their plain spellings are unknown.
-constexpr Named<uint32_t> kColors[] = {
+constexpr Named<uint32_t> kColorNames[] = {
     {"aliceblue", 0xF0F8FF},
     {"antiquewhite", 0xFAEBD7},
     {"aqua", 0x00FFFF},
@@ -225,7 +225,7 @@ s_pl_gfx_color NamedColor(const std::map<std::string, uint32_t>& colors, std::st
 }  // namespace
 
 const std::map<std::string, uint32_t> Canvas::s_colors
-    __attribute__((init_priority(quiravent::kColors))) = MapOf(kColors);
+    __attribute__((init_priority(quiravent::kColors))) = MapOf(kColorNames);
 const std::map<std::string, e_pl_fgx_porter_duff> Canvas::s_porter_duff_modes
     __attribute__((init_priority(quiravent::kBlendModes))) = MapOf(kModes);
 

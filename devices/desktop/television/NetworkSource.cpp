@@ -19,7 +19,7 @@ namespace quiravent::desktop {
 namespace {
 
 /// Enough for half a second of the richest multiplex, if the system grants it.
-constexpr int kBufferBytes = 4 << 20;
+constexpr int kReceiveBytes = 4 << 20;
 
 /// A transport stream's datagrams of one read, so that other work has its turn.
 constexpr int kMostReads = 8;
@@ -109,7 +109,7 @@ void NetworkSource::open() {
     m_socket = FileDescriptor(::socket(address.storage.ss_family, kType, 0));
     if (!m_socket) fail("there is no socket");
     m_sync.restart();
-    setOption(m_socket.number(), SOL_SOCKET, SO_RCVBUF, kBufferBytes);
+    setOption(m_socket.number(), SOL_SOCKET, SO_RCVBUF, kReceiveBytes);
     bind();
     if (address.isGroup()) joinGroup();
 }

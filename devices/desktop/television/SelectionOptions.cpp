@@ -13,13 +13,10 @@ namespace {
 
 constexpr const char* kSeparators = " \t,;&";
 
-[[noreturn]] void refuse(const std::string& reason) {
-    throw TunerError(e_pl_dtv_error_invalid_parameter, reason);
-}
-
 [[noreturn]] void refuseValue(const std::string& name, const std::string& value,
                               const std::string& allowed) {
-    refuse(joined("the option ", name, " is ", inQuotes(value), "; allowed: ", allowed));
+    TunerError::refuse(
+        joined("the option ", name, " is ", inQuotes(value), "; allowed: ", allowed));
 }
 
 std::string lowered(std::string text) {
@@ -37,7 +34,7 @@ void SelectionOptions::add(const std::string& text) {
         const std::string word = text.substr(at, end - at);
         const size_t equals = word.find('=');
         if (equals == 0 || equals == std::string::npos) {
-            refuse(joined("the option ", inQuotes(word), " isn't as NAME=VALUE"));
+            TunerError::refuse(joined("the option ", inQuotes(word), " isn't as NAME=VALUE"));
         }
         set(word.substr(0, equals), word.substr(equals + 1));
         at = text.find_first_not_of(kSeparators, end);
@@ -80,8 +77,8 @@ std::optional<size_t> SelectionOptions::takeChoice(const std::string& name,
 
 void SelectionOptions::expectEmpty() const {
     if (m_values.empty()) return;
-    refuse(joined("unknown option ", inQuotes(m_values.begin()->first),
-                  "; allowed here: ", listed(m_taken)));
+    TunerError::refuse(joined("unknown option ", inQuotes(m_values.begin()->first),
+                              "; allowed here: ", listed(m_taken)));
 }
 
 }  // namespace quiravent::desktop

@@ -20,6 +20,11 @@ class TunerError : public std::runtime_error {
     /// own gets that, any other the one given.
     static TunerError ofSystem(const std::string& what, int error, e_pl_dtv_error otherwise);
 
+    /// What can't be understood of what an application asks for.
+    [[noreturn]] static void refuse(const std::string& reason) {
+        throw TunerError(e_pl_dtv_error_invalid_parameter, reason);
+    }
+
   private:
     e_pl_dtv_error m_code;
 };

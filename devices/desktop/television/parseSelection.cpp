@@ -27,10 +27,6 @@ constexpr const char* kAllowed =
 /// What scripts say where they have no option.
 constexpr const char* kNoOption = "undefined";
 
-[[noreturn]] void refuse(const std::string& reason) {
-    throw TunerError(e_pl_dtv_error_invalid_parameter, reason);
-}
-
 bool startsWith(const std::string& text, std::string_view start) {
     return text.compare(0, start.size(), start) == 0;
 }
@@ -62,7 +58,8 @@ void readEndPoint(const std::string& selector, std::string_view endPoint, Networ
                           ? std::nullopt
                           : numberOf<uint16_t>(endPoint.substr(colon + 1));
     if (!port || *port == 0) {
-        refuse(joined(inQuotes(selector), " has no port; allowed: :1 to :65535 at its end"));
+        TunerError::refuse(
+            joined(inQuotes(selector), " has no port; allowed: :1 to :65535 at its end"));
     }
     std::string_view address = endPoint.substr(0, colon);
     if (address.size() > 2 && address.front() == '[' && address.back() == ']') {
@@ -71,8 +68,9 @@ void readEndPoint(const std::string& selector, std::string_view endPoint, Networ
     request.port = *port;
     request.address = address == "localhost" ? "127.0.0.1" : std::string(address);
     if (!isNumericAddress(request.address)) {
-        refuse(joined(inQuotes(selector), ": ", inQuotes(request.address),
-                      " is no address; allowed: one in numbers, of this machine or of a group"));
+        TunerError::refuse(
+            joined(inQuotes(selector), ": ", inQuotes(request.address),
+                   " is no address; allowed: one in numbers, of this machine or of a group"));
     }
 }
 
@@ -90,8 +88,8 @@ NetworkRequest networkRequest(const std::string& selector, size_t scheme,
     request.interface = options.takeText("interface").value_or("");
     request.sender = options.takeText("sender").value_or("");
     if (!isNumericAddress(request.sender)) {
-        refuse(joined("the option sender is ", inQuotes(request.sender),
-                      "; allowed: an address in numbers"));
+        TunerError::refuse(joined("the option sender is ", inQuotes(request.sender),
+                                  "; allowed: an address in numbers"));
     }
     return request;
 }
@@ -102,7 +100,7 @@ Tuning tuningFrom(SelectionOptions& options) {
         options.takeChoice("system", {"dvb-t", "dvb-t2", "dvb-c", "dvb-s", "dvb-s2", "isdb-t"});
     const auto frequency = options.takeNumber("frequency", 1000000, 30000000000);
     if (!system || !frequency) {
-        refuse("an adapter needs the options system and frequency, the latter in Hz");
+        TunerError::refuse("an adapter needs the options system and frequency, the latter in Hz");
     }
     tuning.system = static_cast<DeliverySystem>(*system);
     tuning.frequency = *frequency;
@@ -133,10 +131,10 @@ AdapterRequest adapterRequest(const std::string& selector, SelectionOptions& opt
                                   : numberOf<unsigned>(numbers.substr(slash + 1));
         constexpr unsigned kMost = 255;
         if (!adapter || !frontEnd || *adapter > kMost || *frontEnd > kMost) {
-            refuse(joined(inQuotes(selector),
-                          " is no adapter; allowed: adapter:NUMBER or "
-                          "adapter:NUMBER/FRONTEND, each up to ",
-                          kMost));
+            TunerError::refuse(joined(inQuotes(selector),
+                                      " is no adapter; allowed: adapter:NUMBER or "
+                                      "adapter:NUMBER/FRONTEND, each up to ",
+                                      kMost));
         }
         request.adapter = *adapter;
         request.frontEnd = *frontEnd;
@@ -157,7 +155,7 @@ TuneRequest directRequest(const std::string& selector, SelectionOptions& options
         request.source = networkRequest(selector, kUdp.size(), options);
     } else {
         const auto location = parseLocation(selector);
-        if (!location) refuse(joined(location.reason(), "; allowed: ", kAllowed));
+        if (!location) TunerError::refuse(joined(location.reason(), "; allowed: ", kAllowed));
         if (location->kind != Location::Kind::file) {
             throw TunerError(e_pl_dtv_error_not_supported,
                              joined(inQuotes(selector),
@@ -186,7 +184,7 @@ bool looksLikePath(const std::string& selector) {
 
 TuneRequest parseSelection(const std::string& selector, const std::string& option,
                            const std::string& lineUp) {
-    if (selector.empty()) refuse(joined("the selector is empty; allowed: ", kAllowed));
+    if (selector.empty()) TunerError::refuse(joined("the selector is empty; allowed: ", kAllowed));
     std::optional<LineUpEntry> entry;
     if (isPlain(selector) && !lineUp.empty()) entry = findInLineUp(lineUp, selector);
     if (isPlain(selector) && !entry && !looksLikePath(selector)) {

@@ -9,7 +9,7 @@ namespace quiravent::desktop {
 
 namespace {
 
-constexpr double kLongestDelay = 3600;  // seconds
+constexpr double kMostSeconds = 3600;  // seconds
 
 bool hasEnded(std::istringstream& words) { return (words >> std::ws).eof(); }
 
@@ -29,7 +29,7 @@ bool parseFault(std::istringstream& words, SignalFault& fault) {
 
 bool parseDelay(std::istringstream& words, int64_t& delay) {
     double seconds = 0;
-    if (!(words >> seconds) || !(seconds >= 0 && seconds <= kLongestDelay)) return false;
+    if (!(words >> seconds) || !(seconds >= 0 && seconds <= kMostSeconds)) return false;
     delay = static_cast<int64_t>(seconds * kSecond);
     return hasEnded(words);
 }

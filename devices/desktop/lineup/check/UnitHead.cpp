@@ -4,8 +4,6 @@ namespace quiravent::desktop::lineup {
 
 namespace {
 
-constexpr Ticks kTimeTicks = 300;
-
 Ticks takeTime(ByteReader& reader) {
     const Ticks high = reader.byte() >> 1 & 7;
     const Ticks middle = reader.word() >> 1;

@@ -9,7 +9,7 @@ namespace {
 using nlohmann::ordered_json;
 
 /// Milliseconds with one decimal place.
-double milliseconds(Ticks ticks) {
+double roundedMilliseconds(Ticks ticks) {
     return std::round(static_cast<double>(ticks) * 10 / kTicksPerMillisecond) / 10;
 }
 
@@ -27,7 +27,7 @@ ordered_json toJson(const ElementaryStream& stream, const Inspection& inspection
     json["units"] = found->second.units;
     json["packets"] = found->second.packets;
     if (found->second.hasLead) {
-        json["shortestLeadMs"] = milliseconds(found->second.shortestLead);
+        json["shortestLeadMs"] = roundedMilliseconds(found->second.shortestLead);
     }
     return json;
 }
@@ -38,7 +38,7 @@ ordered_json toJson(const desktop::Service& service, const Inspection& inspectio
                       {"mapPid", service.mapPid},     {"pcrPid", service.pcrPid}};
     const auto clock = inspection.clocks.find(service.pcrPid);
     if (clock != inspection.clocks.end()) {
-        json["longestClockIntervalMs"] = milliseconds(clock->second.longestInterval);
+        json["longestClockIntervalMs"] = roundedMilliseconds(clock->second.longestInterval);
     }
     json["streams"] = ordered_json::array();
     for (const ElementaryStream& stream : service.streams) {
@@ -60,7 +60,7 @@ ordered_json toJson(const Inspection& inspection) {
                       {"packets", inspection.packets},
                       {"nullPackets", inspection.nullPackets},
                       {"bitRate", std::llround(inspection.bitRate)},
-                      {"durationMs", milliseconds(inspection.duration)},
+                      {"durationMs", roundedMilliseconds(inspection.duration)},
                       {"services", ordered_json::array()},
                       {"problems", inspection.problems}};
     for (const desktop::Service& service : description.services) {

@@ -7,14 +7,14 @@ namespace quiravent::desktop::lineup {
 
 namespace {
 
-[[noreturn]] void fail(const std::string& what) {
+[[noreturn]] void differ(const std::string& what) {
     throw DeviceError(e_pl_status_io_error,
                       joined("the multiplex doesn't read back as it was described: ", what));
 }
 
 template <class Value>
 void expect(const std::string& what, const Value& found, const Value& described) {
-    if (found != described) fail(joined(what, " is ", found, ", not ", described));
+    if (found != described) differ(joined(what, " is ", found, ", not ", described));
 }
 
 void verifyEvent(const std::string& what, const std::optional<ServiceEvent>& found,
@@ -66,7 +66,7 @@ void verifyService(const desktop::Service& found, const Service& described, int6
 }  // namespace
 
 void verify(const Lineup& lineup, const Inspection& inspection) {
-    if (!inspection.problems.empty()) fail(inspection.problems.front());
+    if (!inspection.problems.empty()) differ(inspection.problems.front());
     const MultiplexDescription& found = inspection.description;
     expect("the transport stream's id", found.transportStreamId, lineup.transportStreamId);
     expect("the network's name", found.networkName, lineup.networkName);

@@ -8,9 +8,6 @@ namespace quiravent::desktop::lineup {
 
 namespace {
 
-/// Ticks of the clock in one of presentation times.
-constexpr Ticks kTimeTicks = 300;
-
 /// The head of a packetised unit and some of its content, which stay together.
 constexpr size_t kLeastStart = 32;
 

@@ -13,15 +13,15 @@ namespace quiravent::desktop::lineup {
 namespace {
 
 /// Colours of a region: none, and then three levels of opacity with five of grey.
-constexpr size_t kColours = 16;
+constexpr size_t kPaletteSize = 16;
 constexpr uint32_t kGreys = 5;
 constexpr uint32_t kOpacities = 3;
 
-using Palette = std::array<uint32_t, kColours>;
+using Palette = std::array<uint32_t, kPaletteSize>;
 
 Palette makePalette() {
     Palette palette{};
-    for (uint32_t i = 1; i < kColours; ++i) {
+    for (uint32_t i = 1; i < kPaletteSize; ++i) {
         const uint32_t opacity = ((i - 1) / kGreys + 1) * 255 / kOpacities;
         const uint32_t grey = (i - 1) % kGreys * 255 / (kGreys - 1);
         palette.at(i) = opacity << 24 | grey << 16 | grey << 8 | grey;

@@ -10,6 +10,8 @@ namespace quiravent::desktop::lineup {
 using Ticks = int64_t;
 
 constexpr Ticks kTicksPerMillisecond = kPcrRate / 1000;
+/// Ticks of the clock in one of presentation times, which are told at 90 kHz.
+constexpr Ticks kTimeTicks = 300;
 
 /// Samples of the sound that the device codes, in a second and in a coded frame.
 constexpr int kSampleRate = 48000;

@@ -23,7 +23,7 @@ constexpr uint64_t kHighOscillator = 10600000000;
 constexpr uint64_t kFirstOfHighBand = 11700000000;
 
 /// Enough for half a second of the richest multiplex.
-constexpr unsigned long kBufferBytes = 4UL << 20;
+constexpr unsigned long kDemuxBytes = 4UL << 20;
 /// Stands for all packet identifiers.
 constexpr uint16_t kWholeStream = 0x2000;
 
@@ -143,7 +143,7 @@ void LinuxFrontEnd::openDevices() {
 void LinuxFrontEnd::passWholeStream() {
     // This request takes a number in the place of a pointer.
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
-    const auto buffer = reinterpret_cast<void*>(kBufferBytes);
+    const auto buffer = reinterpret_cast<void*>(kDemuxBytes);
     // Without the larger buffer there are gaps on a busy machine, and that's all.
     (void)m_calls.control(m_demux.number(), DMX_SET_BUFFER_SIZE, buffer);
     (void)m_calls.control(m_stream.number(), DMX_SET_BUFFER_SIZE, buffer);
