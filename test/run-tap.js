@@ -6,8 +6,8 @@
 //
 // DIR holds the porting layer that the tests run over; it must be known to the loader before a
 // process begins, which is why tests aren't run directly. TEXT chooses, or leaves out, the files whose
-// names hold it. Failures are printed as the test told them, and the last line is 'N passed, M
-// failed'.
+// names hold it. A file's line '// Flags: --NAME...' has the runtime started with these too. Failures
+// are printed as the test told them, and the last line is 'N passed, M failed'.
 
 const fs = require('fs');
 const path = require('path');
@@ -38,13 +38,19 @@ function parseArguments(args) {
   return options;
 }
 
+/** What the runtime is told beside the name of a test file. */
+function flagsFor(file) {
+  const wanted = fs.readFileSync(file, 'utf8').match(/^\/\/ Flags: (.*)$/m);
+  return ['--expose-gc'].concat(wanted ? wanted[1].split(' ') : []);
+}
+
 /** Runs one file, as runProgram does. */
 function runFile(file, options) {
   const loaderPath = [path.resolve(options.library), process.env.LD_LIBRARY_PATH]
     .filter(Boolean)
     .join(':');
   const env = Object.assign({}, process.env, { LD_LIBRARY_PATH: loaderPath });
-  return runProgram(runtime, ['--expose-gc', file], { env, patienceMs: PATIENCE_MS });
+  return runProgram(runtime, flagsFor(file).concat(file), { env, patienceMs: PATIENCE_MS });
 }
 
 /** Reads TAP: { passed, failed, planned (-1 without a plan), failures: the failing blocks }. */

@@ -1,5 +1,6 @@
 'use strict';
 
+// Flags: --predictable
 // Calls that end their process by design, before anything reaches the porting layer.
 
 const fs = require('fs');
