@@ -18,11 +18,15 @@ const built = path.join(folder, 'quiravent.node');
 const symbols = `${built}.debug`;
 const packageFolder = path.join(folder, 'package');
 
-function compile(runtime) {
-  configureIn(folder, ['--preset', 'armhf', `-DNODE_HEADERS=${runtime.headers}`]);
-  // Linked anew, since the one of the last time has been stripped.
-  mustRun('rm', ['-f', built]);
+const runtimeForDevice = () => fetchRuntime('x64', RUNTIME);
+
+/** Does that part of buildForDevice which takes long; another process may do the same meanwhile. */
+function compileForDevice() {
+  configureIn(folder, ['--preset', 'armhf', `-DNODE_HEADERS=${runtimeForDevice().headers}`]);
   buildIn(folder, ['quiravent', 'module_record']);
+}
+
+function splitSymbols() {
   mustRun('arm-linux-gnueabihf-objcopy', ['--only-keep-debug', built, symbols]);
   mustRun('arm-linux-gnueabihf-strip', [built]);
 }
@@ -32,12 +36,14 @@ function compile(runtime) {
  * @returns {{built: string, symbols: string, packageFolder: string}} files and folder
  */
 function buildForDevice() {
-  const runtime = fetchRuntime('x64', RUNTIME);
-  compile(runtime);
-  check(built, folder, INTERFACE, runtime.program);
+  // Linked anew, since the one of the last time has been stripped.
+  mustRun('rm', ['-f', built]);
+  compileForDevice();
+  splitSymbols();
+  check(built, folder, INTERFACE, runtimeForDevice().program);
   mustRun('rm', ['-rf', packageFolder]);
   makePackage(packageFolder, built, 'arm');
   return { built, symbols, packageFolder };
 }
 
-module.exports = { buildForDevice };
+module.exports = { buildForDevice, compileForDevice };

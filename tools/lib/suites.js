@@ -111,7 +111,7 @@ const suites = [
     name: 'runtimes',
     group: 'ci',
     packages: ['arm'],
-    prepare: buildRuntimes,
+    prepare: () => buildRuntimes(isSpared),
     run: () => testRuntimes([], isSpared)
   }
 ];
