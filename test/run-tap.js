@@ -23,7 +23,7 @@ const USAGE =
   'usage: node test/run-tap.js FOLDER --library DIR [--filter TEXT] [--without TEXT] [--jobs N]';
 
 function parseArguments(args) {
-  const options = { folder: null, library: null, filter: '', without: null, jobs: 2 };
+  const options = { folder: null, library: null, filter: '', without: null, jobs: 3 };
   const rest = args.slice();
   while (rest.length) {
     const arg = rest.shift();
