@@ -8,12 +8,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <map>
 #include <string>
 #include <thread>
+
+#include "threadStatus.h"
 
 /// How a child process ended, and what it wrote to standard error.
 struct ChildOutcome {
@@ -23,11 +24,9 @@ struct ChildOutcome {
 
 /// Whether every thread of this process but the one that asks waits for something.
 inline bool othersWait() {
-    const auto runs = [](const auto& thread) {
-        std::ifstream file(thread.path() / "stat");
-        const std::string text(std::istreambuf_iterator<char>(file), {});
-        const size_t nameEnd = text.rfind(')');
-        return nameEnd == std::string::npos || text.compare(nameEnd, 3, ") S") != 0;
+    const auto runs = [](const std::filesystem::path& thread) {
+        const auto status = quiravent::test::threadStatus(thread);
+        return status.empty() || status.front() != "S";
     };
     const std::filesystem::directory_iterator threads("/proc/self/task");
     return std::count_if(begin(threads), end(threads), runs) == 1;
