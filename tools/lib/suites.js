@@ -64,18 +64,30 @@ function sanitizedSuites(name, library) {
   );
 }
 
+const isEmulated = (row) => row.processor !== process.arch;
 const majorOf = (version) => version.replace(/^v/, '').split('.')[0];
 
 /** Whether the suites of this process have run under a runtime like that of a row. */
-const isTestedHere = (row) =>
-  row.processor === process.arch && majorOf(row.version) === majorOf(process.version);
+const isTestedHere = (row) => !isEmulated(row) && majorOf(row.version) === majorOf(process.version);
 
 /** In the emulator one runtime shows what is the processor's: that nearest to a set-top box's. */
 const EMULATED = 'armv7l-14.12.0';
-const isFurther = (row) => row.processor !== process.arch && row.name !== EMULATED;
+const isFurther = (row) => isEmulated(row) && row.name !== EMULATED;
 
 /** What continuous integration spares itself of what npm run test:runtimes does. */
 const isSpared = (row, suite) => suite === 'script' && (isTestedHere(row) || isFurther(row));
+
+/** The suites under those of the runtimes for which isChosen(row) holds. */
+function runtimeSuite(name, isChosen) {
+  const isLeftOut = (row, suite) => !isChosen(row) || isSpared(row, suite);
+  return {
+    name,
+    group: 'ci',
+    packages: ['arm'],
+    prepare: () => buildRuntimes(isLeftOut),
+    run: () => testRuntimes([], isLeftOut)
+  };
+}
 
 /**
  * In the order in which they are run: what fails fast comes first, and what needs little of a build.
@@ -92,8 +104,9 @@ const suites = [
   scriptSuite('cli', 'bench'),
   nativeSuite('native', 'release'),
   { name: 'instructions', run: checkCounts },
-  // It waits most of its time, in which the builds for those behind it are made.
+  // These wait most of their time, in which the builds for those behind them are made.
   { name: 'soak', group: 'ci', run: () => runTests(['tools/soak.js', '--minutes', '2']) },
+  runtimeSuite('runtimes', (row) => !isEmulated(row)),
   nativeSuite('native-sanitized', 'asan'),
   Object.assign({ name: 'leaks' }, sanitizedSuite('leaks', 'asan', 'recorder')),
   {
@@ -107,13 +120,8 @@ const suites = [
   ...sanitizedSuites('faults', 'recorder'),
   ...sanitizedSuites('device', '.'),
   Object.assign(nativeSuite('native-tsan', 'tsan'), { group: 'sanitizers' }),
-  {
-    name: 'runtimes',
-    group: 'ci',
-    packages: ['arm'],
-    prepare: () => buildRuntimes(isSpared),
-    run: () => testRuntimes([], isSpared)
-  }
+  // The emulator keeps the processor busy by itself.
+  runtimeSuite('emulated', isEmulated)
 ];
 
 module.exports = { suites };
