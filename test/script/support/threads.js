@@ -40,13 +40,16 @@ function othersAreAsleep() {
   );
 }
 
-/** Resolves once condition() holds, which is asked in each turn of the loop; rejects if it throws. */
+/**
+ * Resolves once condition() holds, which is asked every millisecond: asking without a pause would take
+ * the processor from those who are to bring it about. Rejects if it throws.
+ */
 function poll(condition) {
   return new Promise((resolve, reject) => {
     const look = () => {
       try {
         if (condition()) resolve();
-        else setImmediate(look);
+        else setTimeout(look, 1);
       } catch (error) {
         reject(error);
       }
