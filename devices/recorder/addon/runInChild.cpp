@@ -5,9 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -47,11 +45,11 @@ class Capture {
 void shareAllMemory() {
     std::ifstream mappings("/proc/self/maps");
     for (std::string line; std::getline(mappings, line);) {
-        char* end = nullptr;
-        const auto from = static_cast<uintptr_t>(std::strtoull(line.c_str(), &end, 16));
-        const auto to = static_cast<uintptr_t>(std::strtoull(end + 1, nullptr, 16));
+        void* from = nullptr;
+        void* to = nullptr;
+        if (std::sscanf(line.c_str(), "%p-%p", &from, &to) != 2) continue;
         // The system's own pages refuse, and every child has them anyway.
-        (void)madvise(reinterpret_cast<void*>(from), to - from, MADV_DOFORK);
+        (void)madvise(from, static_cast<char*>(to) - static_cast<char*>(from), MADV_DOFORK);
     }
 }
 
