@@ -83,7 +83,6 @@ function runtimeSuite(name, isChosen) {
   return {
     name,
     group: 'ci',
-    packages: ['arm'],
     prepare: () => buildRuntimes(isLeftOut),
     run: () => testRuntimes([], isLeftOut)
   };
@@ -121,7 +120,7 @@ const suites = [
   ...sanitizedSuites('device', '.'),
   Object.assign(nativeSuite('native-tsan', 'tsan'), { group: 'sanitizers' }),
   // The emulator keeps the processor busy by itself.
-  runtimeSuite('emulated', isEmulated)
+  Object.assign({ packages: ['arm'] }, runtimeSuite('emulated', isEmulated))
 ];
 
 module.exports = { suites };
