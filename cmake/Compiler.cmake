@@ -24,8 +24,3 @@ if(QUIRAVENT_SANITIZE)
                       -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${QUIRAVENT_SANITIZE})
 endif()
-if(QUIRAVENT_FUZZ)
-  # More of it makes the instrumented code bigger, not faster.
-  set(CMAKE_CXX_FLAGS_RELEASE "-O1 -g1")
-  add_compile_options(-fsanitize=fuzzer-no-link)
-endif()

@@ -5,11 +5,12 @@
 
 const fs = require('fs');
 const path = require('path');
-const { build } = require('./build');
+const { build, configure } = require('./build');
 const { numberIn } = require('./counts');
 const { SUITE_PATIENCE_MS, mustRun, root, run } = require('./run');
 
 const source = path.join(root, 'test', 'fuzz');
+const programs = path.join(root, 'build', 'asan', 'fuzz');
 const output = path.join(root, 'build', 'fuzz');
 
 /** The longest inputs that are tried, in bytes, by target. */
@@ -48,7 +49,7 @@ function makeStream(file) {
 
 function writeSeeds() {
   makeStream(path.join(folder('seeds', 'stream'), 'stream'));
-  mustRun(path.join(output, 'fuzz', 'fuzz_image_seeds'), [folder('seeds', 'images')]);
+  mustRun(path.join(programs, 'fuzz_image_seeds'), [folder('seeds', 'images')]);
   fs.copyFileSync(FONT_SEED, path.join(folder('seeds', 'fonts'), 'font'));
 }
 
@@ -72,7 +73,7 @@ function wordsFor(target, options) {
 
 /** Runs one program for the time given; resolves with whether nothing was found. */
 function fuzzNative(target, options) {
-  const program = path.join(output, 'fuzz', `fuzz_${target}`);
+  const program = path.join(programs, `fuzz_${target}`);
   const timeout = options.seconds * 1000 + SUITE_PATIENCE_MS;
   const result = run(program, wordsFor(target, options), { capture: true, timeout });
   const runs = numberIn(result.stderr, /number_of_executed_units: (\d+)/);
@@ -105,9 +106,18 @@ function fuzzArguments(options) {
 
 const isProgram = (name) => name !== 'arguments';
 
+/** Builds the programs with the tests' libraries. */
+function buildPrograms() {
+  const cache = path.join(configure('asan'), 'CMakeCache.txt');
+  // libFuzzer may have been installed since.
+  if (fs.readFileSync(cache, 'utf8').includes('LIBFUZZER-NOTFOUND'))
+    build('asan', ['rebuild_cache']);
+  build('asan', ['fuzz']);
+}
+
 /** Builds what the targets named need. */
 function buildTargets(names) {
-  if (names.some(isProgram)) build('fuzz', ['fuzz']);
+  if (names.some(isProgram)) buildPrograms();
   if (!names.every(isProgram)) build('release', ['script_tests']);
 }
 
