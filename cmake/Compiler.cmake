@@ -24,3 +24,13 @@ if(QUIRAVENT_SANITIZE)
                       -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${QUIRAVENT_SANITIZE})
 endif()
+
+# Compiles what is made in this folder and those below it for tests. What that does takes little of
+# their time, but being compiled takes half of a build's; and it is the device's and the module's code
+# that is to be looked at for undefined behaviour, which takes a third more.
+macro(quiravent_compile_for_tests)
+  add_compile_options($<$<CONFIG:Release>:-Og>)
+  if(QUIRAVENT_SANITIZE MATCHES undefined)
+    add_compile_options(-fno-sanitize=undefined)
+  endif()
+endmacro()
