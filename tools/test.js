@@ -4,10 +4,10 @@
 // ordinary ones if none is, and with them those of the group 'ci' where the variable CI is set, as
 // continuous integration does. The last line is "N passed, M failed".
 
-const { buildAhead } = require('./lib/ahead');
+const { buildAhead, needsOf } = require('./lib/ahead');
 const { sum } = require('./lib/counts');
 const { Failure, main } = require('./lib/run');
-const { setup } = require('./lib/setup');
+const { checkInstallable, setup } = require('./lib/setup');
 const { suites } = require('./lib/suites');
 
 const isOrdinary = (suite) => !suite.group || (suite.group === 'ci' && Boolean(process.env.CI));
@@ -23,13 +23,16 @@ function choose(words) {
   return suites.filter((suite) => words.some((word) => isNamedBy(word)(suite)));
 }
 
-const prepared = new Set();
+const met = new Set();
 
-/** Builds what a suite needs, once where several need the same. */
+/** Sees to what a suite needs, once where several need the same. */
 function prepare(suite) {
-  if (!suite.prepare || prepared.has(suite.prepare)) return;
-  suite.prepare();
-  prepared.add(suite.prepare);
+  needsOf(suite)
+    .filter((need) => !met.has(need))
+    .forEach((need) => {
+      need();
+      met.add(need);
+    });
 }
 
 /** Runs a suite and tells its name, its count and its time. */
@@ -53,7 +56,9 @@ function runWhileBuilding(chosen) {
 
 main((words) => {
   const chosen = choose(words);
-  setup(['build'].concat(...chosen.map((suite) => suite.packages || [])));
+  setup(['build']);
+  // These are installed while the first tests run.
+  checkInstallable([].concat(...chosen.map((suite) => suite.packages || [])));
   const timed = chosen.map((suite) => Boolean(suite.isTimed)).lastIndexOf(true) + 1;
   const counts = chosen.slice(0, timed).map(runSuite);
   const total = sum(counts.concat(runWhileBuilding(chosen.slice(timed))));

@@ -84,17 +84,17 @@ function testDevice() {
   return { passed: 1, failed: 0 };
 }
 
-/**
- * Builds what testRuntimes will test with the same isLeftOut. What can't be built fails again in its
- * test.
- */
-function buildRuntimes(isLeftOut) {
-  rowsWithout(isLeftOut).forEach((row) => {
-    if (row.suites.includes('build')) attempt(() => buildRow(row), console.log);
-    if (row.suites.includes('device')) attempt(compileForDevice, console.log);
-    if (row.suites.includes('kernels')) attempt(buildKernels, console.log);
-  });
+function buildSuites(row) {
+  if (row.suites.includes('build')) attempt(() => buildRow(row), console.log);
+  if (row.suites.includes('device')) attempt(compileForDevice, console.log);
+  if (row.suites.includes('kernels')) attempt(buildKernels, console.log);
 }
+
+/**
+ * Functions that build what testRuntimes will test with the same isLeftOut. What can't be built fails
+ * again in its test.
+ */
+const runtimeBuilds = (isLeftOut) => rowsWithout(isLeftOut).map((row) => () => buildSuites(row));
 
 const SUITES = [
   { name: 'build', test: testBuild },
@@ -167,4 +167,4 @@ function testRuntimes(names, isLeftOut = () => false) {
   return sum([].concat.apply([], counts));
 }
 
-module.exports = { buildRuntimes, testRuntimes };
+module.exports = { runtimeBuilds, testRuntimes };

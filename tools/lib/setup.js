@@ -19,8 +19,11 @@ function installer() {
   return run('sudo', ['-n', 'true'], { capture: true }).status === 0 ? ['sudo', '-n'] : null;
 }
 
+/** Runs apt-get while no other tool of this project does. */
 function installWith(prefix, packages) {
-  const apt = prefix.concat(['env', 'DEBIAN_FRONTEND=noninteractive', 'apt-get', '-q', '-y']);
+  fs.mkdirSync(stampFolder, { recursive: true });
+  const lock = ['flock', path.join(stampFolder, 'packages.lock')];
+  const apt = prefix.concat(lock, 'env', 'DEBIAN_FRONTEND=noninteractive', 'apt-get', '-q', '-y');
   const call = (words) => run(apt[0], apt.slice(1).concat(words), { capture: true });
   call(['update']);
   const result = call(['install', '--no-install-recommends'].concat(packages));
@@ -28,20 +31,35 @@ function installWith(prefix, packages) {
   return result.status === 0;
 }
 
+const packagesOf = (group) => readPackages(group).map((one) => one.name);
+const commandFor = (packages) => `sudo apt-get install ${packages.join(' ')}`;
+
+/** installer(), which there must be. missing: packages that are to be installed */
+function mustHaveInstaller(missing) {
+  const prefix = installer();
+  if (prefix) return prefix;
+  throw new Failure(
+    `these Debian packages are missing. Install them with:\n\n  ${commandFor(missing)}\n`
+  );
+}
+
 function installPackages(packages) {
   const missing = packages.filter((name) => !isInstalled(name));
   if (missing.length === 0) return;
-  const command = `sudo apt-get install ${missing.join(' ')}`;
-  const prefix = installer();
-  if (!prefix) {
-    throw new Failure(`these Debian packages are missing. Install them with:\n\n  ${command}\n`);
-  }
+  const prefix = mustHaveInstaller(missing);
   console.log(`Installing Debian packages: ${missing.join(' ')}`);
   if (!installWith(prefix, missing)) {
     throw new Failure(
-      `apt-get could not install what is missing. To try by hand:\n\n  ${command}\n`
+      `apt-get could not install what is missing. To try by hand:\n\n  ${commandFor(missing)}\n`
     );
   }
+}
+
+/** Fails unless the packages of the groups are there, or setup can install them. */
+function checkInstallable(groups) {
+  const packages = [].concat(...groups.map(packagesOf));
+  const missing = packages.filter((name) => !isInstalled(name));
+  if (missing.length > 0) mustHaveInstaller(missing);
 }
 
 function installModules() {
@@ -100,7 +118,7 @@ const always = () => true;
 /** Sets up what the groups of tools/packages.txt and the build ask for. */
 function setup(groups) {
   groups.forEach((group) => {
-    const packages = readPackages(group).map((one) => one.name);
+    const packages = packagesOf(group);
     once(`packages-${group}`, packages, always, () => installPackages(packages));
   });
   const lock = fs.readFileSync(path.join(root, 'package-lock.json'));
@@ -109,4 +127,4 @@ function setup(groups) {
   once('headers', [process.version, process.execPath], always, installHeaders);
 }
 
-module.exports = { setup };
+module.exports = { checkInstallable, setup };

@@ -7,24 +7,24 @@ const { build } = require('./build');
 const { buildTargets, fuzz, targets } = require('./fuzz');
 const { checkCounts } = require('./instructions');
 const { root } = require('./run');
-const { buildRuntimes, testRuntimes } = require('./runtime-suites');
+const { runtimeBuilds, testRuntimes } = require('./runtime-suites');
 const { SanitizedRun, nativeVariables } = require('./sanitizers');
 const { runScriptTests, runTests } = require('./script-tests');
 
 /** The native tests in the build of a preset. */
 const nativeSuite = (name, preset) => ({
   name,
-  prepare: () => build(preset),
+  builds: [() => build(preset)],
   run: () =>
     runTests(['test/run-native.js', path.join(root, 'build', preset, 'test')], nativeVariables)
 });
 
-const prepareScripts = () => build('release', ['script_suites']);
+const buildForScripts = () => build('release', ['script_suites']);
 
 /** A folder of script tests over the porting layer in a folder of the build. */
 const scriptSuite = (name, library) => ({
   name,
-  prepare: prepareScripts,
+  builds: [buildForScripts],
   run: () => runScriptTests(path.join('test', name), path.join('build', 'release', library))
 });
 
@@ -50,7 +50,7 @@ function runSanitizedScripts(preset, folder, library) {
 
 /** A folder of script tests under a sanitizer. */
 const sanitizedSuite = (name, preset, library) => ({
-  prepare: () => build(preset, SCRIPT_TARGETS[library]),
+  builds: [() => build(preset, SCRIPT_TARGETS[library])],
   run: () => runSanitizedScripts(preset, path.join('test', name), library)
 });
 
@@ -83,7 +83,7 @@ function runtimeSuite(name, isChosen) {
   return {
     name,
     group: 'ci',
-    prepare: () => buildRuntimes(isLeftOut),
+    builds: runtimeBuilds(isLeftOut),
     run: () => testRuntimes([], isLeftOut)
   };
 }
@@ -91,9 +91,9 @@ function runtimeSuite(name, isChosen) {
 /**
  * In the order in which they are run: what fails fast comes first, and what needs little of a build.
  * A suite of a group is run when it, or its group, is asked for; one of the group 'ci' also in
- * continuous integration. What a suite needs: `packages`, groups of tools/packages.txt; `prepare()`,
- * which builds, and may have been called before, by another process too. A suite that `isTimed` has
- * the machine to itself.
+ * continuous integration. What a suite needs: `packages`, groups of tools/packages.txt; `builds`,
+ * functions in whatever order, any of which may have been called before, by another process too. A
+ * suite that `isTimed` has the machine to itself.
  */
 const suites = [
   scriptSuite('script', 'recorder'),
@@ -112,7 +112,7 @@ const suites = [
     name: 'fuzz',
     group: 'ci',
     packages: ['fuzz'],
-    prepare: () => buildTargets(targets),
+    builds: [() => buildTargets(targets)],
     run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 })
   },
   ...sanitizedSuites('script', 'recorder'),
