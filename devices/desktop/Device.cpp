@@ -12,6 +12,7 @@
 
 #include "config/readConfiguration.h"
 #include "display/drivers.h"
+#include "graphics/text/TextShaper.h"
 #include "input/KeyMap.h"
 #include "input/Keys.h"
 #include "platform/EndSignals.h"
@@ -121,6 +122,8 @@ Device* Device::start() noexcept {
         log::setLevel(configuration.log.level);
         static Device* const device = std::make_unique<Device>(configuration).release();
         static const pid_t process = ::getpid();
+        // A thread may be drawing while the process exits.
+        TextShaper::prepare();
         std::atexit([] {
             // A child that was forked and not replaced has no part in what its parent began.
             if (::getpid() == process) device->finish();

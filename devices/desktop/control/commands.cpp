@@ -12,6 +12,7 @@
 #include "input/Keys.h"
 #include "support/Clock.h"
 #include "support/DeviceError.h"
+#include "support/Lasting.h"
 #include "support/Text.h"
 #include "support/writeFile.h"
 
@@ -162,7 +163,7 @@ struct Command {
 };
 
 const std::vector<Command>& commands() {
-    static const std::vector<Command> table{
+    static const Lasting<std::vector<Command>> table({
         {"press", {"key", "hold"}, press},
         {"keyDown", {"key"}, keyDown},
         {"keyUp", {"key"}, keyUp},
@@ -182,8 +183,8 @@ const std::vector<Command>& commands() {
         {"keys", {}, keys},
         {"info", {}, info},
         {"quit", {}, quit},
-    };
-    return table;
+    });
+    return *table;
 }
 
 std::vector<std::string> commandNames() {

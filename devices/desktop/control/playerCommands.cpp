@@ -6,6 +6,7 @@
 
 #include "support/Clock.h"
 #include "support/DeviceError.h"
+#include "support/Lasting.h"
 #include "support/Text.h"
 
 namespace quiravent::desktop {
@@ -172,9 +173,9 @@ Work waitPlayer(const Request& request, ControlSession& session) {
 }
 
 Work haltPlayer(const Request& request, ControlSession& session) {
-    static const std::vector<std::string> kWays{"suspend", "abort"};
+    static const Lasting<std::vector<std::string>> kWays({"suspend", "abort"});
     const uint64_t number = request.number("player", UINT32_MAX);
-    const bool isAbort = kWays.at(request.choice("how", kWays)) == "abort";
+    const bool isAbort = (*kWays).at(request.choice("how", *kWays)) == "abort";
     PlayerService& service = session.target.players;
     const e_pl_status status = service.halt(number, isAbort ? &Player::abort : &Player::suspend);
     if (status == e_pl_status_ok) return finished(OrderedJson::object());

@@ -5,6 +5,7 @@
 
 #include "support/Clock.h"
 #include "support/DeviceError.h"
+#include "support/Lasting.h"
 #include "support/Text.h"
 
 namespace quiravent::desktop {
@@ -12,8 +13,8 @@ namespace quiravent::desktop {
 namespace {
 
 const std::vector<std::string>& stateNames() {
-    static const std::vector<std::string> names{"idle", "searching", "locked", "failed"};
-    return names;
+    static const Lasting<std::vector<std::string>> names({"idle", "searching", "locked", "failed"});
+    return *names;
 }
 
 const std::string& stateOf(const TunerStatus& status) {

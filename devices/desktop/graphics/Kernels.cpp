@@ -8,6 +8,7 @@
 
 #include "graphics/KernelSets.h"
 #include "graphics/simd/VectorKernels.h"
+#include "support/Lasting.h"
 
 namespace quiravent::desktop {
 
@@ -35,9 +36,8 @@ const Kernels*& selected() {
 }  // namespace
 
 const std::vector<KernelSet>& kernelSets() {
-    // Never destroyed: the last picture is composed while the process cleans up after itself.
-    static const auto& sets = *new std::vector<KernelSet>(makeKernelSets());
-    return sets;
+    static const Lasting<std::vector<KernelSet>> sets(makeKernelSets());
+    return *sets;
 }
 
 std::vector<std::string> kernelSetNames() { return {"avx2", "sse4.1", "neon", "scalar"}; }

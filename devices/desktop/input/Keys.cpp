@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "support/IgnoringCase.h"
+#include "support/Lasting.h"
 
 namespace quiravent::desktop {
 
@@ -42,18 +43,18 @@ std::optional<int32_t> decimalCode(std::string_view text) {
 }  // namespace
 
 const std::vector<RemoteKeyNames>& remoteKeys() {
-    static const std::vector<RemoteKeyNames> keys{
+    static const Lasting<std::vector<RemoteKeyNames>> keys({
 #define REMOTE_KEY(code, name, aliases, keyboard) \
     {code, #name, split(aliases, ' '), split(keyboard, '|')},
 #include "input/Keys.def"
-    };
-    return keys;
+    });
+    return *keys;
 }
 
 std::optional<int32_t> remoteKeyCode(std::string_view text) {
-    static const CodesByName codes = codesByName();
-    const auto found = codes.find(text);
-    return found == codes.end() ? decimalCode(text) : std::optional(found->second);
+    static const Lasting<CodesByName> codes(codesByName());
+    const auto found = (*codes).find(text);
+    return found == (*codes).end() ? decimalCode(text) : std::optional(found->second);
 }
 
 std::optional<int32_t> remoteKeyCodeFrom(const nlohmann::json& value) {

@@ -1,14 +1,15 @@
 #include "media/PlayerReport.h"
 
 #include "media/PlayerSession.h"
+#include "support/Lasting.h"
 
 namespace quiravent::desktop {
 
 const std::vector<std::string>& playerStateNames() {
-    static const std::vector<std::string> names{"idle",      "fetching", "fetched",   "buffering",
-                                                "playing",   "paused",   "suspended", "stopped",
-                                                "completed", "failed",   "aborted"};
-    return names;
+    static const Lasting<std::vector<std::string>> names(
+        {"idle", "fetching", "fetched", "buffering", "playing", "paused", "suspended", "stopped",
+         "completed", "failed", "aborted"});
+    return *names;
 }
 
 PlayerReport::State PlayerSession::reportedState() const {

@@ -1,5 +1,7 @@
 #include "platform/RuntimeState.h"
 
+#include "support/Lasting.h"
+
 namespace quiravent::desktop {
 
 e_pl_platform_runtime_state RuntimeState::get() const {
@@ -19,9 +21,9 @@ void RuntimeState::set(e_pl_platform_runtime_state state) {
 }
 
 const std::vector<std::string>& RuntimeState::names() {
-    static const std::vector<std::string> names{"paused",  "running",   "low_profile",
-                                                "overlay", "suspended", "advertising"};
-    return names;
+    static const Lasting<std::vector<std::string>> names(
+        {"paused", "running", "low_profile", "overlay", "suspended", "advertising"});
+    return *names;
 }
 
 }  // namespace quiravent::desktop

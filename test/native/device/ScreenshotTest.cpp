@@ -124,7 +124,7 @@ TEST(ProcessEnd, IsOrderlyWhileThreadsDrawLoadAndStore) {
         // The threads use what is on this stack, which exit() leaves alone.
         std::exit(testing::Test::HasFailure() ? 1 : 0);
     });
-    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_EQ(PngFile(station / "end.png").rgba(1279, 719), 0xff0000ffU);
     EXPECT_FALSE(std::filesystem::exists(station / "store/values.sqlite-wal"));
 }

@@ -10,6 +10,17 @@ namespace quiravent::desktop {
 
 namespace {
 
+void shapeWith(hb_font_t* font, hb_buffer_t* buffer, const std::u32string& characters) {
+    hb_buffer_clear_contents(buffer);
+    const auto count = static_cast<int>(characters.size());
+    hb_buffer_add_utf32(buffer, reinterpret_cast<const uint32_t*>(characters.data()), count, 0,
+                        count);
+    static const hb_language_t kNoLanguage = hb_language_from_string("und", -1);
+    hb_buffer_set_language(buffer, kNoLanguage);
+    hb_buffer_guess_segment_properties(buffer);
+    hb_shape(font, buffer, nullptr, 0);
+}
+
 ShapedText placedGlyphs(hb_buffer_t* buffer) {
     ShapedText text;
     unsigned count = 0;
@@ -49,16 +60,15 @@ Result<std::unique_ptr<TextShaper>> TextShaper::create(const uint8_t* data, size
     return std::unique_ptr<TextShaper>(new TextShaper(std::move(font), Buffer(hb_buffer_create())));
 }
 
+void TextShaper::prepare() {
+    const HarfBuzzFont font(hb_font_create(hb_face_get_empty()));
+    const Buffer buffer(hb_buffer_create());
+    shapeWith(font.get(), buffer.get(), U"a");
+}
+
 ShapedText TextShaper::shape(const std::u32string& characters) {
     hb_buffer_t* buffer = m_buffer.get();
-    hb_buffer_clear_contents(buffer);
-    const auto count = static_cast<int>(characters.size());
-    hb_buffer_add_utf32(buffer, reinterpret_cast<const uint32_t*>(characters.data()), count, 0,
-                        count);
-    static const hb_language_t kNoLanguage = hb_language_from_string("und", -1);
-    hb_buffer_set_language(buffer, kNoLanguage);
-    hb_buffer_guess_segment_properties(buffer);
-    hb_shape(m_font.get(), buffer, nullptr, 0);
+    shapeWith(m_font.get(), buffer, characters);
     if (hb_buffer_allocation_successful(buffer) == 0) return {};
     return placedGlyphs(buffer);
 }

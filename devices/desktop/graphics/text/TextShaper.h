@@ -36,6 +36,10 @@ class TextShaper {
     static Result<std::unique_ptr<TextShaper>> create(const uint8_t* data, size_t size,
                                                       uint32_t pixelHeight);
 
+    /// Has the shaping library make what all shapers share. It frees that when the process exits:
+    /// after whatever is registered for the exit behind this call, which can end all shaping first.
+    static void prepare();
+
     /// A text that memory doesn't suffice for has no glyphs.
     ShapedText shape(const std::u32string& characters);
 
