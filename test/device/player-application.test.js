@@ -2,12 +2,13 @@
 
 // The sample player, driven as by a viewer, over its control channel.
 
+const { execFileSync } = require('child_process');
 const fs = require('fs');
 const path = require('path');
 const test = require('tape');
 const { inSequence } = require('../lib/concurrently');
 const { captureFilm, describe, isRight } = require('../../tools/lib/film-picture');
-const { numberAt } = require('../../tools/media/frame-counter');
+const { counter, numberAt } = require('../../tools/media/frame-counter');
 const { drawArtwork } = require('../../tools/artwork/draw');
 const { makeMedia } = require('../../tools/media/make');
 const { Application } = require('./support/controlled');
@@ -69,6 +70,30 @@ function startHome(t) {
 
 const idsOf = (player, kind) =>
   player.tracks[kind].filter((track) => track.selected).map((track) => track.language);
+
+/** The numbers that the pictures of a file carry, as another program decodes them. */
+function numbersIn(file) {
+  const { x, y, width, height, bits } = counter;
+  const row = `crop=${width}:2:${x}:${y + height / 2},format=gray`;
+  const words = ['-v', 'error', '-i', file, '-vf', row, '-f', 'rawvideo', '-'];
+  const rows = execFileSync('ffmpeg', words, { maxBuffer: 1e8 });
+  const isWhite = (index, bit) => rows[index * 2 * width + ((bit + 0.5) * width) / bits] > 128;
+  return Array.from({ length: rows.length / (2 * width) }, (_, index) =>
+    Array.from({ length: bits }).reduce((sum, _one, bit) => sum + (isWhite(index, bit) << bit), 0)
+  );
+}
+
+test('each picture of the film carries its own number', (t) => {
+  const folder = path.join(root, 'build', 'media');
+  makeMedia(folder);
+  const numbers = numbersIn(path.join(folder, 'film.mp4'));
+  t.equal(numbers.length, 1200);
+  t.deepEqual(
+    numbers.filter((number, index) => number !== index),
+    []
+  );
+  t.end();
+});
 
 test('at each time the screen shows the picture of that time', (t) =>
   start(t).then((viewer) => {

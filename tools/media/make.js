@@ -34,7 +34,7 @@ const tone = (frequency, seconds) =>
 
 /** A picture, decoded once, as a video of so many frames, along which the camera moves. */
 const moving = (input, frames, size, x, y) =>
-  `[${input}]format=yuv420p,loop=loop=${frames - 1}:size=1,setpts=N/${rate}/TB,` +
+  `[${input}]format=yuv420p,loop=loop=${frames - 1}:size=1,setpts=N/(${rate}*TB),` +
   `crop=${size.width}:${size.height}:${x}:${y}`;
 
 /** Puts the numbers on the pictures; input: that of the blocks. */
