@@ -59,8 +59,12 @@ function take(number) {
 /** Builds what suites need and no other builder does. */
 function helpToBuild(suites) {
   const parent = process.ppid;
-  // Whoever builds needs packages that another is to install.
-  const needs = [].concat(...suites.map(packagesFor), ...suites.map(buildsFor));
+  // Whoever builds needs packages that another is to install; and would wait for another who builds in
+  // the same folder.
+  const [besides, others] = [true, false].map((wanted) =>
+    suites.filter((suite) => Boolean(suite.isBesides) === wanted)
+  );
+  const needs = [].concat(...suites.map(packagesFor), ...others.concat(besides).map(buildsFor));
   needs.forEach((need, number) => {
     if (process.ppid === parent && take(number)) attempt(need, console.log);
   });

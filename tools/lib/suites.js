@@ -92,8 +92,9 @@ function runtimeSuite(name, isChosen) {
  * In the order in which they are run: what fails fast comes first, and what needs little of a build.
  * A suite of a group is run when it, or its group, is asked for; one of the group 'ci' also in
  * continuous integration. What a suite needs: `packages`, groups of tools/packages.txt; `builds`,
- * functions in whatever order, any of which may have been called before, by another process too. A
- * suite that `isTimed` has the machine to itself.
+ * functions in whatever order, any of which may have been called before, by another process too; of
+ * one that `isBesides`, in the folder of a suite before it. A suite that `isTimed` has the machine to
+ * itself.
  */
 const suites = [
   scriptSuite('script', 'recorder'),
@@ -103,15 +104,15 @@ const suites = [
   scriptSuite('cli', 'bench'),
   nativeSuite('native', 'release'),
   { name: 'instructions', run: checkCounts },
-  // These wait most of their time, in which the builds for those behind them are made.
+  // These wait for much of their time, or keep one processor busy: meanwhile others are built for.
   { name: 'soak', group: 'ci', run: () => runTests(['tools/soak.js', '--minutes', '2']) },
-  runtimeSuite('runtimes', (row) => !isEmulated(row)),
   nativeSuite('native-sanitized', 'asan'),
-  Object.assign({ name: 'leaks' }, sanitizedSuite('leaks', 'asan', 'recorder')),
+  Object.assign({ name: 'leaks', isBesides: true }, sanitizedSuite('leaks', 'asan', 'recorder')),
   {
     name: 'fuzz',
     group: 'ci',
     packages: ['fuzz'],
+    isBesides: true,
     builds: [() => buildTargets(targets)],
     run: () => fuzz(targets, { seconds: 5, calls: 50000, seed: 1 })
   },
@@ -119,7 +120,8 @@ const suites = [
   ...sanitizedSuites('faults', 'recorder'),
   ...sanitizedSuites('device', '.'),
   Object.assign(nativeSuite('native-tsan', 'tsan'), { group: 'sanitizers' }),
-  // The emulator keeps the processor busy by itself.
+  // These keep all processors busy by themselves.
+  runtimeSuite('runtimes', (row) => !isEmulated(row)),
   Object.assign({ packages: ['arm'] }, runtimeSuite('emulated', isEmulated))
 ];
 
