@@ -1,8 +1,8 @@
 'use strict';
 
-// Runs every GoogleTest program of a folder:
+// Runs the GoogleTest programs of a folder that are named, or all:
 //
-//   node test/run-native.js FOLDER [--jobs N]
+//   node test/run-native.js FOLDER [PROGRAM...]
 //
 // A program of many tests is run in several parts, some at a time, since many a test waits for the
 // time of a medium to pass. What failed is shown, and the last line is 'N passed, M failed'.
@@ -15,6 +15,7 @@ const { concurrently } = require('./lib/concurrently');
 const { runProgram } = require('./lib/program');
 
 const TESTS_IN_A_PART = 16;
+const JOBS = 3;
 /** A part that isn't over by then hangs, under a sanitizer too. */
 const PATIENCE_MS = 600 * 1000;
 
@@ -55,8 +56,9 @@ function runPart(part) {
   });
 }
 
-function main(folder, jobs) {
-  const names = fs.readdirSync(folder).filter((name) => name.endsWith('_test'));
+function main(folder, programs) {
+  const all = fs.readdirSync(folder).filter((name) => name.endsWith('_test'));
+  const names = programs.length > 0 ? programs : all;
   const parts = [].concat.apply(
     [],
     names.map((name) => partsOf(path.join(folder, name)))
@@ -65,11 +67,11 @@ function main(folder, jobs) {
   parts.sort((one, other) => other.count - one.count);
   const counts = [];
   const runAndKeep = (part) => runPart(part).then((count) => counts.push(count));
-  return concurrently(parts, jobs, runAndKeep).then(() => {
+  return concurrently(parts, JOBS, runAndKeep).then(() => {
     const total = sum(counts);
     console.log(`${total.passed} passed, ${total.failed} failed`);
     process.exitCode = total.failed === 0 && total.passed > 0 ? 0 : 1;
   });
 }
 
-main(process.argv[2], process.argv[3] === '--jobs' ? Number(process.argv[4]) : 3);
+main(process.argv[2], process.argv.slice(3));

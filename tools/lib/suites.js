@@ -11,13 +11,21 @@ const { runtimeBuilds, testRuntimes } = require('./runtime-suites');
 const { SanitizedRun, nativeVariables } = require('./sanitizers');
 const { runScriptTests, runTests } = require('./script-tests');
 
-/** The native tests in the build of a preset. */
-const nativeSuite = (name, preset) => ({
+/** The native tests in the build of a preset: the programs that are named, or all. */
+const nativeSuite = (name, preset, programs = []) => ({
   name,
-  builds: [() => build(preset)],
-  run: () =>
-    runTests(['test/run-native.js', path.join(root, 'build', preset, 'test')], nativeVariables)
+  builds: [() => build(preset, programs)],
+  run: () => {
+    const folder = path.join(root, 'build', preset, 'test');
+    return runTests(['test/run-native.js', folder].concat(programs), nativeVariables);
+  }
 });
+
+/**
+ * Tests of code that is another when it is optimised, and chosen by the processor. In continuous
+ * integration all the others run under the sanitizers only.
+ */
+const DRAWING_TESTS = ['graphics_test', 'images_test', 'text_test'];
 
 const buildForScripts = () => build('release', ['script_suites']);
 
@@ -102,7 +110,7 @@ const suites = [
   // Its applications show films and answer keys while time passes: nothing is to run beside them.
   Object.assign(scriptSuite('device', '.'), { isTimed: true }),
   scriptSuite('cli', 'bench'),
-  nativeSuite('native', 'release'),
+  nativeSuite('native', 'release', process.env.CI ? DRAWING_TESTS : []),
   { name: 'instructions', run: checkCounts },
   // These wait for much of their time, or keep one processor busy: meanwhile others are built for.
   { name: 'soak', group: 'ci', run: () => runTests(['tools/soak.js', '--minutes', '2']) },
