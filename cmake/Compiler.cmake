@@ -22,6 +22,11 @@ if(QUIRAVENT_SANITIZE)
   set(CMAKE_CXX_FLAGS_DEBUG "-Og -g1")
   add_compile_options(-fsanitize=${QUIRAVENT_SANITIZE} -fno-omit-frame-pointer
                       -fno-sanitize-recover=undefined)
+  if(QUIRAVENT_SANITIZE MATCHES address)
+    # Reports an access through a null pointer anyway. The checks of pointers take a fifth of the time
+    # to compile; the preset of the thread sanitizer has them.
+    add_compile_options(-fno-sanitize=null,alignment)
+  endif()
   add_link_options(-fsanitize=${QUIRAVENT_SANITIZE})
 endif()
 
@@ -30,7 +35,7 @@ endif()
 # that is to be looked at for undefined behaviour, which takes a third more.
 macro(quiravent_compile_for_tests)
   add_compile_options($<$<CONFIG:Release>:-Og>)
-  if(QUIRAVENT_SANITIZE MATCHES undefined)
+  if(QUIRAVENT_SANITIZE)
     add_compile_options(-fno-sanitize=undefined)
   endif()
 endmacro()
