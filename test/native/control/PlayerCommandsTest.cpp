@@ -89,11 +89,16 @@ TEST_F(Players, AreHaltedByRequestsAndByWhatTakesTheirOutput) {
     EXPECT_TRUE(isHalted("suspend"));
     EXPECT_EQ(states(), Strings{"suspended"});
     EXPECT_FALSE(isHalted("suspend")) << "it doesn't play";
+    EXPECT_EQ(resume(handle), e_pl_status_ok);
     auto claim = m_players.takeOutput();
+    auto other = m_players.takeOutput();
+    EXPECT_EQ(states(), Strings{"suspended"});
+    claim.reset();
     EXPECT_EQ(start(newPlayer()), e_pl_status_ok);
     EXPECT_EQ(resume(handle), e_pl_status_unavailable);
     EXPECT_EQ(states(), (Strings{"suspended", "suspended"}));
-    claim.reset();
+    other.reset();
+    EXPECT_EQ(states().at(0), "suspended") << "until the application resumes it";
     EXPECT_EQ(resume(handle), e_pl_status_ok);
     EXPECT_EQ(waitFor("playing").at("player").at("player"), 1);
     EXPECT_TRUE(isHalted("abort"));
