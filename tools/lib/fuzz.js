@@ -6,8 +6,10 @@
 const fs = require('fs');
 const path = require('path');
 const { build, configure } = require('./build');
-const { numberIn } = require('./counts');
+const { countsOf, numberIn, sum } = require('./counts');
 const { SUITE_PATIENCE_MS, mustRun, root, run } = require('./run');
+const { concurrently } = require('../../test/lib/concurrently');
+const { runProgram } = require('../../test/lib/program');
 
 const source = path.join(root, 'test', 'fuzz');
 const programs = path.join(root, 'build', 'asan', 'fuzz');
@@ -30,6 +32,11 @@ const FONT_SEED = '/usr/share/fonts/truetype/dejavu/DejaVuSansMono-Bold.ttf';
 
 /** What can be fuzzed. */
 const targets = Object.keys(LONGEST).concat('arguments');
+
+const countOf = (results) => {
+  const passed = results.filter(Boolean).length;
+  return { passed, failed: results.length - passed };
+};
 
 function folder(kind, target) {
   const place = path.join(output, kind, target);
@@ -71,16 +78,31 @@ function wordsFor(target, options) {
   return words.concat(folders, fs.existsSync(kept) ? kept : []);
 }
 
+/** Tells how one ended, at once, though others run beside it. */
+function tell(target, passed, result, finding) {
+  console.error(`${passed ? 'ok    ' : 'FAILED'} ${target}: ${result}`);
+  if (!passed) console.error(finding.slice(-10000));
+}
+
 /** Runs one program for the time given; resolves with whether nothing was found. */
-function fuzzNative(target, options) {
+function fuzzProgram(target, options) {
+  const patienceMs = options.seconds * 1000 + SUITE_PATIENCE_MS;
   const program = path.join(programs, `fuzz_${target}`);
-  const timeout = options.seconds * 1000 + SUITE_PATIENCE_MS;
-  const result = run(program, wordsFor(target, options), { capture: true, timeout });
-  const runs = numberIn(result.stderr, /number_of_executed_units: (\d+)/);
-  const passed = result.status === 0 && runs > 0;
-  console.log(`${passed ? 'ok    ' : 'FAILED'} ${target}: ${runs} inputs`);
-  if (!passed) process.stdout.write(result.stdout.slice(-2000) + result.stderr.slice(-8000));
-  return passed;
+  return runProgram(program, wordsFor(target, options), { env: process.env, patienceMs }).then(
+    (ended) => {
+      const runs = numberIn(ended.errors, /number_of_executed_units: (\d+)/);
+      const passed = ended.code === 0 && runs > 0;
+      tell(target, passed, `${runs} inputs`, ended.output + ended.errors + (ended.hanging || ''));
+      return passed;
+    }
+  );
+}
+
+/** Runs programs, two at a time; resolves with { passed, failed }. */
+function fuzzPrograms(names, options) {
+  const results = [];
+  const fuzzOne = (name) => fuzzProgram(name, options).then((passed) => results.push(passed));
+  return concurrently(names, 2, fuzzOne).then(() => countOf(results));
 }
 
 /** Calls of scripts over the recorder, in a build of the preset. */
@@ -99,8 +121,7 @@ function fuzzArguments(options) {
   );
   const lines = result.stdout.trim().split('\n');
   const passed = result.status === 0;
-  console.log(`${passed ? 'ok    ' : 'FAILED'} arguments: ${lines[lines.length - 1]}`);
-  if (!passed) process.stdout.write(result.stderr.slice(-8000));
+  tell('arguments', passed, lines[lines.length - 1], result.stderr);
   return passed;
 }
 
@@ -127,13 +148,16 @@ function buildTargets(names) {
  * @returns {{passed: number, failed: number}} counts of targets
  */
 function fuzz(names, options) {
-  if (names.some(isProgram)) writeSeeds();
+  const native = names.filter(isProgram);
+  if (native.length > 0) writeSeeds();
   console.log(`seed ${options.seed}`);
-  const results = names.map((name) =>
-    isProgram(name) ? fuzzNative(name, options) : fuzzArguments(options)
-  );
-  const passed = results.filter(Boolean).length;
-  return { passed, failed: results.length - passed };
+  const words = ['tools/fuzz-programs.js', options.seconds, options.seed]
+    .map(String)
+    .concat(native);
+  const streams = { stdio: ['ignore', 'pipe', 'inherit'] };
+  const counts = native.length > 0 ? [countsOf(run(process.execPath, words, streams))] : [];
+  if (!names.every(isProgram)) counts.push(countOf([fuzzArguments(options)]));
+  return sum(counts);
 }
 
-module.exports = { buildTargets, fuzz, isProgram, targets };
+module.exports = { buildTargets, fuzz, fuzzPrograms, isProgram, targets };
