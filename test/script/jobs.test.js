@@ -194,14 +194,13 @@ Object.keys(JOBS).forEach((name) => {
     const check = (row) => {
       expected += row[1];
       Object.keys(row[0]).forEach((fn) => recorder.once(fn, row[0][fn]));
-      return begin('path')
-        .then((outcome) => {
-          const what = JSON.stringify(row[0]);
-          t.deepEqual([outcome.result, outcome.count], [null, 2], what);
-          t.deepEqual(outcome.error, { message: job.failure });
-          t.equal(Object.getPrototypeOf(outcome.error), Object.prototype);
-          t.equal(recorder.calls().length, expected, 'no call follows the one that fails');
-        });
+      return begin('path').then((outcome) => {
+        const what = JSON.stringify(row[0]);
+        t.deepEqual([outcome.result, outcome.count], [null, 2], what);
+        t.deepEqual(outcome.error, { message: job.failure });
+        t.equal(Object.getPrototypeOf(outcome.error), Object.prototype);
+        t.equal(recorder.calls().length, expected, 'no call follows the one that fails');
+      });
     };
     return inSequence(job.failures, check)
       .then(() => collect())
