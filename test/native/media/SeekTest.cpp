@@ -82,9 +82,9 @@ INSTANTIATE_TEST_SUITE_P(Media, Speed,
                          testing::Values(SpeedCase{"film.mp4", 2, 3000000, 1500000, 35},
                                          SpeedCase{"film.mp4", 0.5, 5000000, 2000000, 25},
                                          SpeedCase{"film.mp4", 4, 0, 1500000, 6},
-                                         SpeedCase{"film.mp4", -1, 1990000, 1990000, 48},
+                                         SpeedCase{"film.mp4", -1, 1990000, 1990000, 40},
                                          SpeedCase{"film.mkv", -2, 2990000, 1495000, 36},
-                                         SpeedCase{"onegroup.mp4", -1, 3990000, 3990000, 96},
+                                         SpeedCase{"onegroup.mp4", -1, 3990000, 3990000, 80},
                                          SpeedCase{"film.mp4", -8, 5990000, 748750, 5}));
 
 TEST(Speeds, ChangeWhilePlayingAndKeepThePosition) {
