@@ -8,9 +8,10 @@ const path = require('path');
 const test = require('tape');
 const { inSequence } = require('../lib/concurrently');
 const { captureFilm, describe, isRight } = require('../../tools/lib/film-picture');
-const { counter, numberAt } = require('../../tools/media/frame-counter');
+const { counter, numberAt, readCounter } = require('../../tools/media/frame-counter');
 const { drawArtwork } = require('../../tools/artwork/draw');
 const { makeMedia } = require('../../tools/media/make');
+const { picture } = require('../../tools/media/scenes');
 const { Application } = require('./support/controlled');
 const { root } = require('./support/files');
 const { readPicture } = require('./support/png');
@@ -73,13 +74,17 @@ const idsOf = (player, kind) =>
 
 /** The numbers that the pictures of a file carry, as another program decodes them. */
 function numbersIn(file) {
-  const { x, y, width, height, bits } = counter;
+  const { x, y, width, height } = counter;
   const row = `crop=${width}:2:${x}:${y + height / 2},format=gray`;
   const words = ['-v', 'error', '-i', file, '-vf', row, '-f', 'rawvideo', '-'];
   const rows = execFileSync('ffmpeg', words, { maxBuffer: 1e8 });
-  const isWhite = (index, bit) => rows[index * 2 * width + ((bit + 0.5) * width) / bits] > 128;
-  return Array.from({ length: rows.length / (2 * width) }, (_, index) =>
-    Array.from({ length: bits }).reduce((sum, _one, bit) => sum + (isWhite(index, bit) << bit), 0)
+  const screenAt = (first) => ({
+    colorAt: (column) => `#${rows.toString('hex', first + column - x, first + column - x + 1)}`
+  });
+  const size = 2 * width;
+  const whole = { x: 0, y: 0, w: picture.width };
+  return Array.from({ length: rows.length / size }, (_, index) =>
+    readCounter(screenAt(index * size), whole, picture.width)
   );
 }
 
