@@ -11,6 +11,9 @@ const { runtimeBuilds, testRuntimes } = require('./runtime-suites');
 const { SanitizedRun, nativeVariables } = require('./sanitizers');
 const { runScriptTests, runTests } = require('./script-tests');
 
+/** Whether continuous integration runs this. */
+const isIntegration = Boolean(process.env.CI);
+
 /** The native tests in the build of a preset: the programs that are named, or all. */
 const nativeSuite = (name, preset, programs = []) => ({
   name,
@@ -110,7 +113,7 @@ const suites = [
   // Its applications show films and answer keys while time passes: nothing is to run beside them.
   Object.assign(scriptSuite('device', '.'), { isTimed: true }),
   scriptSuite('cli', 'bench'),
-  nativeSuite('native', 'release', process.env.CI ? DRAWING_TESTS : []),
+  nativeSuite('native', 'release', isIntegration ? DRAWING_TESTS : []),
   { name: 'instructions', run: checkCounts },
   // These wait for much of their time, or keep one processor busy: meanwhile others are built for.
   { name: 'soak', group: 'ci', run: () => runTests(['tools/soak.js', '--minutes', '2']) },
@@ -133,4 +136,4 @@ const suites = [
   Object.assign({ packages: ['arm'] }, runtimeSuite('emulated', isEmulated))
 ];
 
-module.exports = { suites };
+module.exports = { isIntegration, suites };
