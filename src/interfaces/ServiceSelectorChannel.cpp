@@ -64,6 +64,8 @@ bool ServeOnce(int descriptor) {
     // A descriptor of -1 is waited for as one that never has anything to say.
     pollfd request = {descriptor, POLLIN, 0};
     if (poll(&request, 1, -1) < 0) return false;
+    // Closed by someone else: it would be told of again at once, for ever.
+    if ((request.revents & POLLNVAL) != 0) return false;
     if ((request.revents & POLLIN) == 0) return true;
     // The message that woke the thread stays unread when the thread is to end.
     if (!thread_is_running) return false;
@@ -82,7 +84,7 @@ void* message_thread(void* argument) {
         static_cast<std::shared_ptr<Channel>*>(argument));
     (void)mkfifo(kPipePath, 0666);
     // Open for writing too, so that the pipe has no end when its writers leave.
-    const int descriptor = open(kPipePath, O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    const int descriptor = open(kPipePath, O_RDWR | O_NONBLOCK);
     while (ServeOnce(descriptor)) {
     }
     if (descriptor >= 0) (void)close(descriptor);

@@ -92,6 +92,28 @@ test('exit waits until a byte reaches the pipe, which stays unread', (t) => {
   });
 });
 
+test('the channel ends when its pipe is closed under it', (t) => {
+  const source = `
+    const fs = require('fs');
+    const services = quiravent.platformServices;
+    const threads = support('threads');
+    const isPipe = (file) => fs.existsSync(file) && fs.readlinkSync(file) === '${PIPE}';
+    recorder.once('${INIT}', { outputs: { properties: [['a', '1']] } });
+    services.initProperties();
+    threads.quiet().then(() => {
+      const names = fs.readdirSync('/proc/self/fd');
+      const writer = fs.openSync('${PIPE}', 'w');
+      fs.closeSync(Number(names.find((name) => isPipe('/proc/self/fd/' + name))));
+      fs.writeSync(writer, 'a\\nb\\n');
+      return threads.poll(() => threads.threadNames().indexOf('messageIPC') < 0);
+    }).then(() => {
+      services.exit();
+      say('left');
+      process.exit(0);
+    });`;
+  return says(t, source, 'left');
+});
+
 test('a state change without an input worker is dropped, and not kept', (t) => {
   const source = `
     recorder.once('${INIT}', { outputs: { properties: [['a', '1']] } });
