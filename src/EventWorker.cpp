@@ -18,13 +18,13 @@ std::set<EventWorkerBase*>& RunningWorkers() {
     return workers;
 }
 
-void CloseAllForExit() {
-    for (EventWorkerBase* worker : RunningWorkers()) worker->CloseForExit();
+void EndAllForExit() {
+    for (EventWorkerBase* worker : RunningWorkers()) worker->EndForExit();
 }
 
 void RegisterExitHook() {
     static const bool registered = [] {
-        AtProcessExit(CloseAllForExit);
+        AtProcessExit(EndAllForExit);
         return true;
     }();
     (void)registered;

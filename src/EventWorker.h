@@ -46,8 +46,9 @@ class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
     virtual void close() = 0;
     bool closed() const { return m_closedFlag; }
 
-    /// As close, but wakes in every case: a worker must not keep the process from exiting.
-    virtual void CloseForExit() = 0;
+    /// Ends the worker, since it must not keep the process from exiting; the device is told nothing
+    /// of it, nor of one that hasn't begun. One that is closed already ends as ever.
+    virtual void EndForExit() = 0;
 
   protected:
     explicit EventWorkerBase(const Listeners& listeners);
@@ -82,9 +83,9 @@ class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
 template <class Report>
 class EventWorker : public EventWorkerBase {
   public:
-    void CloseForExit() final {
-        SetClosed();
+    void EndForExit() final {
         const std::lock_guard<std::mutex> lock(m_eventMutex);
+        m_exiting = true;
         m_eventCondition.notify_all();
     }
 
@@ -112,15 +113,22 @@ class EventWorker : public EventWorkerBase {
 
   private:
     void Execute(const Progress& progress) final {
+        if (!MayBegin()) return;
         Attach();
         while (!closed()) {
             std::unique_lock<std::mutex> lock(m_eventMutex);
+            if (m_exiting) break;
             // Deliberately without a predicate: what is in the queue already stays there until
             // the next notification.
             m_eventCondition.wait(lock);
             Drain(progress);
         }
-        Detach();
+        if (closed()) Detach();
+    }
+
+    bool MayBegin() {
+        const std::lock_guard<std::mutex> lock(m_eventMutex);
+        return closed() || !m_exiting;
     }
 
     void Drain(const Progress& progress) {
@@ -140,6 +148,7 @@ class EventWorker : public EventWorkerBase {
     std::condition_variable m_eventCondition;
     std::deque<Report> m_eventQueue;
     bool m_ended = false;
+    bool m_exiting = false;
 };
 
 /// The process-wide place of the current worker of a class, through which device callbacks, which

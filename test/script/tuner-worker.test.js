@@ -6,7 +6,7 @@ const recorder = require('./support/recorder');
 const quiravent = require('./support/module');
 const { openTuner, endAll } = require('./support/workers');
 const { quiet } = require('./support/threads');
-const { runScript } = require('./support/process');
+const { runScript, says } = require('./support/process');
 
 const SELECT = 'pl_dtv_Action_selectTransportStream';
 const UNSELECT = 'pl_dtv_Action_unselectTransportStream';
@@ -179,4 +179,26 @@ test('without arguments, the word undefined is selected, twice', (t) => {
     const call = JSON.stringify([SELECT, 'undefined', 'undefined', 'function']);
     t.equal(result.stdout, `[${call},${call}]`);
   });
+});
+
+test('an exit tells the device nothing of open workers, and ends those that were closed', (t) => {
+  // [threads for the two workers, what is done before, what the device hears]
+  const rows = [
+    [2, '', ''],
+    [1, '', ''],
+    [2, 'made[0].closeTuner();', `${UNSELECT}\n`],
+    [1, 'made[1].closeTuner();', `${SELECT}\n${UNSELECT}\n`]
+  ];
+  const check = (row) => {
+    const source = `
+      process.env.UV_THREADPOOL_SIZE = '${row[0]}';
+      const made = [1, 2].map(() => new quiravent.TunerWorker('a', 'b'));
+      recorder.waitForCalls('${SELECT}', ${row[0]}).then(support('threads').quiet).then(() => {
+        recorder.echo();
+        ${row[1]}
+        process.exit(0);
+      });`;
+    return says(t, source, row[2], row.join());
+  };
+  return inSequence(rows, check);
 });
