@@ -170,8 +170,7 @@ class WorkerSlot {
     }
 
   private:
-    // Never freed: device threads may report while the process cleans up after itself. First, so
-    // that a debugger or another library that looks the symbol up sees null or not.
+    // Never freed: device threads may report while the process cleans up after itself.
     std::shared_ptr<Worker>* m_worker = nullptr;
     mutable std::mutex m_mutex;
 };

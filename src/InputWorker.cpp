@@ -7,7 +7,8 @@
 #include "support/HardEnd.h"
 #include "support/Kept.h"
 
-quiravent::WorkerSlot<InputWorker> g_input_worker;
+std::atomic<InputWorker*> g_input_worker{nullptr};
+InputWorkerSlot g_input_worker_slot;
 
 namespace {
 
@@ -15,7 +16,7 @@ constexpr pl_input_keycode kLowProfileKey = pl_input_keycode_home;
 constexpr uint32_t kAllKeys = 0x03FFFFF9;
 
 void DispatchKey(const char* name, pl_input_keycode code) {
-    const std::shared_ptr<InputWorker> worker = g_input_worker.Get();
+    const std::shared_ptr<InputWorker> worker = g_input_worker_slot.Get();
     if (!worker) quiravent::EndByNullRead();
     worker->onKeyEvent(name, code);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -29,5 +31,17 @@ class InputWorker : public quiravent::EventWorker<std::pair<std::string, std::st
     quiravent::Message MessageOf(std::pair<std::string, std::string> report) override;
 };
 
-/// The current worker. Callbacks of the device, and all that has no object in hand, find it here.
-extern __attribute__((visibility("default"))) quiravent::WorkerSlot<InputWorker> g_input_worker;
+/// The current worker, null before the first, for debuggers and libraries that look the symbol up.
+/// Written on the script thread; it doesn't keep the worker alive, as the slot does.
+extern __attribute__((visibility("default"))) std::atomic<InputWorker*> g_input_worker;
+
+/// Where callbacks of the device, and all that has no object in hand, find the current worker.
+class InputWorkerSlot : public quiravent::WorkerSlot<InputWorker> {
+  public:
+    void Take(std::shared_ptr<InputWorker> worker) {
+        g_input_worker = worker.get();
+        WorkerSlot::Take(std::move(worker));
+    }
+};
+
+extern InputWorkerSlot g_input_worker_slot;

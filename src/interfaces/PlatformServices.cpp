@@ -22,7 +22,7 @@ constexpr int32_t kCountsAsRunning = 0xFFFF;
 
 void onRuntimeStateChange(e_pl_platform_runtime_state code) {
     last_runtime_state = code;
-    const std::shared_ptr<InputWorker> worker = g_input_worker.Get();
+    const std::shared_ptr<InputWorker> worker = g_input_worker_slot.Get();
     if (!worker) return;
     worker->dispatchCustomEvent("runtimestatechange",
                                 PlatformServices::RuntimeState_Code2Str(code));

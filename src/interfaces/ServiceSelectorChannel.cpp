@@ -54,9 +54,9 @@ void LeaveOverlay() {
 
 void HandleMessage(Buffer& buffer) {
     const auto message = ParseServiceSelectorMessage(buffer.data());
-    if (!message || !g_input_worker.Get()) return;
+    if (!message || !g_input_worker_slot.Get()) return;
     if (std::strcmp(message->name, "serviceunselect") == 0) LeaveOverlay();
-    g_input_worker.Get()->dispatchCustomEvent(message->name, message->value);
+    g_input_worker_slot.Get()->dispatchCustomEvent(message->name, message->value);
 }
 
 /// \return false when the thread is to end

@@ -15,7 +15,7 @@ class InputWorkerWrapper : public quiravent::WorkerWrapper<InputWorkerWrapper, I
     static void Init(v8::Local<v8::Object> exports);
 
     static std::shared_ptr<InputWorker> MakeWorker(const quiravent::Info& info);
-    static quiravent::WorkerSlot<InputWorker>& Slot() { return g_input_worker; }
+    static InputWorkerSlot& Slot() { return g_input_worker_slot; }
 
     using WorkerWrapper::WorkerWrapper;
 };
