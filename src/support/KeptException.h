@@ -10,7 +10,7 @@ namespace quiravent {
 /// here. Script thread only.
 class KeptException {
   public:
-    /// Takes what a conversion threw; the first one of an entry stays.
+    /// Takes what conversions threw, of several the last; what an entry has kept before stays.
     static void Keep(const Nan::TryCatch& caught);
 
     /// The first act of every entry. An entry may be called by a conversion of another one, which

@@ -53,9 +53,8 @@ class WorkerWrapper : public Wrapper {
         v8::Local<v8::Value> arguments[Derived::kArguments];
         for (int index = 0; index < Derived::kArguments; ++index) arguments[index] = info[index];
         const v8::Local<v8::Function> make = Nan::New(constructor());
-        v8::Local<v8::Object> made;
-        if (!Nan::NewInstance(make, Derived::kArguments, arguments).ToLocal(&made)) return;
-        info.GetReturnValue().Set(made);
+        info.GetReturnValue().Set(
+            Nan::NewInstance(make, Derived::kArguments, arguments).ToLocalChecked());
     }
 
     std::shared_ptr<Native> m_worker;
