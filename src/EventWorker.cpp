@@ -18,13 +18,9 @@ std::set<EventWorkerBase*>& RunningWorkers() {
     return workers;
 }
 
-void EndAllForExit() {
-    for (EventWorkerBase* worker : RunningWorkers()) worker->EndForExit();
-}
-
 void RegisterExitHook() {
     static const bool registered = [] {
-        AtProcessExit(EndAllForExit);
+        AtProcessExit(EventWorkerBase::EndAllForExit);
         return true;
     }();
     (void)registered;
@@ -75,6 +71,11 @@ Listeners::Listeners(v8::Local<v8::Value> dataValue, v8::Local<v8::Value> comple
 EventWorkerBase::EventWorkerBase(const Listeners& listeners) : m_listeners(listeners) {}
 
 EventWorkerBase::~EventWorkerBase() = default;
+
+void EventWorkerBase::EndAllForExit() {
+    s_exiting = true;
+    for (EventWorkerBase* worker : RunningWorkers()) worker->WakeForExit();
+}
 
 void EventWorkerBase::Queue() { Nan::AsyncQueueWorker(new EventJob(shared_from_this())); }
 

@@ -46,14 +46,20 @@ class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
     virtual void close() = 0;
     bool closed() const { return m_closedFlag; }
 
-    /// Ends the worker, since it must not keep the process from exiting; the device is told nothing
-    /// of it, nor of one that hasn't begun. One that is closed already ends as ever.
-    virtual void EndForExit() = 0;
+    /// Ends all workers that run, since they must not keep the process from exiting; the device is
+    /// told nothing of it. Those that are closed already end as ever; of the others none begins any
+    /// more. Script thread.
+    static void EndAllForExit();
 
   protected:
     explicit EventWorkerBase(const Listeners& listeners);
 
     void SetClosed() { m_closedFlag = true; }
+
+    static bool Exiting() { return s_exiting; }
+
+    /// Wakes the worker wherever it is on the way to its wait.
+    virtual void WakeForExit() = 0;
 
     /// Pool thread: queues a message for the script thread, and wakes that unless a wake-up that it
     /// hasn't followed yet will bring the message too.
@@ -72,6 +78,10 @@ class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
     /// Gives every waiting message to the data listener, in order and outside of every lock.
     void drainQueue(Nan::AsyncResource* resource);
 
+    /// Set before any worker is woken: the thread that the first one leaves may take another at
+    /// once.
+    static inline std::atomic<bool> s_exiting{false};
+
     Listeners m_listeners;
     MessageQueue m_messageQueue;
     std::atomic<bool> m_closedFlag{false};
@@ -82,13 +92,6 @@ class EventWorkerBase : public std::enable_shared_from_this<EventWorkerBase> {
 /// registers with the device, how a report becomes a message, and how it is closed.
 template <class Report>
 class EventWorker : public EventWorkerBase {
-  public:
-    void EndForExit() final {
-        const std::lock_guard<std::mutex> lock(m_eventMutex);
-        m_exiting = true;
-        m_eventCondition.notify_all();
-    }
-
   protected:
     explicit EventWorker(const Listeners& listeners) : EventWorkerBase(listeners) {}
 
@@ -113,11 +116,11 @@ class EventWorker : public EventWorkerBase {
 
   private:
     void Execute(const Progress& progress) final {
-        if (!MayBegin()) return;
+        if (Exiting() && !closed()) return;
         Attach();
         while (!closed()) {
             std::unique_lock<std::mutex> lock(m_eventMutex);
-            if (m_exiting) break;
+            if (Exiting()) break;
             // Deliberately without a predicate: what is in the queue already stays there until
             // the next notification.
             m_eventCondition.wait(lock);
@@ -126,9 +129,9 @@ class EventWorker : public EventWorkerBase {
         if (closed()) Detach();
     }
 
-    bool MayBegin() {
+    void WakeForExit() final {
         const std::lock_guard<std::mutex> lock(m_eventMutex);
-        return closed() || !m_exiting;
+        m_eventCondition.notify_all();
     }
 
     void Drain(const Progress& progress) {
@@ -148,7 +151,6 @@ class EventWorker : public EventWorkerBase {
     std::condition_variable m_eventCondition;
     std::deque<Report> m_eventQueue;
     bool m_ended = false;
-    bool m_exiting = false;
 };
 
 /// The process-wide place of the current worker of a class, through which device callbacks, which
