@@ -122,7 +122,8 @@ Device* Device::start() noexcept {
         log::setLevel(configuration.log.level);
         static Device* const device = std::make_unique<Device>(configuration).release();
         static const pid_t process = ::getpid();
-        // A thread may be drawing while the process exits.
+        // A thread may be drawing while the process exits: what it shapes texts with is to go after
+        // the device.
         TextShaper::prepare();
         std::atexit([] {
             // A child that was forked and not replaced has no part in what its parent began.
@@ -161,7 +162,7 @@ void Device::finishInTurn() noexcept {
     attempt([&] { m_remote.stop(); });
     attempt([&] { m_platform.stop(); });
     attempt([&] { m_screen.finish(); });
-    attempt([&] { m_drawing.stop(); });
+    attempt([&] { m_drawing.finish(); });
     attempt([&] { m_liveTelevision.finish(); });
     attempt([&] { m_livePlayers.finish(); });
     attempt([&] { m_players.finish(); });

@@ -127,6 +127,14 @@ e_pl_status DrawingService::setFont(uint32_t canvas, uint32_t font) {
     });
 }
 
+void DrawingService::finish() {
+    {
+        const std::lock_guard<std::mutex> lock(m_drawing);
+        m_finished = true;
+    }
+    m_share->team.stop();
+}
+
 e_pl_status DrawingService::flush(uint32_t handle, const Rect* part) {
     return withCanvas(handle, [&](const DrawingContext& context) {
         const Surface& surface = context.surface();

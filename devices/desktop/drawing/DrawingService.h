@@ -52,7 +52,7 @@ class DrawingService {
         const auto context = m_canvases.find(handle);
         if (!context) return e_pl_status_invalid_handle;
         const std::lock_guard<std::mutex> lock(m_drawing);
-        return use(*context);
+        return m_finished ? e_pl_status_unavailable : use(*context);
     }
 
     /// The same with another canvas's surface: use(DrawingContext&, const Surface&).
@@ -72,8 +72,9 @@ class DrawingService {
     /// Brings a part of the target, or all of it, to the screen; of another canvas, nothing.
     e_pl_status flush(uint32_t handle, const Rect* part);
 
-    /// Ends the thread that helps to draw, for the end of the process; drawing goes on without it.
-    void stop() { m_share->team.stop(); }
+    /// For the end of the process, which takes what texts are shaped with: waits for drawing that
+    /// is under way, refuses what comes later, and ends the thread that helps to draw.
+    void finish();
 
     /// Bytes of memory for pictures that are in use, and that are left.
     size_t usedMemory() const { return m_pool.usedBytes(); }
@@ -93,6 +94,7 @@ class DrawingService {
     std::mutex m_drawing;  ///< guards all canvases, their surfaces, and what follows
     std::shared_ptr<Surface> m_target;
     uint32_t m_targetHandle = 0;
+    bool m_finished = false;
 };
 
 }  // namespace quiravent::desktop

@@ -85,6 +85,13 @@ TEST(Screenshot, TextAndShapesReachTheScreen) {
     for (const int x : {740, 1210}) EXPECT_EQ(picture.rgba(x, 360), 0x000000ffU) << x;
 }
 
+/// Expects each of these calls to do what it should, or to be refused since the process ends.
+void expectDoneOrOver(std::initializer_list<int32_t> statuses) {
+    for (const int32_t& status : statuses)
+        EXPECT_TRUE(status == e_pl_status_ok || status == e_pl_status_unavailable)
+            << &status - statuses.begin();
+}
+
 TEST(ProcessEnd, IsOrderlyWhileThreadsDrawLoadAndStore) {
     Station station;
     const std::string picture = makePicture(station);
@@ -102,18 +109,19 @@ TEST(ProcessEnd, IsOrderlyWhileThreadsDrawLoadAndStore) {
             uint32_t image = 0;
             uint32_t font = 0;
             const s_pl_gfx_rect part{0, 0, 9, 9};
-            expectAll(e_pl_status_ok,
-                      {pl_gfx_LoadImage(picture.c_str(), &image),
-                       pl_gfx_LoadFont(TEST_FONT, 30, &font), pl_gfx_Canvas_SetFont(canvas, font),
-                       pl_gfx_Canvas_Compose(canvas, image, 0, 0, &part), pl_gfx_ReleaseFont(font),
-                       pl_gfx_ReleaseCanvas(image)});
+            expectDoneOrOver({pl_gfx_LoadImage(picture.c_str(), &image),
+                              pl_gfx_LoadFont(TEST_FONT, 30, &font),
+                              pl_gfx_Canvas_SetFont(canvas, font),
+                              pl_gfx_Canvas_Compose(canvas, image, 0, 0, &part),
+                              pl_gfx_ReleaseFont(font), pl_gfx_ReleaseCanvas(image)});
         };
         keepBusy(load);
         keepBusy(load);
         keepBusy([canvas] {
-            fill(canvas, kRed, kScreen);
+            expectDoneOrOver(
+                {pl_gfx_Canvas_SetColor(canvas, kRed), pl_gfx_Canvas_FillRect(canvas, &kScreen)});
             pl_gfx_Canvas_DrawText(canvas, 100, 100, "beside");
-            EXPECT_EQ(pl_gfx_Canvas_Flush(canvas, nullptr), e_pl_status_ok);
+            expectDoneOrOver({pl_gfx_Canvas_Flush(canvas, nullptr)});
         });
         keepBusy([] {
             unsigned int store = 0;
@@ -127,6 +135,20 @@ TEST(ProcessEnd, IsOrderlyWhileThreadsDrawLoadAndStore) {
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_EQ(PngFile(station / "end.png").rgba(1279, 719), 0xff0000ffU);
     EXPECT_FALSE(std::filesystem::exists(station / "store/values.sqlite-wal"));
+}
+
+TEST(ProcessEnd, RefusesToDrawOnceTheDeviceIsOver) {
+    const ChildOutcome outcome = Station().run([] {
+        static uint32_t canvas = 0;
+        // What is registered before the device is called after its end.
+        std::atexit([] {
+            const int32_t status = pl_gfx_Canvas_Flush(canvas, nullptr);
+            if (status != e_pl_status_unavailable) _exit(1);
+        });
+        canvas = target();
+        std::exit(pl_gfx_Canvas_Flush(canvas, nullptr));
+    });
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
 }
 
 TEST(ProcessEnd, AtOnceBySignalIsThatSignalAndGivesNoPicture) {
