@@ -177,7 +177,8 @@ void PacketCache::joinRanges() {
     const uint32_t track = leading->segment.track->id;
     PacketRange& playing = *m_ranges.back();
     const auto isNoLongerNeeded = [&](const std::unique_ptr<PacketRange>& range) {
-        if (range.get() == &playing) return false;
+        // What begins before would lose its beginning.
+        if (range->begin(track) < playing.begin(track)) return false;
         if (playing.runsInto(*range)) {
             playing.absorb(*range);
             // What is being read has been read before; go on where the other range ended.
@@ -185,8 +186,7 @@ void PacketCache::joinRanges() {
             m_atEnd = false;
             return true;
         }
-        return range->begin(track) >= playing.begin(track) &&
-               range->end(track) <= playing.end(track);
+        return range->end(track) <= playing.end(track);
     };
     m_ranges.erase(std::remove_if(m_ranges.begin(), m_ranges.end() - 1, isNoLongerNeeded),
                    m_ranges.end() - 1);

@@ -120,6 +120,17 @@ TEST_F(PacketCacheTest, KeepsRangesJoinsThemAndReadsNothingTwice) {
     EXPECT_EQ(m_seeks, 3);
 }
 
+TEST_F(PacketCacheTest, KeepsWhatIsBeforeAKeyPictureThatIsReadAgain) {
+    start(0);
+    readPackets(4 * kGroup + 1);
+    start(4 * kSecond + 5 * kFrame);
+    read(1);
+    EXPECT_EQ(seconds(), (Ranges{{0, 5}}));
+    start(kSecond);
+    EXPECT_EQ(take(), 1);
+    EXPECT_EQ(m_seeks, 1);
+}
+
 /// A range of a packet each second of its tracks, each from one second up to another.
 PacketRange rangeOf(const std::vector<std::pair<int64_t, int64_t>>& tracks) {
     PacketRange range(tracks[0].first * kSecond);
