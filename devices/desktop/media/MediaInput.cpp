@@ -13,6 +13,10 @@ namespace quiravent::desktop {
 
 namespace {
 
+/// From here on nothing is missed: where there is no index times of decoding are looked for, and at
+/// that of the beginning of what is seen some packets have passed.
+constexpr int64_t kBeforeTheFirst = -kSecond;
+
 class Options {
   public:
     void set(const char* name, const std::string& value) {
@@ -200,7 +204,9 @@ MediaError MediaInput::seekToKey(int64_t position, uint32_t leading) {
     // is needed: then go further back, until there is one or the medium begins.
     for (int64_t back = 0;; back = back * 2 + kSecond) {
         m_read.clear();
-        const MediaError failed = seek(std::max<int64_t>(position - back, 0), leading);
+        const int64_t from = std::max(position - back, kBeforeTheFirst);
+        MediaError failed = seek(from, leading);
+        if (failed != MediaError::none && from < 0) failed = seek(0, leading);
         if (failed != MediaError::none) return failed;
         MediaError error = MediaError::none;
         bool found = false;
@@ -210,11 +216,21 @@ MediaError MediaInput::seekToKey(int64_t position, uint32_t leading) {
             found = packet->track == leading && packet->key;
             const bool usable = found && packet->pts <= position;
             m_read.push_back(std::move(packet));
-            if (usable) return MediaError::none;
+            if (!usable) continue;
+            leaveOutBeforeKey(leading);
+            return MediaError::none;
         }
         if (error != MediaError::none) return error;
-        if (position - back <= 0 || m_cancelled) return MediaError::none;
+        if (from == kBeforeTheFirst || m_cancelled) return MediaError::none;
     }
+}
+
+/// What comes before the key packet can't be decoded, and would be taken for what was read.
+void MediaInput::leaveOutBeforeKey(uint32_t leading) {
+    const auto cannotBegin = [leading](const PacketRef& packet) {
+        return packet->track == leading && !packet->key;
+    };
+    m_read.erase(std::remove_if(m_read.begin(), m_read.end(), cannotBegin), m_read.end());
 }
 
 PacketRef MediaInput::read(MediaError& error) {

@@ -60,6 +60,7 @@ class MediaInput {
     MediaError findTracks();
     TrackRef trackOf(const AVStream& stream) const;
     MediaError seek(int64_t position, uint32_t leading);
+    void leaveOutBeforeKey(uint32_t leading);
     PacketRef readNext(MediaError& error);
     PacketRef toPacket(AvPacket data);
     int64_t mediumStart() const;

@@ -33,6 +33,30 @@ TEST(Seeking, LandsOnTheExactPicture) {
         }
 }
 
+TEST(Seeking, LandsOnTheExactPictureBeforeAllThatWasRead) {
+    struct Case {
+        const char* medium;
+        int64_t begin;  ///< where it is played from
+        int64_t position;
+        int picture;
+    };
+    const Case cases[] = {
+        // Between the place from which the key picture was looked for and that picture.
+        {"film.ts", 5525000, 4825000, 120},
+        // After the first key picture, and at it.
+        {"dvb.ts", 3200000, 800000, 20},
+        {"dvb.ts", 3200000, 0, 0},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(testing::Message() << one.medium << " at " << one.position);
+        TestPlayer player(mediaFile(one.medium));
+        ASSERT_EQ(player->seek(one.begin), e_pl_status_ok);
+        ASSERT_TRUE(player.playAndPause());
+        EXPECT_TRUE(player.seekTo(one.position, one.picture))
+            << player.output().seen().back().number;
+    }
+}
+
 TEST(Seeking, GoesThereFromAnywhereInQuickSuccession) {
     TestPlayer player(mediaFile("film.mp4"));
     ASSERT_TRUE(player.playAndPause());
