@@ -102,8 +102,9 @@ test('the channel ends when its pipe is closed under it', (t) => {
     services.initProperties();
     threads.quiet().then(() => {
       const names = fs.readdirSync('/proc/self/fd');
+      const descriptor = Number(names.find((name) => isPipe('/proc/self/fd/' + name)));
       const writer = fs.openSync('${PIPE}', 'w');
-      fs.closeSync(Number(names.find((name) => isPipe('/proc/self/fd/' + name))));
+      fs.closeSync(descriptor);
       fs.writeSync(writer, 'a\\nb\\n');
       return threads.poll(() => threads.threadNames().indexOf('messageIPC') < 0);
     }).then(() => {
