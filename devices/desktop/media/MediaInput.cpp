@@ -13,10 +13,6 @@ namespace quiravent::desktop {
 
 namespace {
 
-/// From here on nothing is missed: where there is no index times of decoding are looked for, and at
-/// that of the beginning of what is seen some packets have passed.
-constexpr int64_t kBeforeTheFirst = -kSecond;
-
 class Options {
   public:
     void set(const char* name, const std::string& value) {
@@ -202,11 +198,13 @@ MediaError MediaInput::seek(int64_t position, uint32_t leading) {
 MediaError MediaInput::seekToKey(int64_t position, uint32_t leading) {
     // Where a format has no index, or one by segments, a seek may land behind the key packet that
     // is needed: then go further back, until there is one or the medium begins.
+    // Where times are looked for in the packets, they are those of decoding: at that at which the
+    // first picture is seen some have passed.
+    const int64_t first = m_format->iformat->read_timestamp != nullptr ? -kSecond : 0;
     for (int64_t back = 0;; back = back * 2 + kSecond) {
         m_read.clear();
-        const int64_t from = std::max(position - back, kBeforeTheFirst);
-        MediaError failed = seek(from, leading);
-        if (failed != MediaError::none && from < 0) failed = seek(0, leading);
+        const int64_t from = std::max(position - back, first);
+        const MediaError failed = seek(from, leading);
         if (failed != MediaError::none) return failed;
         MediaError error = MediaError::none;
         bool found = false;
@@ -221,7 +219,7 @@ MediaError MediaInput::seekToKey(int64_t position, uint32_t leading) {
             return MediaError::none;
         }
         if (error != MediaError::none) return error;
-        if (from == kBeforeTheFirst || m_cancelled) return MediaError::none;
+        if (from == first || m_cancelled) return MediaError::none;
     }
 }
 

@@ -46,6 +46,8 @@ TEST(Seeking, LandsOnTheExactPictureBeforeAllThatWasRead) {
         // After the first key picture, and at it.
         {"dvb.ts", 3200000, 800000, 20},
         {"dvb.ts", 3200000, 0, 0},
+        {"film.ts", 5525000, 0, 0},
+        {"film.mkv", 3230000, 0, 0},
     };
     for (const Case& one : cases) {
         SCOPED_TRACE(testing::Message() << one.medium << " at " << one.position);
